@@ -1,0 +1,36 @@
+# Collects the C++ sources directly in the given folders, relative to the caller; new files are found by themselves.
+function(pmx_collect_sources variable)
+    set(found)
+    foreach(folder IN LISTS ARGN)
+        file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+        list(APPEND found ${sources})
+    endforeach()
+    set(${variable} ${found} PARENT_SCOPE)
+endfunction()
+
+# A static library of one layer; a layer without sources yet has only headers.
+function(pmx_add_layer name)
+    cmake_parse_arguments(LAYER "" "" "FOLDERS;LINKS" ${ARGN})
+    pmx_collect_sources(sources ${LAYER_FOLDERS})
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        set(scope PUBLIC)
+    else()
+        add_library(${name} INTERFACE)
+        set(scope INTERFACE)
+    endif()
+    target_include_directories(${name} ${scope} ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+    target_link_libraries(${name} ${scope} ${LAYER_LINKS})
+endfunction()
+
+# Puts the run-time libraries of the cross-compiler beside the programs, which Wine and Windows need to start them.
+function(pmx_copy_runtime)
+    foreach(library libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
+                        OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+        if(NOT IS_ABSOLUTE ${path})
+            set(path /usr/x86_64-w64-mingw32/lib/${library})
+        endif()
+        file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+    endforeach()
+endfunction()

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace pmx {
+
+/// A loaded library. Destroying it releases the library.
+class DynamicLibrary {
+public:
+    virtual ~DynamicLibrary() = default;
+    DynamicLibrary(const DynamicLibrary&) = delete;
+    DynamicLibrary& operator=(const DynamicLibrary&) = delete;
+
+    using Function = void (*)();
+
+    /// The exported function of that undecorated name, to be cast to its true type; null when there is none.
+    /// Valid as long as the library is loaded.
+    virtual Function Find(const char* name) const = 0;
+
+    /// The function exported under that ordinal; null when there is none.
+    virtual Function FindOrdinal(unsigned ordinal) const = 0;
+
+protected:
+    DynamicLibrary() = default;
+};
+
+/// Loading of libraries at run time.
+class DynamicLibraries {
+public:
+    virtual ~DynamicLibraries() = default;
+
+    /// Loads a library by name (searched as the platform does) or by absolute path, in the system's code
+    /// page. Null when it cannot be loaded; the platform shows no message of its own.
+    virtual std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) = 0;
+
+protected:
+    DynamicLibraries() = default;
+    DynamicLibraries(const DynamicLibraries&) = default;
+    DynamicLibraries& operator=(const DynamicLibraries&) = default;
+};
+
+/// The system's loader. Lives as long as the process.
+DynamicLibraries& SystemDynamicLibraries();
+
+} // namespace pmx

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pmx {
+
+/// One key of a section and its value, in the system's code page.
+struct ProfileEntry {
+    std::string Key;
+    std::string Value;
+};
+
+/// Private profile (INI) files, with the meaning of the platform's profile functions. The Windows
+/// implementation calls them; the posix one follows what they do under Wine with code page 932 (docs/files.md
+/// names the rules).
+///
+/// Paths are absolute, in the system's code page. Sections and keys are found without regard to the case of A
+/// to Z; of duplicates the first counts. A file that cannot be read reads as one without sections.
+class Profile {
+public:
+    virtual ~Profile() = default;
+
+    /// Receives one key and its value. Both views end with the call. The value is as ReadString gives it:
+    /// blanks at both ends and one pair of outer quotes removed.
+    using Visitor = std::function<void(std::string_view key, std::string_view value)>;
+
+    /// Reads the file once and visits every `key=value` of the first section of that name in file order,
+    /// duplicates included; comments and lines without `=` are not visited. Cost is linear in the size of the
+    /// file.
+    virtual void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) = 0;
+
+    /// The value of one key, or the default when the key is missing.
+    virtual std::string ReadString(const std::string& path, std::string_view section, std::string_view key,
+                                   std::string_view defaultValue) = 0;
+
+    /// The value of one key as the platform's integer read gives it, or the default when the key is missing
+    /// or empty.
+    virtual std::int32_t ReadInt(const std::string& path, std::string_view section, std::string_view key,
+                                 std::int32_t defaultValue) = 0;
+
+    /// Writes one key. Without a value the key is removed, without a key the whole section. False on failure.
+    virtual bool WriteString(const std::string& path, std::string_view section,
+                             std::optional<std::string_view> key, std::optional<std::string_view> value) = 0;
+
+    /// Replaces the section: removes every section of that name and writes a new one with these entries in
+    /// order, at a cost linear in file and entries. Leaves the bytes that removing the section until it is
+    /// gone and then writing the entries one by one with WriteString leave. False on failure.
+    virtual bool ReplaceSection(const std::string& path, std::string_view section,
+                                const std::vector<ProfileEntry>& entries) = 0;
+
+protected:
+    Profile() = default;
+    Profile(const Profile&) = default;
+    Profile& operator=(const Profile&) = default;
+};
+
+/// What the platform's integer read makes of the text of a value: sign, 0x/0o/0b, leading digits, modulo
+/// 2^32. Used by the implementations whose own read does not do it; public so that readers of a visited value
+/// agree.
+std::int32_t ProfileInteger(std::string_view value, std::int32_t defaultValue);
+
+/// The system's profile functions. Lives as long as the process.
+Profile& SystemProfile();
+
+} // namespace pmx

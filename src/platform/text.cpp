@@ -1,0 +1,60 @@
+#include "platform/text.h"
+
+namespace pmx {
+
+namespace {
+
+bool IsBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+} // namespace
+
+std::size_t CharacterLength(std::string_view text, std::size_t position, const LeadByteTable& leadBytes) {
+    const bool isLead = leadBytes[static_cast<unsigned char>(text[position])];
+    return isLead && position + 1 < text.size() ? 2 : 1;
+}
+
+std::size_t FindSingleByte(std::string_view text, char wanted, const LeadByteTable& leadBytes,
+                           std::size_t from) {
+    for (std::size_t position = from; position < text.size();
+         position += CharacterLength(text, position, leadBytes)) {
+        if (text[position] == wanted) {
+            return position;
+        }
+    }
+    return std::string_view::npos;
+}
+
+std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByteTable& leadBytes) {
+    if (text.size() <= limit) {
+        return text.size();
+    }
+    std::size_t length = 0;
+    while (length < limit) {
+        const std::size_t next = length + CharacterLength(text, length, leadBytes);
+        if (next > limit) {
+            break;
+        }
+        length = next;
+    }
+    return length;
+}
+
+std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes) {
+    std::size_t begin = 0;
+    while (begin < text.size() && IsBlank(text[begin])) {
+        ++begin;
+    }
+    std::size_t end = begin;
+    for (std::size_t position = begin; position < text.size();) {
+        const std::size_t length = CharacterLength(text, position, leadBytes);
+        if (length == 2 || !IsBlank(text[position])) {
+            end = position + length;
+        }
+        position += length;
+    }
+    return text.substr(begin, end - begin);
+}
+
+} // namespace pmx
