@@ -1,0 +1,108 @@
+#include "store/favorite_files.h"
+
+#include "host/QrtCommon.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pmx {
+
+namespace {
+
+constexpr int AttemptsAtOneWait = 4;
+constexpr std::string_view ForbiddenInFileNames = "\\/:*?\"<>|";
+constexpr std::string_view LeadingOutOfFolder = "\\/:";
+
+constexpr std::array<std::string_view, 24> DeviceNames = {
+    "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",   "COM8",
+    "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9", "CONIN$", "CONOUT$"};
+
+bool IsHeldByAnother(FileError error) {
+    return error == FileError::SharingViolation || error == FileError::AccessDenied;
+}
+
+/// Repeats `attempt`, which gives a FileError, while the file is held by another, on the schedule of the
+/// header.
+template <typename Attempt>
+FileError Retry(Files& files, Clock& clock, Attempt attempt) {
+    FileError error = attempt();
+    for (std::uint32_t wait = FirstRetryWait; wait <= LastRetryWait; wait *= 2) {
+        for (int count = 0; count < AttemptsAtOneWait && IsHeldByAnother(error); ++count) {
+            clock.Sleep(wait);
+            error = attempt();
+        }
+    }
+    if (error != FileError::None) {
+        files.SetLastError(error);
+    }
+    return error;
+}
+
+char UpperLetter(char letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+bool IsDeviceName(std::string_view fileName) {
+    std::string_view base = fileName.substr(0, fileName.find('.'));
+    while (!base.empty() && base.back() == ' ') {
+        base.remove_suffix(1);
+    }
+    return std::any_of(DeviceNames.begin(), DeviceNames.end(), [base](std::string_view device) {
+        return std::equal(base.begin(), base.end(), device.begin(), device.end(),
+                          [](char left, char right) { return UpperLetter(left) == right; });
+    });
+}
+
+} // namespace
+
+OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& request) {
+    OpenResult result;
+    Retry(files, clock, [&] {
+        result = files.Open(request);
+        return result.Error;
+    });
+    return result;
+}
+
+bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
+                   bool failIfExists) {
+    return Retry(files, clock, [&] { return files.Copy(source, target, failIfExists); }) == FileError::None;
+}
+
+bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
+    return Retry(files, clock, [&] { return files.Remove(path); }) == FileError::None;
+}
+
+bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target) {
+    return Retry(files, clock, [&] { return files.Replace(source, target); }) == FileError::None;
+}
+
+std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadBytes) {
+    if (CheckFileName(name.c_str()) != 0) {
+        return name;
+    }
+    std::string safe = name;
+    for (std::size_t position = 0; position < safe.size();
+         position += CharacterLength(safe, position, leadBytes)) {
+        if (ForbiddenInFileNames.find(safe[position]) != std::string_view::npos) {
+            safe[position] = '=';
+        }
+    }
+    return safe;
+}
+
+bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
+    if (fileName.find_first_not_of(". ") == std::string_view::npos || IsDeviceName(fileName)) {
+        return false;
+    }
+    for (std::size_t position = 0; position < fileName.size();
+         position += CharacterLength(fileName, position, leadBytes)) {
+        if (fileName[position] == '\0' ||
+            LeadingOutOfFolder.find(fileName[position]) != std::string_view::npos) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace pmx

@@ -1,0 +1,252 @@
+#include "store/list_data_array.h"
+
+#include "store/favorite_files.h"
+#include "store/levels.h"
+#include "store/list_file.h"
+
+#include "host/CComFile.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <unordered_set>
+
+namespace pmx {
+
+namespace {
+
+constexpr const char* DefaultListFileName = "PmxTempleList.ini";
+constexpr const char* DefaultExtension = ".pmt";
+constexpr const char* DefaultBaseName = "Template";
+constexpr std::size_t SmallestReadBuffer = 4096;
+
+std::size_t ReadBufferSize(const std::string& path) {
+    CComFile file;
+    if (file.Open(path.c_str(), 0) != 1) {
+        return SmallestReadBuffer;
+    }
+    return static_cast<std::size_t>(std::max<std::int64_t>(file.GetFileSize(), 0));
+}
+
+/// A text in which names that differ only in the case of letters are equal.
+std::string Folded(std::string text, const LeadByteTable& leadBytes) {
+    for (std::size_t position = 0; position < text.size();
+         position += CharacterLength(text, position, leadBytes)) {
+        if (text[position] >= 'A' && text[position] <= 'Z') {
+            text[position] = static_cast<char>(text[position] - 'A' + 'a');
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+CPMXTemplUIListDataArray::CPMXTemplUIListDataArray(const char* listFileName, const char* extension,
+                                                   const StoreServices& services)
+    : ListFileName(listFileName != nullptr ? listFileName : DefaultListFileName),
+      Extension(extension != nullptr ? extension : DefaultExtension),
+      Services(services) {}
+
+CPMXTemplUIListDataArray::~CPMXTemplUIListDataArray() = default;
+
+CPMXTemplUIListData* CPMXTemplUIListDataArray::GetAt(std::int64_t index) const {
+    if (!Contains(index)) {
+        throw std::invalid_argument("index outside the list of favorites");
+    }
+    return Records[static_cast<std::size_t>(index)].get();
+}
+
+std::int64_t CPMXTemplUIListDataArray::Add(std::unique_ptr<CPMXTemplUIListData> record) {
+    Records.push_back(std::move(record));
+    return GetSize() - 1;
+}
+
+void CPMXTemplUIListDataArray::RemoveLast() {
+    if (!Records.empty()) {
+        Records.pop_back();
+    }
+}
+
+void CPMXTemplUIListDataArray::RemoveAll() {
+    Records.clear();
+}
+
+bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
+    if (path == nullptr || *path == '\0') {
+        return false;
+    }
+    Folder = path;
+    if (!Services.FileSystem.IsFolder(Folder)) {
+        return false;
+    }
+    std::size_t last = 0;
+    for (std::size_t position = 0; position < Folder.size();
+         position += CharacterLength(Folder, position, Services.LeadBytes())) {
+        last = position;
+    }
+    if (Folder.compare(last, std::string::npos, "\\") != 0) {
+        Folder.push_back('\\');
+    }
+    ListFilePath = Folder + ListFileName;
+    return true;
+}
+
+bool CPMXTemplUIListDataArray::ExistsButCannotBeRead() const {
+    if (!Services.FileSystem.Exists(ListFilePath)) {
+        return false;
+    }
+    const OpenRequest request{
+        .Path = ListFilePath, .Access = FileAccess::Read, .Share = FileShare::ReadWrite};
+    return Services.FileSystem.Open(request).Error != FileError::None;
+}
+
+bool CPMXTemplUIListDataArray::LoadList() {
+    RemoveAll();
+    if (Folder.empty() || ListFilePath.empty()) {
+        return false;
+    }
+    try {
+        const std::size_t bufferSize = ReadBufferSize(ListFilePath);
+        ListFileUnreadable = ExistsButCannotBeRead();
+        // The platform's string read gives one byte less than its buffer holds.
+        const std::size_t valueLimit = bufferSize > 0 ? bufferSize - 1 : 0;
+        ReadListFile(ListFilePath, valueLimit, Services,
+                     [this](std::unique_ptr<CPMXTemplUIListData> record) { Add(std::move(record)); });
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUIListData*>& records,
+                                             std::int64_t count) const {
+    if (ListFilePath.empty() || ListFileUnreadable) {
+        return false;
+    }
+    return ReplaceListFile(Folder, ListFilePath, MakeListEntries(records, count), Services);
+}
+
+bool CPMXTemplUIListDataArray::WriteListFile() const {
+    return WriteListFile(GetRecords(), GetSize());
+}
+
+std::vector<const CPMXTemplUIListData*> CPMXTemplUIListDataArray::GetRecords() const {
+    std::vector<const CPMXTemplUIListData*> records;
+    records.reserve(Records.size());
+    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
+        records.push_back(record.get());
+    }
+    return records;
+}
+
+bool CPMXTemplUIListDataArray::IsSameName(const CPMXTemplUIListData& record, const std::string& name) const {
+    return Services.CodePage.EqualIgnoringCase(record.GetName(), name);
+}
+
+NameUse CPMXTemplUIListDataArray::CheckName(const std::string& name) const {
+    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
+        if (record && IsSameName(*record, name)) {
+            return record->IsStandard() ? NameUse::StandardFavorite : NameUse::UserFavorite;
+        }
+    }
+    return NameUse::Unused;
+}
+
+bool CPMXTemplUIListDataArray::IsNameUnique(std::int64_t index, const std::string& name) const {
+    if (!Contains(index)) {
+        return true;
+    }
+    for (std::int64_t other = 0; other < GetSize(); ++other) {
+        const CPMXTemplUIListData* const record = GetAt(other);
+        if (other != index && record != nullptr && IsSameName(*record, name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+CPMXTemplUIListData* CPMXTemplUIListDataArray::FindByName(const std::string& name) const {
+    const auto found = std::find_if(Records.begin(), Records.end(),
+                                    [&name](const std::unique_ptr<CPMXTemplUIListData>& record) {
+                                        return record && record->GetName() == name;
+                                    });
+    return found != Records.end() ? found->get() : nullptr;
+}
+
+std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::string& name) const {
+    std::string base = SanitizeFileName(name, Services.LeadBytes());
+    if (base.empty()) {
+        base = DefaultBaseName;
+    }
+    const std::string plain = base + Extension;
+    // A device's name (NUL.pmt) is taken in every folder.
+    if (IsPlainFileName(plain, Services.LeadBytes()) && !Services.FileSystem.Exists(Folder + plain)) {
+        return plain;
+    }
+    for (std::int64_t number = 1; number <= std::numeric_limits<std::int32_t>::max(); ++number) {
+        std::string candidate = base + "-" + std::to_string(number) + Extension;
+        const OpenRequest request{.Path = Folder + candidate,
+                                  .Access = FileAccess::ReadWrite,
+                                  .Share = FileShare::ReadWrite,
+                                  .Disposition = FileDisposition::OpenExisting,
+                                  .Attributes = FileAttributes::Normal};
+        OpenResult opened = RetryCreateFile(Services.FileSystem, Services.Timer, request);
+        if (opened.Error != FileError::None) {
+            return candidate;
+        }
+        opened.File.reset();
+        Services.Timer.Sleep(1);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemplUIListData& record) const {
+    const std::string& fileName = record.GetFileName();
+    // The platform drops dots and blanks at the end of a file name.
+    const std::string_view withoutEnd =
+        std::string_view(fileName).substr(0, fileName.find_last_not_of(". ") + 1);
+    if (!IsPlainFileName(fileName, Services.LeadBytes()) ||
+        Services.CodePage.EqualIgnoringCase(withoutEnd, ListFileName)) {
+        return std::nullopt;
+    }
+    return record.GetFilePath(Folder);
+}
+
+bool CPMXTemplUIListDataArray::LoadFavorite(CPMXTemplUIListData& record) const {
+    const std::optional<std::string> path = FavoritePath(record);
+    return path && record.LoadDocument(path->c_str());
+}
+
+bool CPMXTemplUIListDataArray::SaveFavorite(CPMXTemplUIListData& record) const {
+    const std::optional<std::string> path = FavoritePath(record);
+    return path && record.SaveDocument(path->c_str());
+}
+
+bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record) const {
+    const std::optional<std::string> path = FavoritePath(record);
+    return path && RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
+}
+
+void CPMXTemplUIListDataArray::DeleteFilesOfDeleted(
+    const std::vector<const CPMXTemplUIListData*>& records) const {
+    std::vector<const CPMXTemplUIListData*> deleted;
+    std::unordered_set<std::string> stillUsed;
+    for (const CPMXTemplUIListData* const record : records) {
+        if (record == nullptr || record->IsStandard()) {
+            continue;
+        }
+        if (record->GetDeleteFlag() == 1) {
+            deleted.push_back(record);
+        } else {
+            stillUsed.insert(Folded(record->GetFileName(), Services.LeadBytes()));
+        }
+    }
+    for (const CPMXTemplUIListData* const record : deleted) {
+        if (!stillUsed.contains(Folded(record->GetFileName(), Services.LeadBytes()))) {
+            DeleteFavorite(*record);
+        }
+    }
+}
+
+} // namespace pmx

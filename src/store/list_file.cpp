@@ -1,0 +1,283 @@
+#include "store/list_file.h"
+
+#include "store/favorite_files.h"
+#include "store/levels.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <map>
+#include <optional>
+
+namespace pmx {
+
+namespace {
+
+void AppendNumber(std::string& text, std::int64_t number) {
+    std::array<char, 24> digits{};
+    const std::to_chars_result end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    text.append(digits.data(), end.ptr);
+}
+
+void WriteFlag(std::string& value, bool set) {
+    value.push_back(set ? '1' : '0');
+}
+
+bool EqualKey(std::string_view key, std::string_view wanted) {
+    const auto upper = [](char letter) {
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    };
+    return std::equal(key.begin(), key.end(), wanted.begin(), wanted.end(),
+                      [&](char left, char right) { return upper(left) == upper(right); });
+}
+
+/// The number in a "TemplateData" key written as the writer would write it; none for any other key.
+std::optional<std::int32_t> DataKeyNumber(std::string_view key) {
+    if (key.size() <= DataKeyPrefix.size() || !EqualKey(key.substr(0, DataKeyPrefix.size()), DataKeyPrefix)) {
+        return std::nullopt;
+    }
+    const std::string_view digits = key.substr(DataKeyPrefix.size());
+    if (digits.front() < '0' || digits.front() > '9' || (digits.front() == '0' && digits.size() > 1)) {
+        return std::nullopt;
+    }
+    std::int32_t number = 0;
+    const std::from_chars_result end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool whole = end.ec == std::errc() && end.ptr == digits.data() + digits.size();
+    return whole ? std::optional(number) : std::nullopt;
+}
+
+/// Puts the values of a section, met in any order and with duplicates, into the order of their numbers. Those
+/// that arrive in order, as the writer leaves them, are passed on at once; only the others are kept.
+class ListCollector {
+public:
+    ListCollector(std::size_t valueLimit, const LeadByteTable& leadBytes,
+                  const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take)
+        : ValueLimit(valueLimit), LeadBytes(leadBytes), Take(take) {}
+
+    void Visit(std::string_view key, std::string_view value) {
+        if (const std::optional<std::int32_t> number = DataKeyNumber(key)) {
+            VisitData(*number, value);
+            return;
+        }
+        if (!Count && EqualKey(key, CountKey)) {
+            Count = std::max(ProfileInteger(value, 0), 0);
+        }
+    }
+
+    void Finish() {
+        for (const auto& [number, value] : Early) {
+            if (number < Count.value_or(0)) {
+                Pass(value);
+            }
+        }
+    }
+
+private:
+    void VisitData(std::int32_t number, std::string_view value) {
+        if (!Count) {
+            Early.emplace(number, std::string(value));
+            return;
+        }
+        if (number < Next || number >= *Count) {
+            return;
+        }
+        if (number > Next || !Early.empty()) {
+            Early.emplace(number, std::string(value));
+            return;
+        }
+        Pass(value);
+        ++Next;
+    }
+
+    void Pass(std::string_view value) {
+        const std::size_t length = LengthWithin(value, ValueLimit, LeadBytes);
+        if (std::unique_ptr<CPMXTemplUIListData> record =
+                ParseListValue(value.substr(0, length), LeadBytes)) {
+            Take(std::move(record));
+        }
+    }
+
+    std::size_t ValueLimit;
+    const LeadByteTable& LeadBytes;
+    const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& Take;
+    std::optional<std::int32_t> Count;
+    std::int32_t Next = 0; // every number below was passed on
+    std::map<std::int32_t, std::string>
+        Early; // values that came before their turn; the first of a number counts
+};
+
+/// Deletes a file that was made aside unless it has been put in its place.
+class TemporaryFile {
+public:
+    TemporaryFile(Files& files, const std::string& folder) : FileSystem(files) {
+        FileError error = FileError::None;
+        Path = files.CreateTemporary(folder, error);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!Path.empty()) {
+            FileSystem.Remove(Path);
+        }
+    }
+
+    /// Empty when no file could be made.
+    const std::string& GetPath() const { return Path; }
+    void Release() { Path.clear(); }
+
+private:
+    Files& FileSystem;
+    std::string Path;
+};
+
+} // namespace
+
+const std::array<ListField, ListFieldCount> ListFields = {{
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         WriteFlag(value, record.GetStandard() == 1);
+     },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
+         record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetName(); },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
+         record.SetName(std::string(Trimmed(text, leadBytes)));
+         return !record.GetName().empty();
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) { AppendNumber(value, record.GetLevel()); },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
+         record.SetLevel(LeadingNumber(text));
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         WriteFlag(value, record.GetToolbar() == 1);
+     },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
+         record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         AppendNumber(value, static_cast<std::int32_t>(record.GetIconIndex()));
+     },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
+         record.SetIconIndex(LeadingNumber(text));
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetFileName(); },
+     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
+         record.SetFileName(std::string(Trimmed(text, leadBytes)));
+         return !record.GetFileName().empty();
+     }},
+}};
+
+std::int32_t LeadingNumber(std::string_view text) {
+    std::size_t position = 0;
+    while (position < text.size() &&
+           (text[position] == ' ' || (text[position] >= '\t' && text[position] <= '\r'))) {
+        ++position;
+    }
+    bool negative = false;
+    if (position < text.size() && (text[position] == '-' || text[position] == '+')) {
+        negative = text[position] == '-';
+        ++position;
+    }
+    constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
+    std::int64_t number = 0;
+    for (; position < text.size() && text[position] >= '0' && text[position] <= '9'; ++position) {
+        number = std::min(number * 10 + (text[position] - '0'), Most + 1);
+    }
+    return static_cast<std::int32_t>(negative ? -number : std::min(number, Most));
+}
+
+std::string FormatListValue(const CPMXTemplUIListData& record) {
+    constexpr std::size_t NumbersAndSeparators = 48;
+    std::string value;
+    value.reserve(record.GetName().size() + record.GetFileName().size() + NumbersAndSeparators);
+    for (const ListField& field : ListFields) {
+        if (&field != ListFields.data()) {
+            value.push_back(FieldSeparator);
+        }
+        field.Write(record, value);
+    }
+    return value;
+}
+
+std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes) {
+    std::array<std::string_view, ListFieldCount> texts;
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin < value.size();) {
+        const std::size_t end =
+            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
+        if (end > begin) {
+            if (count == texts.size()) {
+                return nullptr;
+            }
+            texts[count++] = value.substr(begin, end - begin);
+        }
+        begin = end + 1;
+    }
+    if (count != texts.size()) {
+        return nullptr;
+    }
+    auto record = std::make_unique<CPMXTemplUIListData>();
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        if (!ListFields[index].Read(*record, texts[index], leadBytes)) {
+            return nullptr;
+        }
+    }
+    if (IsStandardLevel(record->GetLevel()) && !IsKnownStandardNumber(LeadingNumber(record->GetFileName()))) {
+        return nullptr;
+    }
+    return record;
+}
+
+void ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
+                  const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take) {
+    ListCollector collector(valueLimit, services.LeadBytes(), take);
+    services.Profiles.VisitSection(
+        path, ListSection,
+        [&collector](std::string_view key, std::string_view value) { collector.Visit(key, value); });
+    collector.Finish();
+}
+
+std::vector<ProfileEntry> MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records,
+                                          std::int64_t count) {
+    std::vector<ProfileEntry> entries;
+    entries.reserve(records.size() + 1);
+    entries.push_back({std::string(CountKey), std::to_string(static_cast<std::int32_t>(count))});
+    std::int32_t number = 0;
+    for (const CPMXTemplUIListData* const record : records) {
+        if (record == nullptr || record->GetDeleteFlag() == 1) {
+            continue;
+        }
+        std::string key(DataKeyPrefix);
+        AppendNumber(key, number++);
+        entries.push_back({std::move(key), FormatListValue(*record)});
+    }
+    return entries;
+}
+
+bool ReplaceListFile(const std::string& folder, const std::string& path,
+                     const std::vector<ProfileEntry>& entries, const StoreServices& services) {
+    Files& files = services.FileSystem;
+    if (files.IsReadOnly(path)) {
+        return false;
+    }
+    TemporaryFile aside(files, folder);
+    if (aside.GetPath().empty()) {
+        return false;
+    }
+    if (files.Exists(path) && files.Copy(path, aside.GetPath(), false) != FileError::None) {
+        return false;
+    }
+    if (!services.Profiles.ReplaceSection(aside.GetPath(), ListSection, entries) ||
+        files.Flush(aside.GetPath()) != FileError::None ||
+        !RetryReplaceFile(files, services.Timer, aside.GetPath(), path)) {
+        return false;
+    }
+    aside.Release();
+    return true;
+}
+
+} // namespace pmx

@@ -1,0 +1,10 @@
+#include "store/store_services.h"
+
+namespace pmx {
+
+const StoreServices& SystemStoreServices() {
+    static const StoreServices Services{SystemFiles(), SystemProfile(), SystemText(), SystemClock()};
+    return Services;
+}
+
+} // namespace pmx
