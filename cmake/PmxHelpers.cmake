@@ -10,8 +10,10 @@ endfunction()
 
 # A static library of one layer; a layer without sources yet has only headers.
 function(pmx_add_layer name)
-    cmake_parse_arguments(LAYER "" "" "FOLDERS;LINKS" ${ARGN})
+    cmake_parse_arguments(LAYER "" "" "FOLDERS;EXCLUDE;LINKS" ${ARGN})
     pmx_collect_sources(sources ${LAYER_FOLDERS})
+    list(TRANSFORM LAYER_EXCLUDE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    list(REMOVE_ITEM sources ${LAYER_EXCLUDE})
     if(sources)
         add_library(${name} STATIC ${sources})
         set(scope PUBLIC)

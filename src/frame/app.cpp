@@ -1,0 +1,39 @@
+#include "frame/app.h"
+
+#include "host/PmxUser.h"
+#include "platform/guard.h"
+
+namespace pmx {
+
+namespace {
+
+/// The language of which the host is asked for a resource library.
+constexpr const char* ResourceTag = "ENU";
+
+} // namespace
+
+bool CPMXTemplUIApp::InitInstance() {
+    if (!CPmxApp::InitInstance()) {
+        return false;
+    }
+    if (ResourceLibrary != ModuleHandle::None) {
+        return true;
+    }
+    UserLibrary = Libraries.Load(PMX_USER_LIBRARY);
+    const DynamicLibrary::Function found = UserLibrary ? UserLibrary->Find(PMX_USER_ENTRY) : nullptr;
+    if (found == nullptr) {
+        return true;
+    }
+    const auto loadResources = reinterpret_cast<PmxLoadDefaultResourceDLL>(found);
+    void* loaded = nullptr;
+    // An error in the host's library must not keep the favorites from loading.
+    const bool completed = SystemGuard().Run(
+        [&] { loaded = loadResources(reinterpret_cast<void*>(States.OwnModule()), ResourceTag); });
+    if (completed && loaded != nullptr) {
+        ResourceLibrary = static_cast<ModuleHandle>(reinterpret_cast<std::uintptr_t>(loaded));
+        States.SetResourceModule(ResourceLibrary);
+    }
+    return true;
+}
+
+} // namespace pmx
