@@ -108,6 +108,9 @@ AttributeTable FreshTable() {
     table.Face.Mark.Angle = std::int16_t{45};
     table.Face.Mark.Size = std::uint16_t{72};
     table.Page.Percent = std::uint16_t{100};
+    for (auto& override : table.Page.Overrides) {
+        override.Percent = std::uint16_t{100};
+    }
     return table;
 }
 
