@@ -126,9 +126,4 @@ enum Id : int {
 };
 } // namespace text
 
-using DialogId = dialog::Id;
-using BitmapId = bitmap::Id;
-using ControlId = control::Id;
-using TextId = text::Id;
-
 } // namespace pmx
