@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -55,7 +56,9 @@ protected:
     }
 
     TempFolder Folder{"document"};
-    CPmxDocument Filled;
+    // Held by a pointer because a document's destruction may raise an error of the host.
+    std::unique_ptr<CPmxDocument> Owner = std::make_unique<CPmxDocument>();
+    CPmxDocument& Filled = *Owner;
 };
 
 TEST_F(DocumentTest, NewOneIsFreshAtDocumentLevelAndNameless) {
