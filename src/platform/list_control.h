@@ -1,0 +1,103 @@
+#pragma once
+
+#include "platform/image_list.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace pmx {
+
+/// Where in a list a click happened.
+struct ListHit {
+    int Row = -1;              ///< -1: on no row
+    bool OnStateImage = false; ///< on the state image of that row
+};
+
+/// A list view of a dialog (report or large-icon view, as its template says; single selection).
+///
+/// Rows and columns are numbered from 0. Texts are in the system's code page. The selection mark is the row
+/// that commands act on; -1 means none. It follows what the user selects, and it follows its row when rows
+/// are inserted or deleted before it; deleting the marked row leaves no mark. Whether the marked row is also
+/// selected is a separate question (a click beside all rows deselects, but leaves the mark). A row number
+/// outside the list makes an operation do nothing, and a query give the value stated.
+class ListControl {
+public:
+    static constexpr int NoImage = -1;
+
+    virtual ~ListControl() = default;
+    ListControl(const ListControl&) = delete;
+    ListControl& operator=(const ListControl&) = delete;
+
+    /// Sets the extended style to full-row selection or to none at all.
+    virtual void SetFullRowSelection(bool on) = 0;
+
+    /// The images in front of the rows, of which SetStateImage picks one. Borrowed: must outlive the window.
+    virtual void SetStateImages(const ImageList& images) = 0;
+
+    /// The images of large-icon view. Borrowed: must outlive the window.
+    virtual void SetLargeImages(const ImageList& images) = 0;
+
+    /// Adds a left-aligned column, `width` pixels wide, at position `column`.
+    virtual void InsertColumn(int column, const std::string& title, int width) = 0;
+
+    /// Inserts a row in front of the row at `position` (at the end when there is none) with empty cells, that
+    /// item data, and in large-icon view that image. Returns the row's number.
+    virtual int InsertRow(int position, std::int64_t data, int image = NoImage) = 0;
+
+    virtual void DeleteRow(int row) = 0;
+
+    /// Makes room for `count` rows in all, so that many rows can be inserted quickly.
+    virtual void Reserve(int count) = 0;
+
+    virtual int RowCount() const = 0;
+
+    /// The item data of the row; -1 outside the list.
+    virtual std::int64_t RowData(int row) const = 0;
+    virtual void SetRowData(int row, std::int64_t data) = 0;
+
+    /// The text of a cell, for reading back what SetCell wrote; empty outside the list.
+    virtual std::string Cell(int row, int column) const = 0;
+    virtual void SetCell(int row, int column, const std::string& text) = 0;
+
+    /// Number of the row's state image, from 1; 0: none, or outside the list.
+    virtual int StateImage(int row) const = 0;
+    virtual void SetStateImage(int row, int image) = 0;
+
+    virtual int SelectionMark() const = 0;
+    virtual void SetSelectionMark(int row) = 0;
+
+    /// False outside the list.
+    virtual bool IsSelected(int row) const = 0;
+
+    /// Selects the row (and so deselects the others), gives it the list's focus mark and the selection mark.
+    virtual void Select(int row) = 0;
+
+    /// Deselects all rows; the selection mark stays.
+    virtual void DeselectAll() = 0;
+
+    virtual void EnsureVisible(int row) = 0;
+
+    /// What lies under the cursor position of the message that is being handled (a click or a double click).
+    virtual ListHit HitOfMessage() const = 0;
+
+    /// Stops drawing until it is switched on again, which draws everything once. Use ListRedrawPause.
+    virtual void SetRedraw(bool on) = 0;
+
+protected:
+    ListControl() = default;
+};
+
+/// Keeps a list from drawing while it is filled, so that it does not flicker.
+class ListRedrawPause {
+public:
+    explicit ListRedrawPause(ListControl& list) : List(list) { List.SetRedraw(false); }
+    ~ListRedrawPause() { List.SetRedraw(true); }
+    ListRedrawPause(const ListRedrawPause&) = delete;
+    ListRedrawPause& operator=(const ListRedrawPause&) = delete;
+
+private:
+    ListControl& List;
+};
+
+} // namespace pmx
