@@ -1,0 +1,22 @@
+#include "dialogs/base/dialog_services.h"
+
+#include "dialogs/base/help_engine.h"
+
+namespace pmx {
+
+const DialogServices& SystemDialogServices() {
+    static const DialogServices services{
+        .Strings = SystemResources(),
+        .Dialogs = SystemDialogRunner(),
+        .Messages = SystemMessageBoxes(),
+        .FileChoice = SystemFileDialogs(),
+        .Images = SystemImageLists(),
+        .Help = SystemHelpEngine(),
+        .Libraries = SystemDynamicLibraries(),
+        .CodePage = SystemText(),
+        .ForeignCalls = SystemGuard(),
+    };
+    return services;
+}
+
+} // namespace pmx

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/dialog_window.h"
+#include "platform/image_list.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace pmx {
+
+/// Icon values that the icon picker offers. The values below are left to standard favorites.
+inline constexpr std::int64_t FirstOfferedIcon = 14;
+inline constexpr std::int64_t LastOfferedIcon = 59;
+
+/// The strip of 32-pixel icons, image n for the icon value n. Null when the resources have none.
+std::unique_ptr<ImageList> LoadFavoriteIcons(ImageLists& images);
+
+/// Shows the icon of that value in an icon box. Without such an icon (no strip, or a value outside it) the
+/// box keeps what it showed.
+void ShowFavoriteIcon(DialogWindow& window, ControlId iconBox, const ImageList* icons,
+                      std::int64_t iconValue);
+
+} // namespace pmx
