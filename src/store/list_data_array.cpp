@@ -73,7 +73,6 @@ void CPMXTemplUIListDataArray::RemoveAll() {
 }
 
 bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
-    ListFilePath.clear();
     if (path == nullptr || *path == '\0') {
         return false;
     }
@@ -207,7 +206,7 @@ std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemp
     // The platform drops dots and blanks at the end of a file name.
     const std::string_view withoutEnd =
         std::string_view(fileName).substr(0, fileName.find_last_not_of(". ") + 1);
-    if (ListFilePath.empty() || !IsPlainFileName(fileName, Services.LeadBytes()) ||
+    if (!IsPlainFileName(fileName, Services.LeadBytes()) ||
         Services.CodePage.EqualIgnoringCase(withoutEnd, ListFileName)) {
         return std::nullopt;
     }

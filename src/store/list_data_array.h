@@ -43,7 +43,7 @@ public:
     void RemoveAll();
 
     /// Takes over the favorites folder, appending a separator when it ends in none. False when `path` is
-    /// null, empty or no existing folder; no favorite file can then be read, written or deleted.
+    /// null, empty or no existing folder.
     bool SetFolder(const char* path);
 
     /// Replaces the records by those of the list file. True also when the file is missing; false when the

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "platform/list_control.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace pmx::test {
+
+/// The image that an icon of the fakes shows.
+struct MemoryImage {
+    ResourceId Bitmap = 0;
+    std::int64_t Index = -1;
+    bool operator==(const MemoryImage&) const = default;
+};
+
+/// A list view that is only memory, with the rules of the real one.
+class MemoryList final : public ListControl {
+public:
+    struct Column {
+        std::string Title;
+        int Width = 0;
+        bool operator==(const Column&) const = default;
+    };
+
+    struct Row {
+        std::int64_t Data = 0;
+        int Image = NoImage;
+        int StateImage = 0;
+        bool Selected = false;
+        std::vector<std::string> Cells;
+    };
+
+    // What tests look at
+
+    std::vector<Column> Columns;
+    std::vector<Row> Rows;
+    int Mark = -1;
+    int FocusedRow = -1;
+    int LastMadeVisible = -1;
+    bool FullRowSelection = false;
+    ResourceId StateBitmap = 0; ///< the bitmap of the state images
+    ResourceId LargeBitmap = 0; ///< the bitmap of the large images
+    int RedrawPauses = 0;       ///< how often drawing was stopped
+    bool Redraw = true;
+    ListHit Hit; ///< what the user points at
+
+    int SelectedRow() const;
+
+    // What the user does
+
+    /// Selects a row as a click or an arrow key does.
+    void SelectAsUser(int row) { Select(row); }
+
+    // ListControl
+
+    void SetFullRowSelection(bool on) override { FullRowSelection = on; }
+    void SetStateImages(const ImageList& images) override;
+    void SetLargeImages(const ImageList& images) override;
+    void InsertColumn(int column, const std::string& title, int width) override;
+    int InsertRow(int position, std::int64_t data, int image) override;
+    void DeleteRow(int row) override;
+    void Reserve(int count) override { Rows.reserve(static_cast<std::size_t>(count)); }
+    int RowCount() const override { return static_cast<int>(Rows.size()); }
+    std::int64_t RowData(int row) const override { return Has(row) ? At(row).Data : -1; }
+    void SetRowData(int row, std::int64_t data) override;
+    std::string Cell(int row, int column) const override;
+    void SetCell(int row, int column, const std::string& text) override;
+    int StateImage(int row) const override { return Has(row) ? At(row).StateImage : 0; }
+    void SetStateImage(int row, int image) override;
+    int SelectionMark() const override { return Mark; }
+    void SetSelectionMark(int row) override;
+    bool IsSelected(int row) const override { return Has(row) && At(row).Selected; }
+    void Select(int row) override;
+    void DeselectAll() override;
+    void EnsureVisible(int row) override;
+    ListHit HitOfMessage() const override { return Hit; }
+    void SetRedraw(bool on) override;
+
+private:
+    bool Has(int row) const { return row >= 0 && row < RowCount(); }
+    const Row& At(int row) const { return Rows[static_cast<std::size_t>(row)]; }
+    Row& At(int row) { return Rows[static_cast<std::size_t>(row)]; }
+};
+
+} // namespace pmx::test

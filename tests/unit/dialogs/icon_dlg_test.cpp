@@ -1,0 +1,165 @@
+#include "dialogs/base/icon_dlg.h"
+
+#include "dialogs/base/favorite_icons.h"
+#include "res/ids.h"
+#include "support/memory_window.h"
+#include "support/sjis.h"
+
+#include <gtest/gtest.h>
+
+namespace pmx {
+namespace {
+
+using test::MemoryDesktop;
+using test::MemoryList;
+using test::MemoryUser;
+using test::Sjis;
+
+constexpr ControlId Picker = control::PickerIcons;
+
+class IconDlgTest : public testing::Test {
+protected:
+    /// Runs the picker for a favorite with that icon; the icon afterwards.
+    std::int64_t Pick(std::int64_t icon, const test::MemoryDialogs::Script& script) {
+        CPMXTemplUIIconDlg picker(icon, 1, std::nullopt, WindowHandle::None, Desktop.Services);
+        Desktop.Dialogs.OnOpened(dialog::IconPicker, script);
+        Code = picker.DoModal();
+        return picker.IconValue();
+    }
+
+    int InitialRow(std::int64_t icon) {
+        int row = -1;
+        Pick(icon, [&row](MemoryUser& user) {
+            row = user.SelectedRow(Picker);
+            EXPECT_EQ(user.List(Picker).SelectionMark(), row);
+            EXPECT_EQ(user.List(Picker).LastMadeVisible, row);
+            user.Escape();
+        });
+        return row;
+    }
+
+    MemoryDesktop Desktop;
+    int Code = 0;
+};
+
+TEST_F(IconDlgTest, ShowsImages14To59InOrder) {
+    Pick(14, [](MemoryUser& user) {
+        const MemoryList& list = user.List(Picker);
+        ASSERT_EQ(list.RowCount(), 46);
+        for (int row = 0; row < 46; ++row) {
+            EXPECT_EQ(list.Rows[static_cast<std::size_t>(row)].Image, row + 14);
+        }
+        EXPECT_EQ(list.LargeBitmap, bitmap::LargeIcons);
+        EXPECT_FALSE(list.FullRowSelection);
+        EXPECT_EQ(list.RedrawPauses, 1);
+        EXPECT_TRUE(list.Redraw);
+        user.Escape();
+    });
+    using Request = test::MemoryImageLists::Request;
+    EXPECT_EQ(Desktop.Images.Requests, std::vector<Request>{(Request{2001, 32, Color::LightGrey})});
+}
+
+TEST_F(IconDlgTest, SelectsTheIconOfTheFavorite) {
+    EXPECT_EQ(InitialRow(14), 0);
+    EXPECT_EQ(InitialRow(30), 16);
+    EXPECT_EQ(InitialRow(59), 45);
+}
+
+TEST_F(IconDlgTest, SelectsTheFirstIconWhenThatOfTheFavoriteIsNotOffered) {
+    for (const std::int64_t icon :
+         {std::int64_t{3}, std::int64_t{13}, std::int64_t{60}, std::int64_t{-1}, std::int64_t{0x100000020}}) {
+        EXPECT_EQ(InitialRow(icon), 0) << icon;
+    }
+}
+
+TEST_F(IconDlgTest, OkReturnsTheUntouchedSelection) {
+    const auto pressOk = [](MemoryUser& user) { user.Press(control::Ok); };
+    EXPECT_EQ(Pick(30, pressOk), 30);
+    EXPECT_EQ(Code, CodeOk);
+    EXPECT_EQ(Pick(3, pressOk), 14);
+}
+
+TEST_F(IconDlgTest, OkReturnsTheIconThatTheUserSelected) {
+    const std::int64_t icon = Pick(14, [](MemoryUser& user) {
+        user.ClickRow(Picker, 45);
+        user.Enter();
+    });
+    EXPECT_EQ(icon, 59);
+}
+
+TEST_F(IconDlgTest, OkWithoutAMarkKeepsTheIcon) {
+    const std::int64_t icon = Pick(3, [](MemoryUser& user) {
+        user.List(Picker).SetSelectionMark(-1);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(icon, 3);
+}
+
+TEST_F(IconDlgTest, CancelKeepsTheIconAlsoAfterAnotherWasSelected) {
+    const std::int64_t icon = Pick(14, [](MemoryUser& user) {
+        user.ClickRow(Picker, 20);
+        user.Press(control::Cancel);
+    });
+    EXPECT_EQ(icon, 14);
+    EXPECT_EQ(Code, CodeCancel);
+}
+
+TEST_F(IconDlgTest, TitleIsTheOneGivenOrTheStandardOne) {
+    Pick(14, [](MemoryUser& user) {
+        EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
+        user.Escape();
+    });
+    CPMXTemplUIIconDlg titled(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle{3}, Desktop.Services);
+    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+        EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
+        EXPECT_EQ(user.Parent(), WindowHandle{3});
+        user.Escape();
+    });
+    titled.DoModal();
+}
+
+TEST_F(IconDlgTest, WorksWithoutPictures) {
+    Desktop.Images.Failing = true;
+    EXPECT_EQ(Pick(30, [](MemoryUser& user) { user.Press(control::Ok); }), 30);
+}
+
+/// A dialog with a current-icon box.
+class BoxDlg final : public CPmxDlg {
+public:
+    explicit BoxDlg(MemoryDesktop& desktop)
+        : CPmxDlg(dialog::RegisterFavorite, WindowHandle::None, desktop.Services),
+          Icons(LoadFavoriteIcons(desktop.Images)) {}
+
+    void Show(std::int64_t icon) { ShowFavoriteIcon(Window(), control::RegisterIcon, Icons.get(), icon); }
+    void DropIcons() { Icons.reset(); }
+
+private:
+    std::unique_ptr<ImageList> Icons;
+};
+
+TEST(FavoriteIconsTest, BoxShowsTheIconOfTheValueAndKeepsItWhenThereIsNoIcon) {
+    MemoryDesktop desktop;
+    BoxDlg box(desktop);
+    desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [&box](MemoryUser& user) {
+        constexpr ControlId Box = control::RegisterIcon;
+        EXPECT_FALSE(user.HasIcon(Box));
+        box.Show(14);
+        EXPECT_EQ(user.IconIn(Box), (test::MemoryImage{2001, 14}));
+        box.Show(60);
+        box.Show(-1);
+        box.Show(std::int64_t{1} << 32);
+        EXPECT_EQ(user.IconIn(Box), (test::MemoryImage{2001, 14}));
+        box.Show(59);
+        EXPECT_EQ(user.IconIn(Box), (test::MemoryImage{2001, 59}));
+        box.DropIcons();
+        box.Show(20);
+        EXPECT_EQ(user.IconIn(Box), (test::MemoryImage{2001, 59}));
+        EXPECT_EQ(test::MemoryIcon::Count(), 1) << "an icon that is no longer shown is released";
+        user.Escape();
+    });
+    box.DoModal();
+    EXPECT_EQ(test::MemoryIcon::Count(), 0);
+}
+
+} // namespace
+} // namespace pmx
