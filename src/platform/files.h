@@ -6,7 +6,8 @@
 
 namespace pmx {
 
-/// Error numbers of the file service: those of Windows, on every system.
+/// Error numbers of the file service: those of Windows, on every system. On Windows a result may have any
+/// other number of the system too.
 enum class FileError : std::uint32_t {
     None = 0,
     NotFound = 2,
@@ -18,8 +19,7 @@ enum class FileError : std::uint32_t {
     DiskFull = 112,
     InvalidName = 123,
     AlreadyExists = 183,
-    Other =
-        31, // a device attached to the system is not functioning: stands for anything without a number here
+    Other = 31 ///< a device does not function: what has no better number
 };
 
 /// What an opened file may be used for, as bits. The values are those of the platform's generic access
@@ -70,7 +70,13 @@ struct OpenResult {
 ///
 /// Paths are narrow strings in the system's code page, zero bytes not allowed, with `\` between folders. The
 /// posix implementation maps names to UTF-8 and `\` (never a trail byte) to `/`; both separators are accepted
-/// there. Every operation reports failure as a FileError and leaves the file system as it was unless stated.
+/// there, and the case of letters matters. Every operation reports failure as a FileError and leaves the file
+/// system as it was unless stated. An empty path gives PathNotFound, one with a zero byte InvalidName.
+///
+/// A file that somebody holds open gives SharingViolation as the platform does. On posix, where the platform
+/// does not, the users of this service exclude each other (in one process and among several): a file opened
+/// with FileShare::None excludes every other open and copy, and any open file excludes overwriting and
+/// deleting.
 class Files {
 public:
     virtual ~Files() = default;
@@ -87,23 +93,27 @@ public:
 
     virtual OpenResult Open(const OpenRequest& request) = 0;
 
-    /// Copies the content of a file. With `failIfExists` an existing target gives FileExists and stays as it
-    /// was. A copy that fails half-way leaves no partial target behind.
+    /// Copies the content of a file; the target is not read-only, even when the source is. With
+    /// `failIfExists` an existing target gives FileExists and stays as it was. A copy that fails half-way
+    /// leaves no partial target behind and an existing one as it was. A loss of power afterwards may still
+    /// harm it, see Flush.
     virtual FileError Copy(const std::string& source, const std::string& target, bool failIfExists) = 0;
 
-    /// Deletes a file (never a folder).
+    /// Deletes a file. A folder or a read-only file gives AccessDenied.
     virtual FileError Remove(const std::string& path) = 0;
 
     /// Makes the content of an existing file durable: returns after the system has handed it to the device.
     virtual FileError Flush(const std::string& path) = 0;
 
     /// Atomically puts `source` in the place of `target`, which may or may not exist; both lie in one folder.
-    /// A read-only target is refused with AccessDenied. At any moment the target is the old or the new file,
-    /// whole.
+    /// A read-only target, a folder, or a target that somebody holds open is refused with AccessDenied. At
+    /// any moment the target is the old or the new file, whole. When the platform cannot tell that the
+    /// exchange is durable, that is no failure. A target that is a link is replaced itself.
     virtual FileError Replace(const std::string& source, const std::string& target) = 0;
 
     /// Creates an empty file with a name that nobody else uses, in `folder` (ending in a separator), and
-    /// gives its path; empty with the reason in `error` on failure.
+    /// gives its path; empty with the reason in `error` on failure. The name ends in `.tmp`. The caller
+    /// deletes the file.
     virtual std::string CreateTemporary(const std::string& folder, FileError& error) = 0;
 
     /// The calling thread's last error, as the platform keeps it: callers that must leave the error of an
@@ -115,6 +125,10 @@ protected:
     Files(const Files&) = default;
     Files& operator=(const Files&) = default;
 };
+
+/// Why no file can have that path, whatever is on the disk (see Files); None when one can. For
+/// implementations.
+FileError PathError(const std::string& path);
 
 /// The system's files. Lives as long as the process.
 Files& SystemFiles();

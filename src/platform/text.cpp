@@ -8,6 +8,10 @@ bool IsBlank(char character) {
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
+char Folded(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
 } // namespace
 
 std::size_t CharacterLength(std::string_view text, std::size_t position, const LeadByteTable& leadBytes) {
@@ -39,6 +43,22 @@ std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByt
         length = next;
     }
     return length;
+}
+
+bool EqualIgnoringLetterCase(std::string_view left, std::string_view right, const LeadByteTable& leadBytes) {
+    if (left.size() != right.size()) {
+        return false;
+    }
+    for (std::size_t position = 0; position < left.size();) {
+        const std::size_t length = CharacterLength(left, position, leadBytes);
+        const bool equal = length == 1 ? Folded(left[position]) == Folded(right[position])
+                                       : left.substr(position, 2) == right.substr(position, 2);
+        if (!equal) {
+            return false;
+        }
+        position += length;
+    }
+    return true;
 }
 
 std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes) {

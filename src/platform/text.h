@@ -44,6 +44,10 @@ std::size_t FindSingleByte(std::string_view text, char wanted, const LeadByteTab
 /// Length in bytes of the longest beginning of `text` that has at most `limit` bytes and splits no character.
 std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByteTable& leadBytes);
 
+/// True when both texts are equal without regard to the case of single-byte letters A to Z; everything else,
+/// second bytes that have the value of a letter included, compares exactly.
+bool EqualIgnoringLetterCase(std::string_view left, std::string_view right, const LeadByteTable& leadBytes);
+
 /// `text` without the blanks (space, tab, line feed, vertical tab, form feed, carriage return) at both ends.
 std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes);
 

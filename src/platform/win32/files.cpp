@@ -1,0 +1,257 @@
+#include "platform/files.h"
+
+#include "platform/temporary_name.h"
+#include "platform/text.h"
+
+#include <optional>
+#include <utility>
+
+#include <windows.h>
+
+namespace pmx {
+
+namespace {
+
+constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+/// The calling thread's last error, as it is after a call that failed; never None.
+FileError LastError() {
+    const DWORD code = GetLastError();
+    if (code == ERROR_SUCCESS) {
+        return FileError::Other;
+    }
+    return code == ERROR_ALREADY_EXISTS ? FileError::FileExists : static_cast<FileError>(code);
+}
+
+FileError ErrorUnless(BOOL succeeded) {
+    return succeeded ? FileError::None : LastError();
+}
+
+FileError PathErrors(const std::string& source, const std::string& target) {
+    const FileError error = PathError(source);
+    return error == FileError::None ? PathError(target) : error;
+}
+
+std::optional<DWORD> AttributesOf(const std::string& path) {
+    if (PathError(path) != FileError::None) {
+        return std::nullopt;
+    }
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ? std::nullopt : std::optional(attributes);
+}
+
+bool HasAny(const std::optional<DWORD>& attributes, DWORD wanted) {
+    return attributes && (*attributes & wanted) != 0;
+}
+
+class FileHandle {
+public:
+    /// Takes over the handle, which may be the invalid one.
+    explicit FileHandle(HANDLE handle) : Handle(handle) {}
+    ~FileHandle() {
+        if (IsOpen()) {
+            CloseHandle(Handle);
+        }
+    }
+    FileHandle(FileHandle&& other) noexcept : Handle(std::exchange(other.Handle, INVALID_HANDLE_VALUE)) {}
+    FileHandle& operator=(FileHandle&&) = delete;
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    bool IsOpen() const { return Handle != INVALID_HANDLE_VALUE; }
+    HANDLE Get() const { return Handle; }
+
+private:
+    HANDLE Handle;
+};
+
+FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
+    return FileHandle(
+        CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+class HeldFile : public OpenFile {
+public:
+    explicit HeldFile(FileHandle file) : File(std::move(file)) {}
+
+private:
+    const FileHandle File;
+};
+
+/// The folder of a path with its separator; empty for a mere name.
+std::string FolderOf(const std::string& path) {
+    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    std::size_t end = 0;
+    for (std::size_t position = 0; position < path.size();
+         position += CharacterLength(path, position, leadBytes)) {
+        const char character = path[position];
+        if (character == '\\' || character == '/' || character == ':') {
+            end = position + 1;
+        }
+    }
+    return path.substr(0, end);
+}
+
+/// A file that is deleted at the end unless it was given another name.
+class TemporaryFile {
+public:
+    /// `folder` ends in a separator. Without a Name the reason is in Error.
+    explicit TemporaryFile(const std::string& folder) {
+        for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
+            const std::string name = folder + TemporaryName();
+            const FileHandle file = OpenPath(name, GENERIC_WRITE, 0, CREATE_NEW);
+            Error = ErrorUnless(file.IsOpen());
+            if (file.IsOpen()) {
+                Name = name;
+            }
+            if (Error != FileError::FileExists) {
+                return;
+            }
+        }
+    }
+    ~TemporaryFile() {
+        if (!Name.empty() && !IsKept) {
+            DeleteFileA(Name.c_str());
+        }
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    std::string Name;
+    FileError Error = FileError::None;
+
+    /// Leaves the file on disk.
+    void Keep() { IsKept = true; }
+
+private:
+    bool IsKept = false;
+};
+
+/// True for a file with the read-only mark. The system keeps such a file from being changed; Wine does not
+/// when it runs as the super-user, nor when a file is replaced, so it is asked before.
+bool IsReadOnlyFile(const std::string& path) {
+    const auto attributes = AttributesOf(path);
+    return HasAny(attributes, FILE_ATTRIBUTE_READONLY) && !HasAny(attributes, FILE_ATTRIBUTE_DIRECTORY);
+}
+
+/// Why the file may not be overwritten; None when it may, or when there is none. Asks for what an overwriting
+/// needs, because the final renaming reports an open file as a denied access.
+FileError OverwriteError(const std::string& target) {
+    if (IsReadOnlyFile(target)) {
+        return FileError::AccessDenied;
+    }
+    const FileHandle file = OpenPath(target, GENERIC_WRITE | DELETE, ShareAll, OPEN_EXISTING);
+    if (file.IsOpen()) {
+        return FileError::None;
+    }
+    const FileError error = LastError();
+    return error == FileError::NotFound ? FileError::None : error;
+}
+
+class WindowsFiles : public Files {
+public:
+    bool Exists(const std::string& path) override { return AttributesOf(path).has_value(); }
+
+    bool IsFolder(const std::string& path) override {
+        return HasAny(AttributesOf(path), FILE_ATTRIBUTE_DIRECTORY);
+    }
+
+    bool IsReadOnly(const std::string& path) override { return IsReadOnlyFile(path); }
+
+    OpenResult Open(const OpenRequest& request) override {
+        const FileError nameError = PathError(request.Path);
+        if (nameError != FileError::None) {
+            return {nullptr, nameError};
+        }
+        if (request.Access != FileAccess::Read && IsReadOnlyFile(request.Path) &&
+            request.Disposition != FileDisposition::CreateNew) {
+            return {nullptr, FileError::AccessDenied};
+        }
+        FileHandle file(CreateFileA(request.Path.c_str(), static_cast<DWORD>(request.Access),
+                                    static_cast<DWORD>(request.Share), nullptr,
+                                    static_cast<DWORD>(request.Disposition),
+                                    static_cast<DWORD>(request.Attributes), nullptr));
+        if (!file.IsOpen()) {
+            return {nullptr, LastError()};
+        }
+        return {std::make_unique<HeldFile>(std::move(file)), FileError::None};
+    }
+
+    /// The system's own copy may leave a part of a file behind, so it goes to a temporary file first.
+    FileError Copy(const std::string& source, const std::string& target, bool failIfExists) override {
+        FileError error = PathErrors(source, target);
+        if (error != FileError::None) {
+            return error;
+        }
+        if (failIfExists && Exists(target)) {
+            return FileError::FileExists;
+        }
+        error = OverwriteError(target);
+        if (error != FileError::None) {
+            return error;
+        }
+        TemporaryFile copy(FolderOf(target));
+        if (copy.Name.empty()) {
+            return copy.Error;
+        }
+        const DWORD flags = failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING;
+        const bool isDone = CopyFileA(source.c_str(), copy.Name.c_str(), FALSE) &&
+                            SetFileAttributesA(copy.Name.c_str(), FILE_ATTRIBUTE_NORMAL) &&
+                            MoveFileExA(copy.Name.c_str(), target.c_str(), flags);
+        if (!isDone) {
+            return LastError();
+        }
+        copy.Keep();
+        return FileError::None;
+    }
+
+    FileError Remove(const std::string& path) override {
+        const FileError error = PathError(path);
+        return error != FileError::None ? error : ErrorUnless(DeleteFileA(path.c_str()));
+    }
+
+    FileError Flush(const std::string& path) override {
+        const FileError error = PathError(path);
+        if (error != FileError::None) {
+            return error;
+        }
+        const FileHandle file = OpenPath(path, GENERIC_WRITE, ShareAll, OPEN_EXISTING);
+        return ErrorUnless(file.IsOpen() && FlushFileBuffers(file.Get()));
+    }
+
+    /// MoveFileEx and not ReplaceFile: it is one renaming, so there is no moment without the target, and the
+    /// target need not exist.
+    FileError Replace(const std::string& source, const std::string& target) override {
+        const FileError error = PathErrors(source, target);
+        if (error != FileError::None) {
+            return error;
+        }
+        if (IsFolder(source) || IsFolder(target) || IsReadOnlyFile(target)) {
+            return FileError::AccessDenied;
+        }
+        constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), Flags));
+    }
+
+    std::string CreateTemporary(const std::string& folder, FileError& error) override {
+        error = PathError(folder);
+        if (error != FileError::None) {
+            return {};
+        }
+        TemporaryFile file(folder);
+        error = file.Error;
+        file.Keep();
+        return file.Name;
+    }
+
+    void SetLastError(FileError error) override { ::SetLastError(static_cast<DWORD>(error)); }
+};
+
+} // namespace
+
+Files& SystemFiles() {
+    static WindowsFiles files;
+    return files;
+}
+
+} // namespace pmx

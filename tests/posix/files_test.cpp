@@ -1,0 +1,106 @@
+#include "platform/posix/files.h"
+
+#include "platform/posix/code_page.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace pmx {
+namespace {
+
+using test::TempFolder;
+using testing::ElementsAre;
+
+/// While it lives, no file of this process can grow beyond a size, and trying so is an error and no signal.
+class SmallFiles {
+public:
+    explicit SmallFiles(rlim_t size) : SignalBefore(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &Before);
+        const rlimit limit{size, Before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallFiles() {
+        setrlimit(RLIMIT_FSIZE, &Before);
+        std::signal(SIGXFSZ, SignalBefore);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    rlimit Before{};
+    void (*SignalBefore)(int);
+};
+
+TEST(PosixFiles, LeavesNothingOfACopyThatFailsHalfWay) {
+    const TempFolder folder;
+    folder.Write("source", std::string(300000, 'x'));
+    folder.Write("target", "old");
+    {
+        const SmallFiles limit(100000);
+        EXPECT_EQ(SystemFiles().Copy(folder.Path("source"), folder.Path("new"), true), FileError::DiskFull);
+        EXPECT_EQ(SystemFiles().Copy(folder.Path("source"), folder.Path("target"), false),
+                  FileError::DiskFull);
+    }
+    EXPECT_EQ(folder.Read("target"), "old");
+    EXPECT_THAT(folder.Names(), ElementsAre("source", "target"));
+}
+
+TEST(PosixFiles, DoesNotWaitForAPipeUnderTheNameOfAFile) {
+    const TempFolder folder;
+    const std::string pipe = folder.Path("pipe.pmt");
+    ASSERT_EQ(mkfifo(posix::NativePath(pipe).c_str(), 0600), 0);
+    OpenRequest request;
+    request.Path = pipe;
+    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::AccessDenied);
+    EXPECT_EQ(SystemFiles().Copy(pipe, folder.Path("copy"), true), FileError::AccessDenied);
+    EXPECT_THAT(folder.Names(), ElementsAre("pipe.pmt"));
+}
+
+TEST(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {
+    const TempFolder folder;
+    OpenRequest request;
+    request.Path = folder.Path("\x85\x40");
+    request.Access = FileAccess::Write;
+    request.Disposition = FileDisposition::CreateNew;
+    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::None);
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("\x81\x45")));
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("\x85\x41")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("\x85\x40")));
+}
+
+TEST(PosixFiles, KeepsThePermissionsOfAReplacedFile) {
+    const TempFolder folder;
+    folder.Write("new", "new");
+    folder.Write("target", "old");
+    const auto target = test::DiskPath(folder.Path("target"));
+    std::filesystem::permissions(target, std::filesystem::perms(0640));
+    EXPECT_EQ(SystemFiles().Replace(folder.Path("new"), folder.Path("target")), FileError::None);
+    EXPECT_EQ(std::filesystem::status(target).permissions(), std::filesystem::perms(0640));
+}
+
+TEST(PosixFiles, AcceptsBothSeparators) {
+    const TempFolder folder;
+    folder.AddFolder("a");
+    folder.Write("a\\b", "1");
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("a\\b")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("a/b")));
+}
+
+TEST(PosixFiles, KeepsTheLastErrorOfEachThread) {
+    SystemFiles().SetLastError(FileError::SharingViolation);
+    FileError other = FileError::Other;
+    std::thread([&] { other = posix::LastError(); }).join();
+    EXPECT_EQ(other, FileError::None);
+    EXPECT_EQ(posix::LastError(), FileError::SharingViolation);
+}
+
+} // namespace
+} // namespace pmx

@@ -1,0 +1,102 @@
+#include "platform/text.h"
+
+#include "support/sjis.h"
+
+#include <gtest/gtest.h>
+
+namespace pmx {
+namespace {
+
+using test::Sjis;
+
+const LeadByteTable& LeadBytes() {
+    return SystemText().LeadBytes();
+}
+
+TEST(Text, KnowsTheLeadBytesOfShiftJis) {
+    for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+        const bool isLead = (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+        EXPECT_EQ(LeadBytes()[byte], isLead) << byte;
+    }
+}
+
+TEST(Text, ComparesSingleByteLettersWithoutCase) {
+    EXPECT_TRUE(SystemText().EqualIgnoringCase("Template-1.PMT", "tEMPLATE-1.pmt"));
+    EXPECT_TRUE(SystemText().EqualIgnoringCase("", ""));
+    EXPECT_FALSE(SystemText().EqualIgnoringCase("a", "ab"));
+    EXPECT_FALSE(SystemText().EqualIgnoringCase("@[", "`{"));
+}
+
+TEST(Text, ComparesDoubleByteCharactersExactly) {
+    const std::string small = Sjis(u8"ア");
+    const std::string other = Sjis(u8"ヂ");
+    ASSERT_EQ(small, "\x83\x41");
+    ASSERT_EQ(other, "\x83\x61");
+    EXPECT_FALSE(SystemText().EqualIgnoringCase(small, other));
+    EXPECT_FALSE(SystemText().EqualIgnoringCase(Sjis(u8"Ａ"), Sjis(u8"ａ")));
+    EXPECT_TRUE(SystemText().EqualIgnoringCase(Sjis(u8"アB"), Sjis(u8"アb")));
+    EXPECT_FALSE(SystemText().EqualIgnoringCase(Sjis(u8"ア"), Sjis(u8"ｱ")));
+}
+
+TEST(Text, ComparesLettersAfterHalfWidthKanaWithoutCase) {
+    EXPECT_TRUE(SystemText().EqualIgnoringCase(Sjis(u8"ｱAﾝZ"), Sjis(u8"ｱaﾝz")));
+}
+
+TEST(Text, ComparesALoneLeadByteAtTheEndAsItself) {
+    EXPECT_TRUE(SystemText().EqualIgnoringCase("a\x83", "A\x83"));
+    EXPECT_FALSE(SystemText().EqualIgnoringCase("a\x83", "A\x84"));
+}
+
+TEST(CharacterLength, IsTwoForADoubleByteCharacter) {
+    const std::string text = Sjis(u8"aミｱ");
+    EXPECT_EQ(CharacterLength(text, 0, LeadBytes()), 1U);
+    EXPECT_EQ(CharacterLength(text, 1, LeadBytes()), 2U);
+    EXPECT_EQ(CharacterLength(text, 3, LeadBytes()), 1U);
+    EXPECT_EQ(CharacterLength("a\x83", 1, LeadBytes()), 1U);
+}
+
+TEST(FindSingleByte, PassesOverSecondBytes) {
+    const std::string tilde = Sjis(u8"ミ");
+    ASSERT_EQ(tilde, "\x83\x7E");
+    EXPECT_EQ(FindSingleByte(tilde + '~', '~', LeadBytes()), 2U);
+    EXPECT_EQ(FindSingleByte(tilde, '~', LeadBytes()), std::string_view::npos);
+    const std::string backslashes = Sjis(u8"表ソ");
+    ASSERT_EQ(backslashes, "\x95\x5C\x83\x5C");
+    EXPECT_EQ(FindSingleByte(backslashes, '\\', LeadBytes()), std::string_view::npos);
+    EXPECT_EQ(FindSingleByte(backslashes + "\\a", '\\', LeadBytes()), 4U);
+}
+
+TEST(FindSingleByte, BeginsAtTheGivenPlace) {
+    EXPECT_EQ(FindSingleByte("a~b~", '~', LeadBytes(), 2), 3U);
+    EXPECT_EQ(FindSingleByte("a", 'a', LeadBytes(), 1), std::string_view::npos);
+}
+
+TEST(FindSingleByte, FindsHalfWidthKana) {
+    EXPECT_EQ(FindSingleByte(Sjis(u8"ミｱ"), '\xB1', LeadBytes()), 2U);
+}
+
+TEST(LengthWithin, NeverSplitsACharacter) {
+    const std::string text = Sjis(u8"aミミ");
+    EXPECT_EQ(LengthWithin(text, 0, LeadBytes()), 0U);
+    EXPECT_EQ(LengthWithin(text, 1, LeadBytes()), 1U);
+    EXPECT_EQ(LengthWithin(text, 2, LeadBytes()), 1U);
+    EXPECT_EQ(LengthWithin(text, 3, LeadBytes()), 3U);
+    EXPECT_EQ(LengthWithin(text, 4, LeadBytes()), 3U);
+    EXPECT_EQ(LengthWithin(text, 5, LeadBytes()), 5U);
+    EXPECT_EQ(LengthWithin(text, 100, LeadBytes()), 5U);
+}
+
+TEST(Trimmed, TakesBlanksOffBothEnds) {
+    EXPECT_EQ(Trimmed(" \t\r\n\v\fa b \t", LeadBytes()), "a b");
+    EXPECT_EQ(Trimmed("   ", LeadBytes()), "");
+    EXPECT_EQ(Trimmed("", LeadBytes()), "");
+}
+
+TEST(Trimmed, KeepsDoubleByteBlanksAndSecondBytes) {
+    const std::string wide = Sjis(u8"\u3000a\u3000");
+    EXPECT_EQ(Trimmed(' ' + wide + ' ', LeadBytes()), wide);
+    EXPECT_EQ(Trimmed("\x83 ", LeadBytes()), "\x83 ");
+}
+
+} // namespace
+} // namespace pmx

@@ -1,0 +1,101 @@
+#include "platform/guard.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include <windows.h>
+
+namespace pmx {
+namespace {
+
+constexpr DWORD CustomCode = 0xE0001234;
+constexpr DWORD ForeignCppException = 0xE06D7363;
+
+void Raise(DWORD code) {
+    const ULONG_PTR arguments[3] = {0x19930520, 0, 0};
+    RaiseException(code, 0, 3, arguments);
+}
+
+void WriteThroughNull() {
+    volatile int* const address = nullptr;
+    *address = 1;
+}
+
+void DivideByZero() {
+    volatile int number = 7;
+    volatile int zero = 0;
+    number = number / zero;
+}
+
+TEST(GuardOfWindows, StopsStructuredExceptionsOfAnyKind) {
+    EXPECT_FALSE(SystemGuard().Run([] { Raise(CustomCode); }));
+    EXPECT_FALSE(SystemGuard().Run([] { Raise(ForeignCppException); }));
+    EXPECT_FALSE(SystemGuard().Run(WriteThroughNull));
+    EXPECT_FALSE(SystemGuard().Run(DivideByZero));
+}
+
+TEST(GuardOfWindows, KeepsTheCallersStateOverAnException) {
+    std::string before = "kept";
+    int failures = 0;
+    for (int round = 0; round < 1000; ++round) {
+        const std::string local = before + std::to_string(round);
+        failures += SystemGuard().Run([] { Raise(CustomCode); }) ? 0 : 1;
+        ASSERT_EQ(local, before + std::to_string(round));
+    }
+    EXPECT_EQ(failures, 1000);
+}
+
+TEST(GuardOfWindows, LeavesCppExceptionsWorkingAfterwards) {
+    EXPECT_FALSE(SystemGuard().Run(WriteThroughNull));
+    EXPECT_THROW(throw std::runtime_error("raised"), std::runtime_error);
+    EXPECT_FALSE(SystemGuard().Run([] { throw std::runtime_error("raised"); }));
+}
+
+TEST(GuardOfWindows, StopsExceptionsThroughNestedGuards) {
+    bool inner = true;
+    EXPECT_FALSE(SystemGuard().Run([&] {
+        inner = SystemGuard().Run([] { Raise(CustomCode); });
+        WriteThroughNull();
+    }));
+    EXPECT_FALSE(inner);
+}
+
+LONG CALLBACK ContinueCustom(EXCEPTION_POINTERS* exception) {
+    const bool isCustom = exception->ExceptionRecord->ExceptionCode == CustomCode;
+    return isCustom ? EXCEPTION_CONTINUE_EXECUTION : EXCEPTION_CONTINUE_SEARCH;
+}
+
+TEST(GuardOfWindows, DoesNotNoticeAnExceptionThatTheHostHandles) {
+    void* const handler = AddVectoredExceptionHandler(1, ContinueCustom);
+    bool wentOn = false;
+    EXPECT_TRUE(SystemGuard().Run([&] {
+        Raise(CustomCode);
+        wentOn = true;
+    }));
+    RemoveVectoredExceptionHandler(handler);
+    EXPECT_TRUE(wentOn);
+}
+
+TEST(GuardOfWindows, CleansUpWhenAStructuredExceptionPasses) {
+    std::string log;
+    EXPECT_FALSE(SystemGuard().Run([&] {
+        SystemGuard().RunThen([&] { SystemGuard().RunThen(WriteThroughNull, [&] { log += "inner "; }); },
+                              [&] { log += "outer"; });
+        log += "not reached";
+    }));
+    EXPECT_EQ(log, "inner outer");
+}
+
+TEST(GuardOfWindows, CleansUpForEveryKindOfException) {
+    for (const DWORD code : {CustomCode, ForeignCppException}) {
+        int cleanups = 0;
+        EXPECT_FALSE(
+            SystemGuard().Run([&] { SystemGuard().RunThen([&] { Raise(code); }, [&] { ++cleanups; }); }));
+        EXPECT_EQ(cleanups, 1);
+    }
+}
+
+} // namespace
+} // namespace pmx
