@@ -1,0 +1,74 @@
+#include "support/built_resources.h"
+
+#include "res/ids.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+namespace pmx {
+namespace {
+
+using test::BuiltResources;
+using test::Language;
+using test::ResourceKind;
+
+std::uint32_t Number(std::span<const std::byte> bytes, std::size_t position, std::size_t size) {
+    std::uint32_t number = 0;
+    for (std::size_t index = 0; index < size && position + index < bytes.size(); ++index) {
+        number |= std::to_integer<std::uint32_t>(bytes[position + index]) << (8 * index);
+    }
+    return number;
+}
+
+std::span<const std::byte> Own(ResourceKind kind, int id) {
+    return BuiltResources::Of(Language::Japanese).Find(kind, id);
+}
+
+TEST(Pictures, HaveTheSizesOfTheirImagesInTrueColour) {
+    constexpr std::size_t HeaderSize = 40;
+    for (const auto& [id, width, height] :
+         {std::tuple{bitmap::SmallIcons, 960U, 16U}, std::tuple{bitmap::LargeIcons, 1920U, 32U},
+          std::tuple{bitmap::StateImages, 320U, 14U}}) {
+        const auto picture = Own(ResourceKind::Bitmap, id);
+        EXPECT_EQ(Number(picture, 4, 4), width) << id;
+        EXPECT_EQ(Number(picture, 8, 4), height) << id;
+        EXPECT_EQ(Number(picture, 14, 2), 24U) << id;
+        EXPECT_EQ(Number(picture, 16, 4), 0U) << id << " is compressed";
+        EXPECT_EQ(picture.size(), HeaderSize + std::size_t{3} * width * height) << id;
+    }
+}
+
+bool Contains(std::span<const std::byte> bytes, std::span<const std::byte> wanted) {
+    return std::search(bytes.begin(), bytes.end(), wanted.begin(), wanted.end()) != bytes.end();
+}
+
+bool ContainsText(std::span<const std::byte> bytes, std::u16string_view text) {
+    return Contains(bytes, std::as_bytes(std::span(text)));
+}
+
+TEST(VersionInformation, NamesTheProductInJapaneseAndNeutrally) {
+    constexpr std::size_t FixedInformation = 40;
+    const auto version = Own(ResourceKind::Version, 1);
+    ASSERT_EQ(Number(version, FixedInformation, 4), 0xFEEF04BDU);
+    EXPECT_EQ(Number(version, FixedInformation + 8, 4), 0x00010000U) << "1.0";
+    EXPECT_EQ(Number(version, FixedInformation + 12, 4), 0U) << ".0.0";
+    for (const std::u16string_view text : {u"041104B0", u"000004B0", u"PMXTemplUI.dll", u"1.0.0",
+                                           u"お気に入り管理ライブラリ", u"Favorites library"}) {
+        EXPECT_TRUE(ContainsText(version, text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(Manifest, AsksForThemedControls) {
+    constexpr int OfALibrary = 2;
+    const auto manifest = Own(ResourceKind::Manifest, OfALibrary);
+    for (const std::string_view text : {"Microsoft.Windows.Common-Controls", "6.0.0.0", "6595b64144ccf1df"}) {
+        EXPECT_TRUE(Contains(manifest, std::as_bytes(std::span(text)))) << text;
+    }
+}
+
+} // namespace
+} // namespace pmx
