@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
                                           return RetryReplaceFile(fakes.Disk, fakes.Clock, folder.Path("a"),
                                                                   folder.Path("b"));
                                       }}),
-    [](const testing::TestParamInfo<RetryingOperation>& info) { return info.param.Name; });
+    [](const testing::TestParamInfo<RetryingOperation>& parameter) { return parameter.param.Name; });
 
 class RetryingFilesTest : public testing::Test {
 protected:
