@@ -120,6 +120,11 @@ private:
         return settings;
     }
 
+    /// Its own colours, or those of the document.
+    ColorMode ColorOf(ColorMode own) const {
+        return own == ColorMode::Automatic ? Table.Document.Color.Get() : own;
+    }
+
     PlacedPage PlaceInCell(int page, const Box& cell) const {
         const PageSettings settings = SettingsOf(page);
         const bool quarter = settings.Turn == Rotation::Quarter || settings.Turn == Rotation::ThreeQuarters;
@@ -132,7 +137,7 @@ private:
         placed.Area.X += settings.ShiftX;
         placed.Area.Y += settings.ShiftY;
         placed.Turn = settings.Turn;
-        placed.Color = settings.Color == ColorMode::Automatic ? Table.Document.Color.Get() : settings.Color;
+        placed.Color = ColorOf(settings.Color);
         placed.HasFrame = Table.Page.Frame;
         placed.Stamp = Table.Page.Stamp.Get();
         return placed;
@@ -215,7 +220,7 @@ private:
         face.HasCropMarks = settings.CropMarks;
         if (settings.WatermarkOn && (face.Number == 1 || !settings.Mark.FirstFaceOnly)) {
             face.Mark = PlacedWatermark{settings.Mark.Angle, settings.Mark.Size, settings.Mark.Density,
-                                        std::string(settings.Mark.Words.Get())};
+                                        ColorOf(settings.Mark.Color), std::string(settings.Mark.Words.Get())};
         }
     }
 

@@ -56,6 +56,7 @@ struct PlacedWatermark {
     int Angle = 0; ///< degrees, counter-clockwise
     int Points = 72;
     Strength Density = Strength::Light;
+    ColorMode Color = ColorMode::Automatic;
     std::string Words;
 };
 
