@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace pmx::host {
+
+/// The command line: [--tour FOLDER] [FAVORITES FOLDER]
+struct Options {
+    std::wstring FavoritesFolder; ///< by default the folder `favorites` beside the program
+    std::wstring TourFolder;      ///< empty without a tour
+};
+
+Options ReadOptions();
+
+} // namespace pmx::host
