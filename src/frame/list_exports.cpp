@@ -48,22 +48,17 @@ void ApplyStandardSetting(CPmxDocument& document, std::int32_t number) {
     }
 }
 
-/// A document that could not be filled, also because the host raised an error, stays with the record, empty,
-/// and is made anew at the next call.
 bool LoadForHost(const CPMXTemplUIListDataArray& list, CPMXTemplUIListData& record) {
-    if (record.IsDocumentReady()) {
+    if (record.GetDocument() != nullptr) {
         return true;
     }
-    record.ReleaseDocument();
     if (!record.EnsureDocument()) {
         return false;
     }
-    record.SetDocumentReady(false);
     if (!record.IsStandard()) {
         return list.LoadFavorite(record);
     }
     ApplyStandardSetting(*record.GetDocument(), LeadingNumber(record.GetFileName()));
-    record.SetDocumentReady(true);
     return true;
 }
 
@@ -101,8 +96,8 @@ void ForEachQualifying(const CPMXTemplUIListDataArray& list, std::int32_t level,
 } // namespace
 
 std::unique_ptr<CPMXTemplUIListDataArray> OpenList(const char* folder, const char* listFileName,
-                                                   const char* extension, const StoreServices& services) {
-    auto list = std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension, services);
+                                                   const char* extension) {
+    auto list = std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension);
     list->RemoveAll();
     if (!list->SetFolder(folder) || !list->LoadList()) {
         return nullptr;

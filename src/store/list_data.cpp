@@ -1,7 +1,5 @@
 #include "store/list_data.h"
 
-#include "store/host_call.h"
-
 namespace pmx {
 
 CPMXTemplUIListData::~CPMXTemplUIListData() {
@@ -22,9 +20,7 @@ CPMXTemplUIListData& CPMXTemplUIListData::operator=(const CPMXTemplUIListData& s
     IconIndex = source.IconIndex;
     if (Document && source.Document) {
         const CPmxDocument& content = *source.Document;
-        if (CallHost(SystemGuard(), [&] { *Document = content; })) {
-            DocumentReady = source.DocumentReady;
-        } else {
+        if (!SystemGuard().Run([&] { *Document = content; })) {
             ReleaseDocument();
         }
     }
@@ -35,8 +31,7 @@ bool CPMXTemplUIListData::EnsureDocument(Guard& guard) {
     if (Document) {
         return true;
     }
-    CallHost(guard, [this] { Document = std::make_unique<FavoriteDocument>(); });
-    DocumentReady = true;
+    guard.Run([this] { Document = std::make_unique<FavoriteDocument>(); });
     return Document != nullptr;
 }
 
@@ -47,7 +42,7 @@ bool CPMXTemplUIListData::ReleaseDocument(Guard& guard) {
     // The destructor may raise, which the smart pointer itself would not survive.
     FavoriteDocument* const document = Document.release();
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
-    return CallHost(guard, [document] { delete document; });
+    return guard.Run([document] { delete document; });
 }
 
 bool CPMXTemplUIListData::LoadDocument(const char* path, Guard& guard) {
@@ -55,11 +50,7 @@ bool CPMXTemplUIListData::LoadDocument(const char* path, Guard& guard) {
         return false;
     }
     bool loaded = false;
-    if (!CallHost(guard, [&] { loaded = Document->Load(path, nullptr); }) || !loaded) {
-        return false;
-    }
-    DocumentReady = true;
-    return true;
+    return guard.Run([&] { loaded = Document->Load(path, nullptr); }) && loaded;
 }
 
 bool CPMXTemplUIListData::SaveDocument(const char* path, Guard& guard) {
@@ -67,11 +58,7 @@ bool CPMXTemplUIListData::SaveDocument(const char* path, Guard& guard) {
         return false;
     }
     bool saved = false;
-    if (!CallHost(guard, [&] { saved = Document->Save(path); }) || !saved) {
-        return false;
-    }
-    DocumentReady = true;
-    return true;
+    return guard.Run([&] { saved = Document->Save(path); }) && saved;
 }
 
 } // namespace pmx

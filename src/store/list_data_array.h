@@ -7,7 +7,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace pmx {
@@ -44,7 +43,7 @@ public:
     void RemoveAll();
 
     /// Takes over the favorites folder, appending a separator when it ends in none. False when `path` is
-    /// null or empty, which changes nothing, or no existing folder, after which the list has no list file.
+    /// null, empty or no existing folder.
     bool SetFolder(const char* path);
 
     /// Replaces the records by those of the list file. True also when the file is missing; false when the
@@ -91,8 +90,8 @@ public:
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 
     /// Deletes the favorite files of those of the given records that are user favorites marked deleted,
-    /// except files that another of them still uses, among them those of all standard favorites. Failures are
-    /// ignored: such a file is no longer referred to by the list.
+    /// except files that another of them still uses. Failures are ignored: such a file is no longer referred
+    /// to by the list.
     void DeleteFilesOfDeleted(const std::vector<const CPMXTemplUIListData*>& records) const;
 
     const std::string& GetListFileName() const { return ListFileName; }
@@ -105,8 +104,7 @@ public:
 
 private:
     bool IsSameName(const CPMXTemplUIListData& record, const std::string& name) const;
-    OpenResult HoldListFile() const;
-    bool IsListFileName(std::string_view fileName) const;
+    bool ExistsButCannotBeRead() const;
 
     std::string ListFileName;
     std::string Extension;

@@ -1,6 +1,5 @@
 #include "store/list_holder.h"
 
-#include "store/host_call.h"
 #include "store/levels.h"
 
 #include <cstring>
@@ -31,7 +30,7 @@ bool PutPart(CPmxDocument& document, const std::string& name, std::int32_t level
         return false;
     }
     bool accepted = false;
-    const bool completed = CallHost(SystemGuard(), [&] {
+    const bool completed = SystemGuard().Run([&] {
         document.SetTemplateLevel(level);
         _LM_DOCUMENTLAYOUTTABLE table{};
         document.GetTable(table);
@@ -81,7 +80,7 @@ bool CPMXTemplUIListHolder::RenameAt(std::int64_t index, const std::string& name
         return false;
     }
     bool named = false;
-    return CallHost(SystemGuard(), [&] { named = record->GetDocument()->SetName(name); }) && named;
+    return SystemGuard().Run([&] { named = record->GetDocument()->SetName(name); }) && named;
 }
 
 bool CPMXTemplUIListHolder::IsNewNameUnique(std::int64_t index, const std::string& name) const {
@@ -102,7 +101,7 @@ bool CPMXTemplUIListHolder::GetAttributeTable(const std::string& name, std::int3
         return false;
     }
     _LM_DOCUMENTLAYOUTTABLE whole{};
-    if (!CallHost(SystemGuard(), [&] { record->GetDocument()->GetTable(whole); })) {
+    if (!SystemGuard().Run([&] { record->GetDocument()->GetTable(whole); })) {
         return false;
     }
     table = {};
@@ -167,7 +166,7 @@ StoreResult CPMXTemplUIListHolder::WriteRecord(const CPmxDocument& source,
         return StoreResult::NotWritten;
     }
     CPmxDocument* const document = record.GetDocument();
-    if (document != &source && !CallHost(SystemGuard(), [&] { *document = source; })) {
+    if (document != &source && !SystemGuard().Run([&] { *document = source; })) {
         // The file holds the favorite; the document is read from it again when it is needed.
         record.ReleaseDocument();
     }
