@@ -48,17 +48,22 @@ void ApplyStandardSetting(CPmxDocument& document, std::int32_t number) {
     }
 }
 
+/// A document that could not be filled, also because the host raised an error, stays with the record, empty,
+/// and is made anew at the next call.
 bool LoadForHost(const CPMXTemplUIListDataArray& list, CPMXTemplUIListData& record) {
-    if (record.GetDocument() != nullptr) {
+    if (record.IsDocumentReady()) {
         return true;
     }
+    record.ReleaseDocument();
     if (!record.EnsureDocument()) {
         return false;
     }
+    record.SetDocumentReady(false);
     if (!record.IsStandard()) {
         return list.LoadFavorite(record);
     }
     ApplyStandardSetting(*record.GetDocument(), LeadingNumber(record.GetFileName()));
+    record.SetDocumentReady(true);
     return true;
 }
 
@@ -96,8 +101,8 @@ void ForEachQualifying(const CPMXTemplUIListDataArray& list, std::int32_t level,
 } // namespace
 
 std::unique_ptr<CPMXTemplUIListDataArray> OpenList(const char* folder, const char* listFileName,
-                                                   const char* extension) {
-    auto list = std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension);
+                                                   const char* extension, const StoreServices& services) {
+    auto list = std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension, services);
     list->RemoveAll();
     if (!list->SetFolder(folder) || !list->LoadList()) {
         return nullptr;

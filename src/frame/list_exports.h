@@ -12,9 +12,10 @@
 namespace pmx {
 
 /// Opens the favorites of a folder; null when the folder is none or its list cannot be read. `listFileName`
-/// and `extension` may be null for the defaults.
+/// and `extension` may be null for the defaults. `services` must outlive the list.
 std::unique_ptr<CPMXTemplUIListDataArray> OpenList(const char* folder, const char* listFileName,
-                                                   const char* extension);
+                                                   const char* extension,
+                                                   const StoreServices& services = SystemStoreServices());
 
 /// True for the favorites that a host asks for with `level`: up to 100 those of exactly that level; above,
 /// those of the level less 100 and the standard favorites of the level itself whose number the library knows.

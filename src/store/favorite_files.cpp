@@ -11,7 +11,7 @@ namespace {
 
 constexpr int AttemptsAtOneWait = 4;
 constexpr std::string_view ForbiddenInFileNames = "\\/:*?\"<>|";
-constexpr std::string_view LeadingOutOfFolder = "\\/:";
+constexpr std::string_view NeverSecondBytes("/:\0", 3);
 
 constexpr std::array<std::string_view, 24> DeviceNames = {
     "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",   "COM8",
@@ -64,9 +64,14 @@ OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& reques
     return result;
 }
 
+FileError CopyWithRetries(Files& files, Clock& clock, const std::string& source, const std::string& target,
+                          bool failIfExists) {
+    return Retry(files, clock, [&] { return files.Copy(source, target, failIfExists); });
+}
+
 bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
                    bool failIfExists) {
-    return Retry(files, clock, [&] { return files.Copy(source, target, failIfExists); }) == FileError::None;
+    return CopyWithRetries(files, clock, source, target, failIfExists) == FileError::None;
 }
 
 bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
@@ -92,17 +97,9 @@ std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadB
 }
 
 bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
-    if (fileName.find_first_not_of(". ") == std::string_view::npos || IsDeviceName(fileName)) {
-        return false;
-    }
-    for (std::size_t position = 0; position < fileName.size();
-         position += CharacterLength(fileName, position, leadBytes)) {
-        if (fileName[position] == '\0' ||
-            LeadingOutOfFolder.find(fileName[position]) != std::string_view::npos) {
-            return false;
-        }
-    }
-    return true;
+    return fileName.find_first_not_of(". ") != std::string_view::npos && !IsDeviceName(fileName) &&
+           fileName.find_first_of(NeverSecondBytes) == std::string_view::npos &&
+           FindSingleByte(fileName, '\\', leadBytes) == std::string_view::npos;
 }
 
 } // namespace pmx

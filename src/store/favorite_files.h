@@ -17,6 +17,10 @@ inline constexpr std::uint32_t LastRetryWait = 4000;
 /// error ends at the first attempt. On failure the thread's last error is the operation's.
 OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& request);
 
+/// Copies a file with the same retries; gives the last attempt's error.
+FileError CopyWithRetries(Files& files, Clock& clock, const std::string& source, const std::string& target,
+                          bool failIfExists);
+
 /// Copies a file with the same retries; true on success.
 bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
                    bool failIfExists);
@@ -33,7 +37,8 @@ std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadB
 
 /// True when the text names a file directly in a folder: it is not empty, holds no separator, drive or stream
 /// mark, is not made of dots and blanks alone, and is no device name of the platform (NUL, COM1 … with or
-/// without extension).
+/// without extension). What a damaged text has behind a lead byte counts too, since systems differ in whether
+/// they take it for a second byte.
 bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes);
 
 } // namespace pmx

@@ -1,5 +1,7 @@
 #include "store/list_data.h"
 
+#include "store/host_call.h"
+
 namespace pmx {
 
 CPMXTemplUIListData::~CPMXTemplUIListData() {
@@ -20,7 +22,9 @@ CPMXTemplUIListData& CPMXTemplUIListData::operator=(const CPMXTemplUIListData& s
     IconIndex = source.IconIndex;
     if (Document && source.Document) {
         const CPmxDocument& content = *source.Document;
-        if (!SystemGuard().Run([&] { *Document = content; })) {
+        if (CallHost(SystemGuard(), [&] { *Document = content; })) {
+            DocumentReady = source.DocumentReady;
+        } else {
             ReleaseDocument();
         }
     }
@@ -31,7 +35,8 @@ bool CPMXTemplUIListData::EnsureDocument(Guard& guard) {
     if (Document) {
         return true;
     }
-    guard.Run([this] { Document = std::make_unique<FavoriteDocument>(); });
+    CallHost(guard, [this] { Document = std::make_unique<FavoriteDocument>(); });
+    DocumentReady = true;
     return Document != nullptr;
 }
 
@@ -42,7 +47,7 @@ bool CPMXTemplUIListData::ReleaseDocument(Guard& guard) {
     // The destructor may raise, which the smart pointer itself would not survive.
     FavoriteDocument* const document = Document.release();
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
-    return guard.Run([document] { delete document; });
+    return CallHost(guard, [document] { delete document; });
 }
 
 bool CPMXTemplUIListData::LoadDocument(const char* path, Guard& guard) {
@@ -50,7 +55,11 @@ bool CPMXTemplUIListData::LoadDocument(const char* path, Guard& guard) {
         return false;
     }
     bool loaded = false;
-    return guard.Run([&] { loaded = Document->Load(path, nullptr); }) && loaded;
+    if (!CallHost(guard, [&] { loaded = Document->Load(path, nullptr); }) || !loaded) {
+        return false;
+    }
+    DocumentReady = true;
+    return true;
 }
 
 bool CPMXTemplUIListData::SaveDocument(const char* path, Guard& guard) {
@@ -58,7 +67,11 @@ bool CPMXTemplUIListData::SaveDocument(const char* path, Guard& guard) {
         return false;
     }
     bool saved = false;
-    return guard.Run([&] { saved = Document->Save(path); }) && saved;
+    if (!CallHost(guard, [&] { saved = Document->Save(path); }) || !saved) {
+        return false;
+    }
+    DocumentReady = true;
+    return true;
 }
 
 } // namespace pmx

@@ -82,6 +82,11 @@ public:
     CPmxDocument* GetDocument() { return Document.get(); }
     const CPmxDocument* GetDocument() const { return Document.get(); }
 
+    /// Whether there is a document and nobody has said that it still lacks its content. Reading or writing it
+    /// successfully makes it ready.
+    bool IsDocumentReady() const { return Document != nullptr && DocumentReady; }
+    void SetDocumentReady(bool ready) { DocumentReady = ready; }
+
     /// Makes an empty document unless the record has one. False when none can be made.
     bool EnsureDocument(Guard& guard = SystemGuard());
 
@@ -110,6 +115,7 @@ private:
     std::int32_t Toolbar = 0;
     std::int64_t IconIndex = 0;
     std::unique_ptr<FavoriteDocument> Document;
+    bool DocumentReady = false;
 };
 
 } // namespace pmx

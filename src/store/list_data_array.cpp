@@ -29,8 +29,15 @@ std::size_t ReadBufferSize(const std::string& path) {
     return static_cast<std::size_t>(std::max<std::int64_t>(file.GetFileSize(), 0));
 }
 
-/// A text in which names that differ only in the case of letters are equal.
-std::string Folded(std::string text, const LeadByteTable& leadBytes) {
+/// A file name as the platform takes it, which drops dots and blanks at the end.
+std::string_view WithoutEnd(std::string_view fileName) {
+    return fileName.substr(0, fileName.find_last_not_of(". ") + 1);
+}
+
+/// A text that is the same for all file names that mean one file, differing in the case of letters or at the
+/// end.
+std::string Folded(std::string_view fileName, const LeadByteTable& leadBytes) {
+    std::string text(WithoutEnd(fileName));
     for (std::size_t position = 0; position < text.size();
          position += CharacterLength(text, position, leadBytes)) {
         if (text[position] >= 'A' && text[position] <= 'Z') {
@@ -77,6 +84,7 @@ bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
         return false;
     }
     Folder = path;
+    ListFilePath.clear();
     if (!Services.FileSystem.IsFolder(Folder)) {
         return false;
     }
@@ -92,13 +100,9 @@ bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
     return true;
 }
 
-bool CPMXTemplUIListDataArray::ExistsButCannotBeRead() const {
-    if (!Services.FileSystem.Exists(ListFilePath)) {
-        return false;
-    }
-    const OpenRequest request{
-        .Path = ListFilePath, .Access = FileAccess::Read, .Share = FileShare::ReadWrite};
-    return Services.FileSystem.Open(request).Error != FileError::None;
+OpenResult CPMXTemplUIListDataArray::HoldListFile() const {
+    return Services.FileSystem.Open(
+        {.Path = ListFilePath, .Access = FileAccess::Read, .Share = FileShare::ReadWrite});
 }
 
 bool CPMXTemplUIListDataArray::LoadList() {
@@ -108,7 +112,10 @@ bool CPMXTemplUIListDataArray::LoadList() {
     }
     try {
         const std::size_t bufferSize = ReadBufferSize(ListFilePath);
-        ListFileUnreadable = ExistsButCannotBeRead();
+        // A file that another program shuts off reads as if it were not there. Held open here, it cannot be
+        // shut off between this question and the reading.
+        const OpenResult held = HoldListFile();
+        ListFileUnreadable = held.Error != FileError::None && held.Error != FileError::NotFound;
         // The platform's string read gives one byte less than its buffer holds.
         const std::size_t valueLimit = bufferSize > 0 ? bufferSize - 1 : 0;
         ReadListFile(ListFilePath, valueLimit, Services,
@@ -124,7 +131,11 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
     if (ListFilePath.empty() || ListFileUnreadable) {
         return false;
     }
-    return ReplaceListFile(Folder, ListFilePath, MakeListEntries(records, count), Services);
+    try {
+        return ReplaceListFile(Folder, ListFilePath, MakeListEntries(records, count), Services);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool CPMXTemplUIListDataArray::WriteListFile() const {
@@ -180,12 +191,16 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
         base = DefaultBaseName;
     }
     const std::string plain = base + Extension;
-    // A device's name (NUL.pmt) is taken in every folder.
-    if (IsPlainFileName(plain, Services.LeadBytes()) && !Services.FileSystem.Exists(Folder + plain)) {
+    // A device's name (NUL.pmt) is taken in every folder, the list file's even before there is one.
+    if (IsPlainFileName(plain, Services.LeadBytes()) && !IsListFileName(plain) &&
+        !Services.FileSystem.Exists(Folder + plain)) {
         return plain;
     }
     for (std::int64_t number = 1; number <= std::numeric_limits<std::int32_t>::max(); ++number) {
         std::string candidate = base + "-" + std::to_string(number) + Extension;
+        if (IsListFileName(candidate)) {
+            continue;
+        }
         const OpenRequest request{.Path = Folder + candidate,
                                   .Access = FileAccess::ReadWrite,
                                   .Share = FileShare::ReadWrite,
@@ -203,14 +218,14 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
 
 std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemplUIListData& record) const {
     const std::string& fileName = record.GetFileName();
-    // The platform drops dots and blanks at the end of a file name.
-    const std::string_view withoutEnd =
-        std::string_view(fileName).substr(0, fileName.find_last_not_of(". ") + 1);
-    if (!IsPlainFileName(fileName, Services.LeadBytes()) ||
-        Services.CodePage.EqualIgnoringCase(withoutEnd, ListFileName)) {
+    if (!IsPlainFileName(fileName, Services.LeadBytes()) || IsListFileName(fileName)) {
         return std::nullopt;
     }
     return record.GetFilePath(Folder);
+}
+
+bool CPMXTemplUIListDataArray::IsListFileName(std::string_view fileName) const {
+    return Services.CodePage.EqualIgnoringCase(WithoutEnd(fileName), WithoutEnd(ListFileName));
 }
 
 bool CPMXTemplUIListDataArray::LoadFavorite(CPMXTemplUIListData& record) const {
@@ -233,10 +248,10 @@ void CPMXTemplUIListDataArray::DeleteFilesOfDeleted(
     std::vector<const CPMXTemplUIListData*> deleted;
     std::unordered_set<std::string> stillUsed;
     for (const CPMXTemplUIListData* const record : records) {
-        if (record == nullptr || record->IsStandard()) {
+        if (record == nullptr) {
             continue;
         }
-        if (record->GetDeleteFlag() == 1) {
+        if (record->GetDeleteFlag() == 1 && !record->IsStandard()) {
             deleted.push_back(record);
         } else {
             stillUsed.insert(Folded(record->GetFileName(), Services.LeadBytes()));

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pmx {
@@ -43,7 +44,7 @@ public:
     void RemoveAll();
 
     /// Takes over the favorites folder, appending a separator when it ends in none. False when `path` is
-    /// null, empty or no existing folder.
+    /// null or empty, which changes nothing, or no existing folder, after which the list has no list file.
     bool SetFolder(const char* path);
 
     /// Replaces the records by those of the list file. True also when the file is missing; false when the
@@ -90,8 +91,8 @@ public:
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 
     /// Deletes the favorite files of those of the given records that are user favorites marked deleted,
-    /// except files that another of them still uses. Failures are ignored: such a file is no longer referred
-    /// to by the list.
+    /// except files that another of them still uses, among them those of all standard favorites. Failures are
+    /// ignored: such a file is no longer referred to by the list.
     void DeleteFilesOfDeleted(const std::vector<const CPMXTemplUIListData*>& records) const;
 
     const std::string& GetListFileName() const { return ListFileName; }
@@ -104,7 +105,8 @@ public:
 
 private:
     bool IsSameName(const CPMXTemplUIListData& record, const std::string& name) const;
-    bool ExistsButCannotBeRead() const;
+    OpenResult HoldListFile() const;
+    bool IsListFileName(std::string_view fileName) const;
 
     std::string ListFileName;
     std::string Extension;

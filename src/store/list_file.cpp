@@ -109,7 +109,7 @@ private:
 /// Deletes a file that was made aside unless it has been put in its place.
 class TemporaryFile {
 public:
-    TemporaryFile(Files& files, const std::string& folder) : FileSystem(files) {
+    TemporaryFile(Files& files, Clock& clock, const std::string& folder) : FileSystem(files), Timer(clock) {
         FileError error = FileError::None;
         Path = files.CreateTemporary(folder, error);
     }
@@ -117,7 +117,7 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
         if (!Path.empty()) {
-            FileSystem.Remove(Path);
+            RetryDeleteFile(FileSystem, Timer, Path);
         }
     }
 
@@ -127,6 +127,7 @@ public:
 
 private:
     Files& FileSystem;
+    Clock& Timer;
     std::string Path;
 };
 
@@ -264,11 +265,12 @@ bool ReplaceListFile(const std::string& folder, const std::string& path,
     if (files.IsReadOnly(path)) {
         return false;
     }
-    TemporaryFile aside(files, folder);
+    TemporaryFile aside(files, services.Timer, folder);
     if (aside.GetPath().empty()) {
         return false;
     }
-    if (files.Exists(path) && files.Copy(path, aside.GetPath(), false) != FileError::None) {
+    const FileError copied = CopyWithRetries(files, services.Timer, path, aside.GetPath(), false);
+    if (copied != FileError::None && copied != FileError::NotFound) {
         return false;
     }
     if (!services.Profiles.ReplaceSection(aside.GetPath(), ListSection, entries) ||

@@ -1,5 +1,6 @@
 #include "store/list_holder.h"
 
+#include "store/host_call.h"
 #include "store/levels.h"
 
 #include <cstring>
@@ -30,7 +31,7 @@ bool PutPart(CPmxDocument& document, const std::string& name, std::int32_t level
         return false;
     }
     bool accepted = false;
-    const bool completed = SystemGuard().Run([&] {
+    const bool completed = CallHost(SystemGuard(), [&] {
         document.SetTemplateLevel(level);
         _LM_DOCUMENTLAYOUTTABLE table{};
         document.GetTable(table);
@@ -80,7 +81,7 @@ bool CPMXTemplUIListHolder::RenameAt(std::int64_t index, const std::string& name
         return false;
     }
     bool named = false;
-    return SystemGuard().Run([&] { named = record->GetDocument()->SetName(name); }) && named;
+    return CallHost(SystemGuard(), [&] { named = record->GetDocument()->SetName(name); }) && named;
 }
 
 bool CPMXTemplUIListHolder::IsNewNameUnique(std::int64_t index, const std::string& name) const {
@@ -101,7 +102,7 @@ bool CPMXTemplUIListHolder::GetAttributeTable(const std::string& name, std::int3
         return false;
     }
     _LM_DOCUMENTLAYOUTTABLE whole{};
-    if (!SystemGuard().Run([&] { record->GetDocument()->GetTable(whole); })) {
+    if (!CallHost(SystemGuard(), [&] { record->GetDocument()->GetTable(whole); })) {
         return false;
     }
     table = {};
@@ -166,7 +167,7 @@ StoreResult CPMXTemplUIListHolder::WriteRecord(const CPmxDocument& source,
         return StoreResult::NotWritten;
     }
     CPmxDocument* const document = record.GetDocument();
-    if (document != &source && !SystemGuard().Run([&] { *document = source; })) {
+    if (document != &source && !CallHost(SystemGuard(), [&] { *document = source; })) {
         // The file holds the favorite; the document is read from it again when it is needed.
         record.ReleaseDocument();
     }

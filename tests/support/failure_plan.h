@@ -26,6 +26,11 @@ public:
         Rules.push_back({std::nullopt, number, number, failure});
     }
 
+    /// The `number`-th call (from 1) of all operations together and all later ones are to fail.
+    void FailFromAny(std::size_t number, Failure failure) {
+        Rules.push_back({std::nullopt, number, static_cast<std::size_t>(-1), failure});
+    }
+
     /// No further call is to fail; the counts stay.
     void Heal() { Rules.clear(); }
 

@@ -44,6 +44,14 @@ TEST(FailurePlan, CountsAllOperationsTogetherForAnyCall) {
     EXPECT_EQ(plan.Next(Step::Second), std::nullopt);
 }
 
+TEST(FailurePlan, FailsEveryCallFromACallOfAnyKindOn) {
+    FailurePlan<Step, int> plan;
+    plan.FailFromAny(2, 7);
+    EXPECT_EQ(plan.Next(Step::First), std::nullopt);
+    EXPECT_EQ(plan.Next(Step::Second), 7);
+    EXPECT_EQ(plan.Next(Step::First), 7);
+}
+
 TEST(FakeClock, RecordsSleepsAndLetsThingsHappenMeanwhile) {
     FakeClock clock;
     int calls = 0;

@@ -1,0 +1,249 @@
+#include "platform/profile.h"
+
+#include "platform/posix/code_page.h"
+#include "platform/posix/file_descriptor.h"
+#include "platform/posix/profile_document.h"
+#include "platform/posix/profile_text.h"
+#include "platform/profile_lines.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pmx {
+
+namespace {
+
+using posix::FileBytes;
+using posix::FileDescriptor;
+using posix::FromCaller;
+using posix::ProfileEditor;
+using posix::ProfileEncoding;
+using posix::ProfileLine;
+using posix::ProfileReader;
+using posix::ProfileText;
+
+/// The integer read cuts a text at 29 characters, and one in quotes that has just as many inside at 28.
+constexpr std::size_t LongestInteger = 29;
+
+FileDescriptor OpenProfile(const std::string& nativePath, int flags) {
+    constexpr mode_t Mode = 0666;
+    // Without blocking, because the name may be that of a pipe.
+    return FileDescriptor(open(nativePath.c_str(), flags | O_CLOEXEC | O_NONBLOCK, Mode));
+}
+
+/// False when it is no regular file or cannot be read to its end.
+bool ReadAll(const FileDescriptor& file, FileBytes& bytes) {
+    struct stat status {};
+    if (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    const auto size = static_cast<std::size_t>(status.st_size);
+    bytes.Data = std::make_unique_for_overwrite<char[]>(size);
+    while (bytes.Size < size) {
+        const ssize_t count = read(file.Get(), bytes.Data.get() + bytes.Size, size - bytes.Size);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return count == 0;
+        }
+        bytes.Size += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+/// Exchanges the content of the file, which must be at its beginning. On failure its content is undefined.
+bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
+    const auto size = static_cast<off_t>(bytes.size());
+    while (!bytes.empty()) {
+        const ssize_t count = write(file.Get(), bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return ftruncate(file.Get(), size) == 0;
+}
+
+ProfileText ReadProfile(const std::string& path) {
+    const FileDescriptor file = OpenProfile(posix::NativePath(path), O_RDONLY);
+    FileBytes bytes;
+    if (!file.IsOpen() || !ReadAll(file, bytes)) {
+        return {};
+    }
+    return ProfileText(std::move(bytes));
+}
+
+/// True when the folder exists that the file would be in.
+bool HasFolder(const std::string& nativePath) {
+    const std::size_t separator = nativePath.rfind('/');
+    const std::string folder =
+        separator == std::string::npos ? "." : nativePath.substr(0, separator == 0 ? 1 : separator);
+    return access(folder.c_str(), F_OK) == 0;
+}
+
+/// Reads the file for writing. A missing one is empty when it could be created; false when the file cannot be
+/// written.
+bool ReadForChange(const std::string& nativePath, FileBytes& bytes) {
+    const FileDescriptor file = OpenProfile(nativePath, O_RDWR);
+    if (!file.IsOpen()) {
+        return errno == ENOENT && HasFolder(nativePath);
+    }
+    return ReadAll(file, bytes);
+}
+
+bool WriteProfile(const std::string& nativePath, std::string_view bytes) {
+    const FileDescriptor file = OpenProfile(nativePath, O_WRONLY | O_CREAT);
+    return file.IsOpen() && WriteAll(file, bytes);
+}
+
+/// Reads the file, lets `edit` change it and writes it if that made a difference.
+template <typename Edit>
+bool ChangeProfile(const std::string& path, const Edit& edit) {
+    const std::string nativePath = posix::NativePath(path);
+    FileBytes bytes;
+    if (!ReadForChange(nativePath, bytes)) {
+        return false;
+    }
+    ProfileText text(std::move(bytes));
+    ProfileEditor editor(text);
+    edit(editor, text.Encoding());
+    if (!editor.IsChanged()) {
+        return true;
+    }
+    return WriteProfile(nativePath, posix::EncodedProfile(editor.Text(), text.Encoding()));
+}
+
+/// Calls `take` for the lines of the first section of that name until it returns false. All texts are those
+/// of the file.
+template <typename Taker>
+void ForEachLine(const ProfileText& text, std::string_view section, const Taker& take) {
+    const std::string asked = FromCaller(section, text.Encoding());
+    ProfileReader reader(text.View(), text.Encoding());
+    if (!posix::FindSection(reader, posix::WithoutBlanks(asked), text.Encoding())) {
+        return;
+    }
+    ProfileLine line;
+    while (reader.NextLine(line) && take(line)) {
+    }
+}
+
+void Visit(SectionLines& lines, const ProfileLine& line, ProfileEncoding encoding) {
+    if (!line.Value) {
+        lines.TakeBare(posix::ToCaller(line.Name, encoding));
+    } else if (encoding == ProfileEncoding::CodePage) {
+        lines.Take(line.Name, *line.Value);
+    } else {
+        lines.Take(posix::ToCaller(line.Name, encoding), posix::ToCaller(*line.Value, encoding));
+    }
+}
+
+/// The value of a key with its quotes; nothing when there is no such key or its line has no `=`.
+std::optional<std::string> FindValue(const ProfileText& text, std::string_view section,
+                                     std::string_view key) {
+    const std::string askedText = FromCaller(key, text.Encoding());
+    const std::string_view asked = posix::WithoutBlanks(askedText);
+    std::optional<std::string> value;
+    ForEachLine(text, section, [&](const ProfileLine& line) {
+        if (!posix::EqualNames(line.Name, asked, text.Encoding())) {
+            return true;
+        }
+        if (line.Value) {
+            value = posix::ToCaller(*line.Value, text.Encoding());
+        }
+        return false;
+    });
+    return value;
+}
+
+/// The default as the platform gives it back: blanks at the end are dropped, but for the last of nothing
+/// else.
+std::string DefaultText(std::string_view text) {
+    std::string canonical = FromCaller(text, ProfileEncoding::CodePage);
+    while (canonical.size() > 1 && canonical.back() == ' ') {
+        canonical.pop_back();
+    }
+    return canonical;
+}
+
+bool IsBlank(std::string_view section) {
+    return posix::WithoutBlanks(posix::UpToZero(section)).empty();
+}
+
+class PosixProfile final : public Profile {
+public:
+    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
+        const ProfileText text = ReadProfile(path);
+        SectionLines lines(visit);
+        ForEachLine(text, section, [&](const ProfileLine& line) {
+            Visit(lines, line, text.Encoding());
+            return true;
+        });
+    }
+
+    std::string ReadString(const std::string& path, std::string_view section, std::string_view key,
+                           std::string_view defaultValue) override {
+        const std::optional<std::string> found = FindValue(ReadProfile(path), section, key);
+        return std::string(WithoutQuotes(found ? *found : DefaultText(defaultValue)));
+    }
+
+    std::int32_t ReadInt(const std::string& path, std::string_view section, std::string_view key,
+                         std::int32_t defaultValue) override {
+        const std::optional<std::string> found = FindValue(ReadProfile(path), section, key);
+        return found ? ProfileInteger(IntegerText(*found), defaultValue) : defaultValue;
+    }
+
+    bool WriteString(const std::string& path, std::string_view section, std::optional<std::string_view> key,
+                     std::optional<std::string_view> value) override {
+        return ChangeProfile(path, [&](ProfileEditor& editor, ProfileEncoding encoding) {
+            const std::string sectionText = FromCaller(section, encoding);
+            if (!key) {
+                editor.RemoveSection(sectionText);
+            } else if (!value) {
+                editor.RemoveKey(sectionText, FromCaller(*key, encoding));
+            } else {
+                editor.Set(sectionText, FromCaller(*key, encoding), FromCaller(*value, encoding));
+            }
+        });
+    }
+
+    bool ReplaceSection(const std::string& path, std::string_view section,
+                        const std::vector<ProfileEntry>& entries) override {
+        if (IsBlank(section)) {
+            return false;
+        }
+        return ChangeProfile(path, [&](ProfileEditor& editor, ProfileEncoding encoding) {
+            const std::string sectionText = FromCaller(section, encoding);
+            editor.RemoveSections(sectionText);
+            for (const ProfileEntry& entry : entries) {
+                editor.Set(sectionText, FromCaller(entry.Key, encoding), FromCaller(entry.Value, encoding));
+            }
+        });
+    }
+
+private:
+    static std::string_view IntegerText(std::string_view value) {
+        const std::string_view text = WithoutQuotes(value);
+        const bool wasQuoted = text.size() != value.size();
+        return wasQuoted && text.size() == LongestInteger ? text.substr(0, LongestInteger - 1) : text;
+    }
+};
+
+} // namespace
+
+Profile& SystemProfile() {
+    static PosixProfile profile;
+    return profile;
+}
+
+} // namespace pmx

@@ -1,0 +1,241 @@
+#include "platform/win32/list_control.h"
+
+#include "platform/win32/image_list.h"
+#include "platform/win32/wide_text.h"
+
+#include <array>
+
+#include <windowsx.h>
+
+namespace pmx::win32 {
+
+namespace {
+
+constexpr UINT_PTR SubclassId = 1;
+
+bool IsMouseDown(UINT message) {
+    return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_LBUTTONDBLCLK ||
+           message == WM_RBUTTONDBLCLK;
+}
+
+/// The scan code that a key message carries.
+std::uint32_t ScanCodeOf(LPARAM keyData) {
+    constexpr std::uint32_t ExtendedKey = 0xE000;
+    const auto flags = static_cast<std::uint32_t>(HIWORD(keyData));
+    return (flags & 0xFFU) | ((flags & KF_EXTENDED) != 0 ? ExtendedKey : 0);
+}
+
+LPARAM Pointer(const void* structure) {
+    return reinterpret_cast<LPARAM>(structure);
+}
+
+HIMAGELIST HandleOf(const ImageList& images) {
+    return dynamic_cast<const WindowsImageList&>(images).Get();
+}
+
+} // namespace
+
+WindowsList::WindowsList(HWND window) : Window(window) {
+    if (Window) {
+        SetWindowSubclass(Window, &WindowsList::Procedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+    }
+}
+
+LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR /*id*/, DWORD_PTR self) {
+    if (IsMouseDown(message) && GetFocus() != window) {
+        SetFocus(window);
+        if (GetFocus() != window) {
+            return 0; // the control that had the focus keeps it, so the click must not change the selection
+        }
+    }
+    if (message == WM_KEYDOWN) {
+        reinterpret_cast<WindowsList*>(self)->LastScanCode = ScanCodeOf(lParam);
+    }
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(window, &WindowsList::Procedure, SubclassId);
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT WindowsList::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
+    return SendMessageW(Window, message, wParam, lParam);
+}
+
+void WindowsList::ReleaseImages() const {
+    Send(LVM_SETIMAGELIST, LVSIL_NORMAL);
+    Send(LVM_SETIMAGELIST, LVSIL_STATE);
+}
+
+void WindowsList::SetFullRowSelection(bool on) {
+    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, on ? LVS_EX_FULLROWSELECT : 0);
+}
+
+void WindowsList::SetStateImages(const ImageList& images) {
+    Send(LVM_SETIMAGELIST, LVSIL_STATE, Pointer(HandleOf(images)));
+}
+
+void WindowsList::SetLargeImages(const ImageList& images) {
+    Send(LVM_SETIMAGELIST, LVSIL_NORMAL, Pointer(HandleOf(images)));
+}
+
+void WindowsList::InsertColumn(int column, const std::string& title, int width) {
+    std::wstring text = ToWide(title);
+    LVCOLUMNW inserted{};
+    inserted.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
+    inserted.fmt = LVCFMT_LEFT;
+    inserted.cx = width;
+    inserted.pszText = text.data();
+    inserted.iSubItem = column;
+    Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), Pointer(&inserted));
+}
+
+int WindowsList::InsertRow(int position, std::int64_t data, int image) {
+    const int mark = SelectionMark();
+    LVITEMW item{};
+    item.mask = LVIF_PARAM | (image == NoImage ? 0U : LVIF_IMAGE);
+    item.iItem = position;
+    item.lParam = static_cast<LPARAM>(data);
+    item.iImage = image;
+    const int row = static_cast<int>(Send(LVM_INSERTITEMW, 0, Pointer(&item)));
+    // Versions of the control differ in what becomes of the mark.
+    if (mark >= 0 && row >= 0) {
+        SetSelectionMark(mark >= row ? mark + 1 : mark);
+    }
+    return row;
+}
+
+void WindowsList::DeleteRow(int row) {
+    const int mark = SelectionMark();
+    if (!Send(LVM_DELETEITEM, static_cast<WPARAM>(row)) || mark < 0) {
+        return;
+    }
+    if (mark == row) {
+        SetSelectionMark(-1);
+    } else {
+        SetSelectionMark(mark > row ? mark - 1 : mark);
+    }
+}
+
+void WindowsList::Reserve(int count) {
+    Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(count));
+}
+
+int WindowsList::RowCount() const {
+    return static_cast<int>(Send(LVM_GETITEMCOUNT));
+}
+
+std::int64_t WindowsList::RowData(int row) const {
+    LVITEMW item{};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    return Has(row) && Send(LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : -1;
+}
+
+void WindowsList::SetRowData(int row, std::int64_t data) {
+    LVITEMW item{};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    item.lParam = static_cast<LPARAM>(data);
+    if (Has(row)) {
+        Send(LVM_SETITEMW, 0, Pointer(&item));
+    }
+}
+
+std::string WindowsList::Cell(int row, int column) const {
+    constexpr std::size_t LongestCell = 1024;
+    std::array<wchar_t, LongestCell> buffer{};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = buffer.data();
+    item.cchTextMax = static_cast<int>(buffer.size());
+    if (!Has(row)) {
+        return {};
+    }
+    const auto length =
+        static_cast<std::size_t>(Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item)));
+    return ToNarrow(std::wstring_view(item.pszText, length));
+}
+
+void WindowsList::SetCell(int row, int column, const std::string& text) {
+    std::wstring wide = ToWide(text);
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = wide.data();
+    if (Has(row)) {
+        Send(LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
+    }
+}
+
+int WindowsList::StateImage(int row) const {
+    constexpr int StateImageShift = 12;
+    const LRESULT state =
+        Has(row) ? Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) : 0;
+    return static_cast<int>((state & LVIS_STATEIMAGEMASK) >> StateImageShift);
+}
+
+void WindowsList::SetStateImage(int row, int image) {
+    LVITEMW item{};
+    item.stateMask = LVIS_STATEIMAGEMASK;
+    item.state = INDEXTOSTATEIMAGEMASK(static_cast<UINT>(image));
+    if (Has(row)) {
+        Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
+    }
+}
+
+int WindowsList::SelectionMark() const {
+    return Window ? static_cast<int>(Send(LVM_GETSELECTIONMARK)) : -1;
+}
+
+void WindowsList::SetSelectionMark(int row) {
+    if (row == -1 || Has(row)) {
+        Send(LVM_SETSELECTIONMARK, 0, row);
+    }
+}
+
+bool WindowsList::IsSelected(int row) const {
+    return Has(row) && (Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) & LVIS_SELECTED) != 0;
+}
+
+void WindowsList::Select(int row) {
+    if (!Has(row)) {
+        return;
+    }
+    LVITEMW item{};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
+    SetSelectionMark(row);
+}
+
+void WindowsList::DeselectAll() {
+    constexpr auto AllRows = static_cast<WPARAM>(-1);
+    LVITEMW item{};
+    item.stateMask = LVIS_SELECTED;
+    Send(LVM_SETITEMSTATE, AllRows, Pointer(&item));
+}
+
+void WindowsList::EnsureVisible(int row) {
+    if (Has(row)) {
+        Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+    }
+}
+
+ListHit WindowsList::HitOfMessage() const {
+    const DWORD position = GetMessagePos();
+    LVHITTESTINFO hit{};
+    hit.pt = {GET_X_LPARAM(position), GET_Y_LPARAM(position)};
+    ScreenToClient(Window, &hit.pt);
+    Send(LVM_SUBITEMHITTEST, 0, Pointer(&hit));
+    const bool isOnStateImage = hit.iItem >= 0 && (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON;
+    return {.Row = hit.iItem, .OnStateImage = isOnStateImage};
+}
+
+void WindowsList::SetRedraw(bool on) {
+    Send(WM_SETREDRAW, on ? TRUE : FALSE);
+    if (on) {
+        InvalidateRect(Window, nullptr, TRUE);
+    }
+}
+
+} // namespace pmx::win32

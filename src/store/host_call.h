@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/guard.h"
+
+#include <functional>
+
+namespace pmx {
+
+/// Calls `work`, which calls the host's libraries, under the guard; false when it raised anything. Needs no
+/// memory of its own, so that lack of memory is not raised here either.
+template <typename Work>
+bool CallHost(Guard& guard, Work work) {
+    return guard.Run(std::ref(work));
+}
+
+} // namespace pmx

@@ -1,0 +1,257 @@
+#include "store/favorite_files.h"
+
+#include "support/fake_host.h"
+#include "support/fake_services.h"
+#include "support/holding_process.h"
+#include "support/sjis.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+
+namespace pmx::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Names
+
+class FileNameTest : public testing::Test {
+protected:
+    std::string Safe(const std::string& name) const {
+        return SanitizeFileName(name, SystemText().LeadBytes());
+    }
+
+    FakeHost Host;
+};
+
+TEST_F(FileNameTest, ANameThatTheHostAcceptsStaysAsItIs) {
+    EXPECT_EQ(Safe("Name"), "Name");
+    Host.AcceptEveryFileName = true;
+    EXPECT_EQ(Safe("a/b:c"), "a/b:c");
+}
+
+TEST_F(FileNameTest, EachForbiddenCharacterIsReplaced) {
+    EXPECT_EQ(Safe("a/b:c"), "a=b=c");
+    EXPECT_EQ(Safe("\\/:*?\"<>|"), "=========");
+    EXPECT_EQ(Safe("a\\"), "a=");
+}
+
+TEST_F(FileNameTest, OtherCharactersOfARefusedNameStay) {
+    Host.Plan.FailFrom(HostCall::CheckFileName, 1, HostFailure::Refuse);
+    EXPECT_EQ(Safe("a~b.c d'e%"), "a~b.c d'e%");
+    EXPECT_EQ(Safe(""), "");
+}
+
+TEST_F(FileNameTest, SecondBytesAreNeverReplaced) {
+    EXPECT_EQ(Safe(Sjis(u8"表/ソ")), Sjis(u8"表=ソ"));
+    EXPECT_EQ(Safe(Sjis(u8"ポ*十|能")), Sjis(u8"ポ=十=能")) << "83 7C, 8F 5C, 94 5C";
+    EXPECT_EQ(Safe(Sjis(u8"ｱ/ｲ")), Sjis(u8"ｱ=ｲ")) << "half-width letters are single bytes";
+}
+
+TEST_F(FileNameTest, ALeadByteAtTheEndStays) {
+    EXPECT_EQ(Safe("a/\x83"), "a=\x83");
+}
+
+// Retries
+
+constexpr std::size_t Attempts = 13;
+
+std::vector<std::uint32_t> WholeSchedule() {
+    return {1000, 1000, 1000, 1000, 2000, 2000, 2000, 2000, 4000, 4000, 4000, 4000};
+}
+
+/// One of the retrying operations on a file "a", which is there.
+struct RetryingOperation {
+    const char* Name;
+    FileOperation Kind;
+    std::function<bool(FakeServices&, const TempFolder&)> Run;
+};
+
+void PrintTo(const RetryingOperation& operation, std::ostream* out) {
+    *out << operation.Name;
+}
+
+class RetryTest : public testing::TestWithParam<RetryingOperation> {
+protected:
+    RetryTest() { Folder.Write("a", "content"); }
+
+    bool Run() { return GetParam().Run(Fakes, Folder); }
+    auto& Plan() { return Fakes.Disk.Plan; }
+    std::size_t Calls() { return Plan().Calls(GetParam().Kind); }
+
+    TempFolder Folder;
+    FakeServices Fakes;
+};
+
+TEST_P(RetryTest, ASuccessAtOnceWaitsForNothing) {
+    EXPECT_TRUE(Run());
+    EXPECT_EQ(Calls(), 1U);
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
+}
+
+TEST_P(RetryTest, AFileThatStaysHeldIsTriedThirteenTimesIn28Seconds) {
+    for (const FileError error : {FileError::SharingViolation, FileError::AccessDenied}) {
+        FakeServices fakes;
+        fakes.Disk.Plan.FailFrom(GetParam().Kind, 1, error);
+        EXPECT_FALSE(GetParam().Run(fakes, Folder));
+        EXPECT_EQ(fakes.Disk.Plan.Calls(GetParam().Kind), Attempts);
+        EXPECT_EQ(fakes.Clock.Sleeps, WholeSchedule());
+        EXPECT_EQ(fakes.Clock.Total(), 28'000U);
+        EXPECT_EQ(fakes.Disk.LastError, error) << "set back for the caller";
+    }
+    EXPECT_EQ(Folder.Read("a"), "content");
+}
+
+TEST_P(RetryTest, AnyAttemptMaySucceed) {
+    for (std::size_t success = 2; success <= Attempts; ++success) {
+        FakeServices fakes;
+        TempFolder folder;
+        folder.Write("a", "content");
+        for (std::size_t attempt = 1; attempt < success; ++attempt) {
+            const FileError error = attempt % 2 == 0 ? FileError::SharingViolation : FileError::AccessDenied;
+            fakes.Disk.Plan.FailAt(GetParam().Kind, attempt, error);
+        }
+        EXPECT_TRUE(GetParam().Run(fakes, folder)) << success;
+        EXPECT_EQ(fakes.Disk.Plan.Calls(GetParam().Kind), success);
+        std::vector<std::uint32_t> waits = WholeSchedule();
+        waits.resize(success - 1);
+        EXPECT_EQ(fakes.Clock.Sleeps, waits);
+    }
+}
+
+TEST_P(RetryTest, AnyOtherErrorEndsAtTheFirstAttempt) {
+    for (const FileError error : {FileError::NotFound, FileError::PathNotFound, FileError::FileExists,
+                                  FileError::DiskFull, FileError::InvalidName, FileError::Other}) {
+        FakeServices fakes;
+        fakes.Disk.Plan.FailFrom(GetParam().Kind, 1, error);
+        EXPECT_FALSE(GetParam().Run(fakes, Folder));
+        EXPECT_EQ(fakes.Disk.Plan.Calls(GetParam().Kind), 1U);
+        EXPECT_THAT(fakes.Clock.Sleeps, IsEmpty());
+        EXPECT_EQ(fakes.Disk.LastError, error);
+    }
+}
+
+TEST_P(RetryTest, AnotherErrorAfterSomeAttemptsEndsThere) {
+    Plan().FailAt(GetParam().Kind, 1, FileError::SharingViolation);
+    Plan().FailAt(GetParam().Kind, 2, FileError::AccessDenied);
+    Plan().FailAt(GetParam().Kind, 3, FileError::DiskFull);
+    EXPECT_FALSE(Run());
+    EXPECT_EQ(Calls(), 3U);
+    EXPECT_EQ(Fakes.Disk.LastError, FileError::DiskFull);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operations, RetryTest,
+    testing::Values(RetryingOperation{"Create", FileOperation::Open,
+                                      [](FakeServices& fakes, const TempFolder& folder) {
+                                          const OpenResult result = RetryCreateFile(
+                                              fakes.Disk, fakes.Clock, {.Path = folder.Path("a")});
+                                          EXPECT_EQ(result.File != nullptr, result.Error == FileError::None);
+                                          return result.File != nullptr;
+                                      }},
+                    RetryingOperation{"Copy", FileOperation::Copy,
+                                      [](FakeServices& fakes, const TempFolder& folder) {
+                                          return RetryCopyFile(fakes.Disk, fakes.Clock, folder.Path("a"),
+                                                               folder.Path("b"), false);
+                                      }},
+                    RetryingOperation{"Delete", FileOperation::Remove,
+                                      [](FakeServices& fakes, const TempFolder& folder) {
+                                          return RetryDeleteFile(fakes.Disk, fakes.Clock, folder.Path("a"));
+                                      }},
+                    RetryingOperation{"Replace", FileOperation::Replace,
+                                      [](FakeServices& fakes, const TempFolder& folder) {
+                                          return RetryReplaceFile(fakes.Disk, fakes.Clock, folder.Path("a"),
+                                                                  folder.Path("b"));
+                                      }}),
+    [](const testing::TestParamInfo<RetryingOperation>& parameter) { return parameter.param.Name; });
+
+class RetryingFilesTest : public testing::Test {
+protected:
+    TempFolder Folder;
+    FakeServices Fakes;
+};
+
+TEST_F(RetryingFilesTest, CreatingAsksExactlyWhatTheCallerAsked) {
+    const OpenRequest request{.Path = Folder.Path("new"),
+                              .Access = FileAccess::ReadWrite,
+                              .Share = FileShare::Read,
+                              .Disposition = FileDisposition::CreateNew,
+                              .Attributes = FileAttributes::Normal};
+    EXPECT_NE(RetryCreateFile(Fakes.Disk, Fakes.Clock, request).File, nullptr);
+    EXPECT_EQ(Fakes.Disk.LastOpen.Path, request.Path);
+    EXPECT_EQ(Fakes.Disk.LastOpen.Access, request.Access);
+    EXPECT_EQ(Fakes.Disk.LastOpen.Share, request.Share);
+    EXPECT_EQ(Fakes.Disk.LastOpen.Disposition, request.Disposition);
+    EXPECT_THAT(Folder.Names(), ElementsAre("new"));
+}
+
+TEST_F(RetryingFilesTest, CopyingRefusesOrReplacesAnExistingTarget) {
+    Folder.Write("a", "new");
+    Folder.Write("b", "old");
+    EXPECT_FALSE(RetryCopyFile(Fakes.Disk, Fakes.Clock, Folder.Path("a"), Folder.Path("b"), true));
+    EXPECT_EQ(Folder.Read("b"), "old");
+    EXPECT_EQ(Fakes.Disk.LastError, FileError::FileExists);
+    EXPECT_TRUE(RetryCopyFile(Fakes.Disk, Fakes.Clock, Folder.Path("a"), Folder.Path("b"), false));
+    EXPECT_EQ(Folder.Read("b"), "new");
+    EXPECT_EQ(CopyWithRetries(Fakes.Disk, Fakes.Clock, Folder.Path("missing"), Folder.Path("b"), false),
+              FileError::NotFound);
+}
+
+TEST_F(RetryingFilesTest, AMissingFileIsNotDeleted) {
+    EXPECT_FALSE(RetryDeleteFile(Fakes.Disk, Fakes.Clock, Folder.Path("missing")));
+    EXPECT_EQ(Fakes.Disk.LastError, FileError::NotFound);
+}
+
+TEST_F(RetryingFilesTest, AFileThatAnotherProcessHoldsIsDeletedOnceItIsReleased) {
+    Folder.Write(Sjis(u8"表.pmt"), "content");
+    HoldingProcess other(Folder.Path(Sjis(u8"表.pmt")));
+    Fakes.Clock.OnSleep = [&] { other.Release(); };
+    EXPECT_TRUE(RetryDeleteFile(SystemFiles(), Fakes.Clock, Folder.Path(Sjis(u8"表.pmt"))));
+    EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(1000));
+    EXPECT_THAT(Folder.Names(), IsEmpty());
+}
+
+// Which names lie in a folder
+
+bool IsPlain(std::string_view name) {
+    return IsPlainFileName(name, SystemText().LeadBytes());
+}
+
+TEST(PlainFileName, IsAnyNameOfAFileInTheFolder) {
+    for (const char* const name : {"a.pmt", "a b", ".pmt", "a..b", "NULL", "COM10", "COM", "LPT0x", "a~1"}) {
+        EXPECT_TRUE(IsPlain(name)) << name;
+    }
+    for (const std::u8string_view name : {u8"表.pmt", u8"ソ", u8"能×ミ", u8"ｱ"}) {
+        EXPECT_TRUE(IsPlain(Sjis(name)));
+    }
+}
+
+TEST(PlainFileName, IsNoPath) {
+    for (const char* const name : {"a\\b", "a/b", "\\a", "/a", "..\\a", "C:a", "a:b", "a\\", "C:\\a"}) {
+        EXPECT_FALSE(IsPlain(name)) << name;
+    }
+    EXPECT_FALSE(IsPlain(Sjis(u8"表\\表")));
+    EXPECT_FALSE(IsPlain(std::string_view("a\0b", 3)));
+    EXPECT_FALSE(IsPlain("\x81/a")) << "no second byte on any system";
+    EXPECT_FALSE(IsPlain("\x81:a"));
+}
+
+TEST(PlainFileName, IsNotEmptyNorDotsAndBlanksAlone) {
+    for (const char* const name : {"", ".", "..", "...", " ", ". ."}) {
+        EXPECT_FALSE(IsPlain(name)) << name;
+    }
+}
+
+TEST(PlainFileName, IsNoDevice) {
+    for (const char* const name : {"NUL", "nul", "Con", "prn.txt", "AUX.a.b", "com1", "COM9.pmt", "LPT1 ",
+                                   "lpt9 .x", "CONIN$", "conout$"}) {
+        EXPECT_FALSE(IsPlain(name)) << name;
+    }
+}
+
+} // namespace
+} // namespace pmx::test
