@@ -34,6 +34,7 @@ struct NoteForm {
 };
 
 const NoteForm JapaneseForm{u"【機能】", u"【操作】", u"・"};
+const NoteForm EnglishForm{u"[Function]", u"[Operation]", u"- "};
 
 std::vector<std::u16string> Lines(const std::u16string& text) {
     std::vector<std::u16string> lines(1);
@@ -91,6 +92,28 @@ TEST(JapaneseHelp, HasTheFixedForm) {
         const auto note = BuiltResources::Of(Language::Japanese).StringOf(id);
         EXPECT_TRUE(note && HasForm(*note, JapaneseForm)) << id;
     }
+}
+
+TEST(EnglishHelp, HasTheFixedForm) {
+    for (const int id : WithNote) {
+        const auto note = BuiltResources::Of(Language::English).StringOf(id);
+        EXPECT_TRUE(note && HasForm(*note, EnglishForm)) << id;
+    }
+}
+
+TEST(EnglishHelp, StatesTheLimitsThatTheJapaneseHelpStates) {
+    const auto says = [](int id, const std::u16string& words) {
+        return BuiltResources::Of(Language::English).StringOf(id).value_or(u"").find(words) !=
+               std::u16string::npos;
+    };
+    for (const int id : {3003, 3007, 3012, 3041, 3042, 3044, 3045, 3046}) {
+        EXPECT_TRUE(says(id, u"up to 32 single-byte characters (16 double-byte characters)")) << id;
+        EXPECT_TRUE(says(id, u"'~' (tilde)")) << id;
+    }
+    for (const int id : {3014, 3028, 3029, 3030, 3031, 3032}) {
+        EXPECT_TRUE(says(id, u"The category cannot be changed when")) << id;
+    }
+    EXPECT_TRUE(says(control::EditorList, u"up to 20 favorites"));
 }
 
 TEST(JapaneseHelp, IsThereForTheControlsThatHaveItAndNoOther) {

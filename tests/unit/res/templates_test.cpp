@@ -324,7 +324,10 @@ TEST_P(Templates, HaveRoomForTheLongestPrompt) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Japanese, Templates, testing::Values(Language::Japanese));
+INSTANTIATE_TEST_SUITE_P(Every, Templates, testing::Values(Language::Japanese, Language::English),
+                         [](const testing::TestParamInfo<Language>& info) {
+                             return info.param == Language::Japanese ? "Japanese" : "English";
+                         });
 
 } // namespace
 } // namespace pmx
