@@ -325,8 +325,8 @@ TEST_P(Templates, HaveRoomForTheLongestPrompt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, Templates, testing::Values(Language::Japanese, Language::English),
-                         [](const testing::TestParamInfo<Language>& info) {
-                             return info.param == Language::Japanese ? "Japanese" : "English";
+                         [](const testing::TestParamInfo<Language>& language) {
+                             return language.param == Language::Japanese ? "Japanese" : "English";
                          });
 
 } // namespace
