@@ -16,7 +16,8 @@ namespace pmx::sample {
 std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::size_t maxSize);
 
 /// Writes the file whole: to a new file in the same folder, flushed to the disk, which then takes the file's
-/// place. When that fails, the former file stays and the new one is removed. A process killed in between
+/// place. When that fails, the former file stays and the new one is removed; a read-only file is never
+/// replaced. A process killed in between
 /// leaves the former file and, beside it, the unfinished one.
 bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes);
 

@@ -97,6 +97,14 @@ TEST_F(DocumentTest, SaveThatCannotReplaceKeepsWhatIsThere) {
     EXPECT_EQ(Folder.Names(), std::vector<std::string>{"a.pmt"});
 }
 
+TEST_F(DocumentTest, SaveLeavesReadOnlyFileAlone) {
+    Folder.Write("a.pmt", "former");
+    Folder.SetReadOnly("a.pmt", true);
+    EXPECT_FALSE(Filled.Save(Folder.Path("a.pmt").c_str()));
+    EXPECT_EQ(Folder.Read("a.pmt"), "former");
+    EXPECT_EQ(Folder.Names(), std::vector<std::string>{"a.pmt"});
+}
+
 TEST_F(DocumentTest, SaveRefusesWhatLoadWouldRefuse) {
     Filled.SetTemplateLevel(6);
     EXPECT_FALSE(Filled.Save(Folder.Path("a.pmt").c_str()));

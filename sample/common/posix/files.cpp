@@ -126,6 +126,12 @@ void FlushFolderOf(const std::string& path) {
     }
 }
 
+/// A rename would replace such a file without asking.
+bool IsReadOnly(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
+}
+
 class SystemFile : public OpenFile {
 public:
     explicit SystemFile(Descriptor file) : File(std::move(file)) {}
@@ -149,6 +155,9 @@ std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::s
 
 bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes) {
     const std::string target = NativePath(path);
+    if (IsReadOnly(target)) {
+        return false;
+    }
     std::string name;
     Descriptor file = CreateBeside(target, name);
     if (!file.IsOpen()) {

@@ -69,6 +69,12 @@ FileHandle CreateBeside(const char* path, std::string& temporary) {
     return FileHandle(INVALID_HANDLE_VALUE);
 }
 
+/// Asked for because not every system's replacing by rename respects it.
+bool IsReadOnly(const char* path) {
+    const DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
 class SystemFile : public OpenFile {
 public:
     explicit SystemFile(FileHandle file) : File(std::move(file)) {}
@@ -96,6 +102,10 @@ std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::s
 }
 
 bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes) {
+    if (IsReadOnly(path)) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
+    }
     std::string temporary;
     FileHandle file = CreateBeside(path, temporary);
     if (!file.IsOpen()) {
