@@ -1,6 +1,8 @@
 #include "PMXTemplUI.h"
 
+#include "frame/dialog_exports.h"
 #include "frame/list_exports.h"
+#include "frame/save_as.h"
 #include "platform/module_state.h"
 #include "store/levels.h"
 #include "store/list_holder.h"
@@ -111,13 +113,14 @@ std::int64_t EX_CreateDefaultChoice(void* handle, const char* name, std::int64_t
     return AddStandard(handle, name, number, icon, true);
 }
 
-std::int64_t EX_SaveAsTemplInfo(void* handle, std::int32_t /*mode*/, TemplInfo* info, const void* table,
-                                std::int64_t tableSize, void* /*parentWindow*/) {
+std::int64_t EX_SaveAsTemplInfo(void* handle, std::int32_t mode, TemplInfo* info, const void* table,
+                                std::int64_t tableSize, void* parentWindow) {
     return InModule(Failure, [&] {
         if (handle == nullptr || info == nullptr || table == nullptr || tableSize != PMX_TABLE_SIZE) {
             return Failure;
         }
-        return Failure; // the create-favorite dialog does not exist yet
+        return static_cast<std::int64_t>(
+            pmx::SaveAsFavorite(*ListOf(handle), mode, *info, table, pmx::OwnerOf(parentWindow)));
     });
 }
 
@@ -145,12 +148,13 @@ std::int64_t EX_ShowTemplateUI(const char* folder, void* /*parentWindow*/) {
 }
 
 std::int64_t EX_ShowChoiceUIEntry(const char* folder, const char* listFileName, const char* extension,
-                                  const void* /*table*/, std::int32_t /*level*/, void* /*parentWindow*/) {
+                                  const void* table, std::int32_t level, void* parentWindow) {
     return InModule(Failure, [&] {
         if (IsMissing(folder) || IsMissing(listFileName) || IsMissing(extension)) {
             return Failure;
         }
-        return Failure; // the register dialog does not exist yet
+        return pmx::ShowRegisterDialog(folder, listFileName, extension, table, level,
+                                       pmx::OwnerOf(parentWindow));
     });
 }
 

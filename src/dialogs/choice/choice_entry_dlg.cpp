@@ -31,10 +31,10 @@ bool CPMXTemplUIChoiceEntryDlg::OnInitDialog() {
 
 void CPMXTemplUIChoiceEntryDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIChoiceEntryDlg;
-    static constexpr EventHandler<Self> Table[] = {
+    static constexpr EventHandler<Self> Handlers[] = {
         {control::RegisterChangeIcon, DialogEvent::Pressed, &Self::OnChangeIcon},
     };
-    Dispatch<Self>(*this, Table, event);
+    Dispatch<Self>(*this, Handlers, event);
 }
 
 void CPMXTemplUIChoiceEntryDlg::OnChangeIcon() {

@@ -1,0 +1,30 @@
+#include "frame/dialog_exports.h"
+
+#include "dialogs/base/pmx_dlg.h"
+#include "dialogs/choice/choice_entry_dlg.h"
+
+namespace pmx {
+
+WindowHandle OwnerOf(void* parentWindow) {
+    return static_cast<WindowHandle>(reinterpret_cast<std::uintptr_t>(parentWindow));
+}
+
+std::int64_t ResultOfDialog(int code) {
+    constexpr std::int64_t Accepted = 0;
+    constexpr std::int64_t Cancelled = 1;
+    constexpr std::int64_t Failed = -1;
+    if (code == CodeOk) {
+        return Accepted;
+    }
+    return code == CodeCancel ? Cancelled : Failed;
+}
+
+std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, const char* extension,
+                                const void* table, std::int32_t level, WindowHandle owner,
+                                const DialogServices& services, const StoreServices& storeServices) {
+    CPMXTemplUIChoiceEntryDlg dialog(folder, listFileName, extension, table, level, owner, services,
+                                     storeServices);
+    return ResultOfDialog(dialog.DoModal());
+}
+
+} // namespace pmx

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "PMXTemplUI.h"
+#include "dialogs/base/dialog_services.h"
+#include "store/store_services.h"
+
+#include <cstdint>
+
+// What the exports that open a dialog do once their required strings are checked.
+
+namespace pmx {
+
+/// The owner window that a host passes, which may be null.
+WindowHandle OwnerOf(void* parentWindow);
+
+/// What a dialog export returns for a dialog's end code: 0 for OK, 1 for Cancel, -1 for anything else.
+std::int64_t ResultOfDialog(int code);
+
+/// Runs the register dialog.
+std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, const char* extension,
+                                const void* table, std::int32_t level, WindowHandle owner,
+                                const DialogServices& services = SystemDialogServices(),
+                                const StoreServices& storeServices = SystemStoreServices());
+
+} // namespace pmx
