@@ -1,5 +1,6 @@
 #include "frame/save_as.h"
 
+#include "dialogs/base/pmx_dlg.h"
 #include "frame/dialog_exports.h"
 #include "frame/list_exports.h"
 #include "res/ids.h"
@@ -20,6 +21,7 @@ using test::FakeHost;
 using test::HostCall;
 using test::HostFailure;
 using test::MemoryUser;
+using test::SameTable;
 using test::Sjis;
 using test::TableOf;
 using test::TempFolder;
@@ -257,7 +259,8 @@ TEST_F(SaveAsTest, OverwritingFailsWhenTableOrFileAreRefused) {
     for (const HostCall call : {HostCall::SetTable, HostCall::Save}) {
         Host.Plan.FailAt(call, Host.Plan.Calls(call) + 1, HostFailure::Refuse);
         TemplInfo info = InfoOf("Old", 1);
-        EXPECT_EQ(Save(OverwriteMode, info, "New"), SaveAsResult::Failed);
+        const std::string name = call == HostCall::Save ? "Unsaved" : "Refused";
+        EXPECT_EQ(Save(OverwriteMode, info, name), SaveAsResult::Failed);
         EXPECT_EQ(Folder.Read(ListFile), ListBefore);
         EXPECT_EQ(FakeHost::ReadFavorite(Folder, "Old.pmt").Name, "Old");
         Host.Plan.Heal();
