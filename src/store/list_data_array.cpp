@@ -218,7 +218,8 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
 
 std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemplUIListData& record) const {
     const std::string& fileName = record.GetFileName();
-    if (!IsPlainFileName(fileName, Services.LeadBytes()) || IsListFileName(fileName)) {
+    const bool isFolderSet = !ListFilePath.empty();
+    if (!isFolderSet || !IsPlainFileName(fileName, Services.LeadBytes()) || IsListFileName(fileName)) {
         return std::nullopt;
     }
     return record.GetFilePath(Folder);
