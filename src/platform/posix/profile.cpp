@@ -20,9 +20,9 @@ namespace pmx {
 
 namespace {
 
+using posix::CallText;
 using posix::FileBytes;
 using posix::FileDescriptor;
-using posix::FromCaller;
 using posix::ProfileEditor;
 using posix::ProfileEncoding;
 using posix::ProfileLine;
@@ -117,7 +117,7 @@ bool ChangeProfile(const std::string& path, const Edit& edit) {
     }
     ProfileText text(std::move(bytes));
     ProfileEditor editor(text);
-    edit(editor, text.Encoding());
+    edit(editor);
     if (!editor.IsChanged()) {
         return true;
     }
@@ -128,9 +128,9 @@ bool ChangeProfile(const std::string& path, const Edit& edit) {
 /// of the file.
 template <typename Taker>
 void ForEachLine(const ProfileText& text, std::string_view section, const Taker& take) {
-    const std::string asked = FromCaller(section, text.Encoding());
+    const CallText asked(section, text.Encoding());
     ProfileReader reader(text.View(), text.Encoding());
-    if (!posix::FindSection(reader, posix::WithoutBlanks(asked), text.Encoding())) {
+    if (!posix::FindSection(reader, posix::WithoutBlanks(asked.View()), text.Encoding())) {
         return;
     }
     ProfileLine line;
@@ -151,8 +151,8 @@ void Visit(SectionLines& lines, const ProfileLine& line, ProfileEncoding encodin
 /// The value of a key with its quotes; nothing when there is no such key or its line has no `=`.
 std::optional<std::string> FindValue(const ProfileText& text, std::string_view section,
                                      std::string_view key) {
-    const std::string askedText = FromCaller(key, text.Encoding());
-    const std::string_view asked = posix::WithoutBlanks(askedText);
+    const CallText askedText(key, text.Encoding());
+    const std::string_view asked = posix::WithoutBlanks(askedText.View());
     std::optional<std::string> value;
     ForEachLine(text, section, [&](const ProfileLine& line) {
         if (!posix::EqualNames(line.Name, asked, text.Encoding())) {
@@ -169,7 +169,7 @@ std::optional<std::string> FindValue(const ProfileText& text, std::string_view s
 /// The default as the platform gives it back: blanks at the end are dropped, but for the last of nothing
 /// else.
 std::string DefaultText(std::string_view text) {
-    std::string canonical = FromCaller(text, ProfileEncoding::CodePage);
+    std::string canonical(CallText(text, ProfileEncoding::CodePage).View());
     while (canonical.size() > 1 && canonical.back() == ' ') {
         canonical.pop_back();
     }
@@ -205,14 +205,13 @@ public:
 
     bool WriteString(const std::string& path, std::string_view section, std::optional<std::string_view> key,
                      std::optional<std::string_view> value) override {
-        return ChangeProfile(path, [&](ProfileEditor& editor, ProfileEncoding encoding) {
-            const std::string sectionText = FromCaller(section, encoding);
+        return ChangeProfile(path, [&](ProfileEditor& editor) {
             if (!key) {
-                editor.RemoveSection(sectionText);
+                editor.RemoveSection(section);
             } else if (!value) {
-                editor.RemoveKey(sectionText, FromCaller(*key, encoding));
+                editor.RemoveKey(section, *key);
             } else {
-                editor.Set(sectionText, FromCaller(*key, encoding), FromCaller(*value, encoding));
+                editor.Set(section, *key, *value);
             }
         });
     }
@@ -222,12 +221,9 @@ public:
         if (IsBlank(section)) {
             return false;
         }
-        return ChangeProfile(path, [&](ProfileEditor& editor, ProfileEncoding encoding) {
-            const std::string sectionText = FromCaller(section, encoding);
-            editor.RemoveSections(sectionText);
-            for (const ProfileEntry& entry : entries) {
-                editor.Set(sectionText, FromCaller(entry.Key, encoding), FromCaller(entry.Value, encoding));
-            }
+        return ChangeProfile(path, [&](ProfileEditor& editor) {
+            editor.RemoveSections(section);
+            editor.SetAll(section, entries);
         });
     }
 

@@ -18,8 +18,15 @@ bool IsLineEnd(char character) {
     return character == '\r' || character == '\n';
 }
 
+/// The first such character between two places, or the second place.
+const char* Find(const char* from, const char* to, char wanted) {
+    const void* const found =
+        from == to ? nullptr : std::memchr(from, wanted, static_cast<std::size_t>(to - from));
+    return found == nullptr ? to : static_cast<const char*>(found);
+}
+
 bool HasLineEnd(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), IsLineEnd);
+    return text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos;
 }
 
 bool EndsBlank(std::string_view text) {
@@ -31,6 +38,37 @@ bool ReadsBackAsIs(std::string_view name, std::string_view value) {
     const bool isPlainName = !name.empty() && name.front() != '[' && !EndsBlank(name) &&
                              name.find('=') == std::string_view::npos && !HasLineEnd(name);
     return isPlainName && !EndsBlank(value) && !HasLineEnd(value);
+}
+
+char Folded(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+/// True when the names are surely different, and in an order in which no name can come again: longer ones
+/// after shorter ones, else byte by byte. All bytes are compared without case, which makes more of them
+/// equal.
+bool IsAscending(std::string_view left, std::string_view right) {
+    if (left.size() != right.size()) {
+        return left.size() < right.size();
+    }
+    const auto [first, second] = std::mismatch(left.begin(), left.end(), right.begin(),
+                                               [](char a, char b) { return Folded(a) == Folded(b); });
+    return first != left.end() &&
+           static_cast<unsigned char>(Folded(*first)) < static_cast<unsigned char>(Folded(*second));
+}
+
+/// True when a text of a call is the same in a profile of the code page.
+bool IsPlainText(std::string_view callText) {
+    const bool startsBlank = !callText.empty() && IsProfileBlank(callText.front());
+    return !startsBlank && callText.find('\0') == std::string_view::npos && IsCanonical(callText);
+}
+
+void AppendLine(std::string& text, const ProfileLine& line) {
+    text.append(line.Name);
+    if (line.Value) {
+        text.append("=").append(*line.Value);
+    }
+    text.append(LineEnd);
 }
 
 /// Equal for names that differ only in case; which others share it does not matter.
@@ -47,28 +85,18 @@ std::size_t HashOf(std::string_view name) {
 ProfileReader::ProfileReader(std::string_view text, ProfileEncoding encoding)
     : Position(text.data()),
       End(text.data() + text.size()),
-      LineFeed(Position),
+      LineFeed(Find(Position, End, '\n')),
       Encoding(encoding),
-      HasZeros(!text.empty() && std::memchr(text.data(), 0, text.size()) != nullptr) {
-    if (!text.empty()) {
-        const void* const found = std::memchr(Position, '\n', text.size());
-        LineFeed = found == nullptr ? End : static_cast<const char*>(found);
-    }
-}
+      HasZeros(Find(Position, End, '\0') != End) {}
 
-const char* ProfileReader::EndOfLine() {
-    if (LineFeed < Position) {
-        const void* const found = std::memchr(Position, '\n', static_cast<std::size_t>(End - Position));
-        LineFeed = found == nullptr ? End : static_cast<const char*>(found);
-    }
-    const void* const found = std::memchr(Position, '\r', static_cast<std::size_t>(LineFeed - Position));
-    return found == nullptr ? LineFeed : static_cast<const char*>(found);
-}
-
+/// Reads the next line that is not empty, without the blanks around it.
 bool ProfileReader::ReadLine() {
     while (Position != End) {
+        if (LineFeed < Position) {
+            LineFeed = Find(Position, End, '\n');
+        }
         const char* const begin = Position;
-        const char* const end = EndOfLine();
+        const char* const end = Find(begin, LineFeed, '\r');
         Position = end;
         while (Position != End && IsLineEnd(*Position)) {
             ++Position;
@@ -81,10 +109,8 @@ bool ProfileReader::ReadLine() {
     return false;
 }
 
+/// True when Line is a header.
 bool ProfileReader::ReadHeader(std::string_view& name) const {
-    if (Line.front() != '[') {
-        return false;
-    }
     const std::size_t closing = LastClosingBracket(Line, Encoding);
     if (closing == std::string_view::npos) {
         return false;
@@ -97,7 +123,7 @@ bool ProfileReader::ReadHeader(std::string_view& name) const {
 bool ProfileReader::NextSection(std::string_view& name) {
     while (HasLine || ReadLine()) {
         HasLine = false;
-        if (ReadHeader(name)) {
+        if (Line.front() == '[' && ReadHeader(name)) {
             AfterEmptyName = false;
             return true;
         }
@@ -106,18 +132,19 @@ bool ProfileReader::NextSection(std::string_view& name) {
 }
 
 ProfileLine ProfileReader::Split() const {
-    const void* const sign = std::memchr(Line.data(), '=', Line.size());
-    if (sign == nullptr) {
-        return {Line, std::nullopt};
+    const char* const end = Line.data() + Line.size();
+    const char* const sign = Find(Line.data(), end, '=');
+    const std::string_view name(Line.data(), static_cast<std::size_t>(sign - Line.data()));
+    if (sign == end) {
+        return {name, std::nullopt};
     }
-    const auto length = static_cast<std::size_t>(static_cast<const char*>(sign) - Line.data());
-    return {WithoutBlanks(Line.substr(0, length)), WithoutLeadingBlanks(Line.substr(length + 1))};
+    return {WithoutBlanks(name), WithoutLeadingBlanks({sign + 1, static_cast<std::size_t>(end - sign - 1)})};
 }
 
 bool ProfileReader::NextLine(ProfileLine& line) {
     while (HasLine || ReadLine()) {
         std::string_view header;
-        HasLine = ReadHeader(header);
+        HasLine = Line.front() == '[' && ReadHeader(header);
         if (HasLine) {
             return false;
         }
@@ -135,6 +162,20 @@ bool ProfileReader::NextLine(ProfileLine& line) {
     return false;
 }
 
+std::string_view ProfileReader::SkipLines() {
+    const char* const begin = HasLine ? Line.data() : Position;
+    const char* end = begin;
+    while (HasLine || ReadLine()) {
+        std::string_view header;
+        HasLine = Line.front() == '[' && ReadHeader(header);
+        if (HasLine) {
+            break;
+        }
+        end = Line.data() + Line.size();
+    }
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding encoding) {
     if (name.empty()) {
         return true;
@@ -148,46 +189,27 @@ bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding e
     return false;
 }
 
-std::string_view TextStore::Add(std::string_view text) {
-    constexpr std::size_t BlockSize = std::size_t{1} << 16U;
-    if (text.size() > Free) {
-        Free = std::max(BlockSize, text.size());
-        Next = Blocks.emplace_back(std::make_unique_for_overwrite<char[]>(Free)).get();
-    }
-    char* const place = Next;
-    std::copy(text.begin(), text.end(), place);
-    Next += text.size();
-    Free -= text.size();
-    return {place, text.size()};
-}
-
-void TextStore::Clear() {
-    Blocks.clear();
-    Free = 0;
-    Next = nullptr;
-}
-
 ProfileEditor::ProfileEditor(ProfileText& text) : Source(text) {
     Parse();
+}
+
+/// The text in the form of Source.
+std::string_view ProfileEditor::FromCaller(std::string_view callText) {
+    const CallText text(callText, Source.Encoding());
+    return text.IsConverted() ? std::string_view(Converted.emplace_back(text.View())) : text.View();
 }
 
 void ProfileEditor::Parse() {
     IsAsRead = true;
     ForgetIndex();
     Sections.clear();
-    Sections.emplace_back();
     ProfileReader reader(Source.View(), Source.Encoding());
     std::string_view name;
     do {
-        ProfileLine line;
-        while (reader.NextLine(line)) {
-            Sections.back().Lines.push_back(line);
-        }
-        if (!reader.NextSection(name)) {
-            return;
-        }
-        Sections.push_back({name, {}});
-    } while (true);
+        Section& section = Sections.emplace_back();
+        section.Name = name;
+        section.Body = reader.SkipLines();
+    } while (reader.NextSection(name));
 }
 
 void ProfileEditor::Settle() {
@@ -196,8 +218,8 @@ void ProfileEditor::Settle() {
     }
     MustSettle = false;
     Source.Assign(Joined());
+    Appended = {};
     Parse();
-    Kept.Clear();
 }
 
 void ProfileEditor::NoteChange(bool readsBackAsIs) {
@@ -206,46 +228,63 @@ void ProfileEditor::NoteChange(bool readsBackAsIs) {
     MustSettle = !readsBackAsIs || Rewrites <= RewritesToSettle;
 }
 
+std::vector<ProfileLine>& ProfileEditor::LinesOf(Section& section) const {
+    if (!section.IsTakenApart) {
+        section.IsTakenApart = true;
+        ProfileReader reader(section.Body, Source.Encoding());
+        ProfileLine line;
+        while (reader.NextLine(line)) {
+            section.Lines.push_back(line);
+        }
+    }
+    return section.Lines;
+}
+
 bool ProfileEditor::RemoveSection(std::string_view name) {
     Settle();
     ForgetIndex();
+    const std::string_view asked = FromCaller(name);
     const auto found = std::find_if(Sections.begin(), Sections.end(), [&](const Section& section) {
-        return EqualNames(section.Name, name, Source.Encoding());
+        return EqualNames(section.Name, asked, Source.Encoding());
     });
     if (found == Sections.end()) {
         return false;
     }
     Sections.erase(found);
     // Without the nameless section at its beginning the form is not that of a profile that was read.
-    NoteChange(!name.empty());
+    NoteChange(!asked.empty());
     return true;
 }
 
 void ProfileEditor::RemoveSections(std::string_view name) {
+    const std::string_view asked = FromCaller(name);
     while (RemoveSection(name)) {
-        if (Rewrites >= RewritesToSettle) {
-            Settle();
-            const std::size_t removed = std::erase_if(Sections, [&](const Section& section) {
-                return EqualNames(section.Name, name, Source.Encoding());
-            });
-            IsAsRead = IsAsRead && removed == 0;
+        if (Rewrites < RewritesToSettle) {
+            continue;
         }
+        Settle();
+        const std::size_t removed = std::erase_if(Sections, [&](const Section& section) {
+            return EqualNames(section.Name, asked, Source.Encoding());
+        });
+        IsAsRead = IsAsRead && removed == 0;
     }
 }
 
 void ProfileEditor::RemoveKey(std::string_view section, std::string_view key) {
     Settle();
     ForgetIndex();
+    const std::string_view askedSection = FromCaller(section);
+    const std::string_view askedKey = FromCaller(key);
     for (Section& candidate : Sections) {
-        if (!EqualNames(candidate.Name, section, Source.Encoding())) {
+        if (!EqualNames(candidate.Name, askedSection, Source.Encoding())) {
             continue;
         }
-        const auto line =
-            std::find_if(candidate.Lines.begin(), candidate.Lines.end(), [&](const ProfileLine& each) {
-                return EqualNames(each.Name, key, Source.Encoding());
-            });
-        if (line != candidate.Lines.end()) {
-            candidate.Lines.erase(line);
+        std::vector<ProfileLine>& lines = LinesOf(candidate);
+        const auto line = std::find_if(lines.begin(), lines.end(), [&](const ProfileLine& each) {
+            return EqualNames(each.Name, askedKey, Source.Encoding());
+        });
+        if (line != lines.end()) {
+            lines.erase(line);
             NoteChange(true);
             return;
         }
@@ -253,57 +292,69 @@ void ProfileEditor::RemoveKey(std::string_view section, std::string_view key) {
 }
 
 ProfileEditor::Section& ProfileEditor::FindOrAdd(std::string_view name) {
-    if (IndexedSection != 0 && IndexedName == name) {
-        return Sections[IndexedSection - 1];
+    if (TargetNumber != 0 && TargetAskedFor == name) {
+        return Sections[TargetNumber - 1];
     }
     ForgetIndex();
-    const std::string_view asked = WithoutBlanks(name);
+    const std::string_view text = FromCaller(name);
+    const std::string_view asked = WithoutBlanks(text);
     auto found = std::find_if(Sections.begin(), Sections.end(), [&](const Section& section) {
         return EqualNames(section.Name, asked, Source.Encoding());
     });
     if (found == Sections.end()) {
-        found = Sections.insert(found, {Kept.Add(WithoutLeadingBlanks(name)), {}});
+        found = Sections.insert(found, {WithoutLeadingBlanks(text), {}, {}, true});
     }
-    IndexedName = name;
-    IndexedSection = static_cast<std::size_t>(found - Sections.begin()) + 1;
+    TargetAskedFor = name;
+    TargetNumber = static_cast<std::size_t>(found - Sections.begin()) + 1;
     return *found;
 }
 
 void ProfileEditor::ForgetIndex() {
-    IndexedSection = 0;
+    TargetNumber = 0;
+    AscendingLines = 0;
     IndexedLines = 0;
     Index.clear();
 }
 
-/// Number of the line that is the key, or of the line after the last.
-std::size_t ProfileEditor::FindLine(const Section& section, std::string_view key) {
-    while (IndexedLines < section.Lines.size()) {
-        IndexLine(section, IndexedLines++);
+/// True when the names of the target section's lines are in ascending order, as those of lists are.
+bool ProfileEditor::AreAscending(const std::vector<ProfileLine>& lines) {
+    while (AscendingLines < lines.size() &&
+           (AscendingLines == 0 || IsAscending(lines[AscendingLines - 1].Name, lines[AscendingLines].Name))) {
+        ++AscendingLines;
     }
-    if (Index.empty()) {
-        return section.Lines.size();
+    return AscendingLines == lines.size();
+}
+
+/// Number of the line that is the key, or of the line after the last.
+std::size_t ProfileEditor::FindLine(const std::vector<ProfileLine>& lines, std::string_view key) {
+    if (AreAscending(lines) && (lines.empty() || IsAscending(lines.back().Name, key))) {
+        return lines.size();
+    }
+    while (IndexedLines < lines.size()) {
+        IndexLine(lines, IndexedLines++);
     }
     std::size_t place = HashOf(key) & (Index.size() - 1);
     while (Index[place] != 0) {
-        if (EqualNames(section.Lines[Index[place] - 1].Name, key, Source.Encoding())) {
+        if (EqualNames(lines[Index[place] - 1].Name, key, Source.Encoding())) {
             return Index[place] - 1;
         }
         place = (place + 1) & (Index.size() - 1);
     }
-    return section.Lines.size();
+    return lines.size();
 }
 
 /// Enters the line, unless one of the same name stands before it.
-void ProfileEditor::IndexLine(const Section& section, std::size_t line) {
+void ProfileEditor::IndexLine(const std::vector<ProfileLine>& lines, std::size_t line) {
     if ((line + 1) * 2 > Index.size()) {
-        Index.assign(std::max<std::size_t>(64, Index.size() * 2), 0);
+        constexpr std::size_t SmallestIndex = 64;
+        Index.assign(std::max(SmallestIndex, Index.size() * 2), 0);
         for (std::size_t earlier = 0; earlier < line; ++earlier) {
-            IndexLine(section, earlier);
+            IndexLine(lines, earlier);
         }
     }
-    std::size_t place = HashOf(section.Lines[line].Name) & (Index.size() - 1);
+    std::size_t place = HashOf(lines[line].Name) & (Index.size() - 1);
     while (Index[place] != 0) {
-        if (EqualNames(section.Lines[Index[place] - 1].Name, section.Lines[line].Name, Source.Encoding())) {
+        if (EqualNames(lines[Index[place] - 1].Name, lines[line].Name, Source.Encoding())) {
             return;
         }
         place = (place + 1) & (Index.size() - 1);
@@ -316,40 +367,84 @@ void ProfileEditor::Set(std::string_view section, std::string_view key, std::str
     const std::size_t sectionsBefore = Sections.size();
     Section& target = FindOrAdd(section);
     const bool isNewSection = Sections.size() != sectionsBefore;
-    const std::size_t line = FindLine(target, WithoutBlanks(key));
-    const std::string_view text = WithoutLeadingBlanks(value);
-    if (line == target.Lines.size()) {
-        target.Lines.push_back({Kept.Add(WithoutLeadingBlanks(key)), std::nullopt});
+    std::vector<ProfileLine>& lines = LinesOf(target);
+    const std::string_view keyText = FromCaller(key);
+    const std::size_t line = FindLine(lines, WithoutBlanks(keyText));
+    if (line == lines.size()) {
+        lines.push_back({WithoutLeadingBlanks(keyText), std::nullopt});
     }
-    ProfileLine& changed = target.Lines[line];
-    if (changed.Value == text) {
+    ProfileLine& changed = lines[line];
+    const std::string_view valueText = WithoutLeadingBlanks(FromCaller(value));
+    if (changed.Value == valueText) {
         return;
     }
-    changed.Value = Kept.Add(text);
+    changed.Value = valueText;
     const bool isPlainHeader = !isNewSection || (!HasLineEnd(target.Name) && !EndsBlank(target.Name));
-    NoteChange(isPlainHeader && ReadsBackAsIs(changed.Name, text));
+    NoteChange(isPlainHeader && ReadsBackAsIs(changed.Name, valueText));
+}
+
+/// True when adding the entries as lines at the end of the target section is all that setting them does.
+bool ProfileEditor::CanAppend(std::span<const ProfileEntry> entries) {
+    if (TargetNumber == 0 || MustSettle || Source.Encoding() != ProfileEncoding::CodePage) {
+        return false;
+    }
+    const std::vector<ProfileLine>& lines = Sections[TargetNumber - 1].Lines;
+    if (lines.empty() || !AreAscending(lines)) {
+        return false;
+    }
+    std::string_view last = lines.back().Name;
+    return std::all_of(entries.begin(), entries.end(), [&](const ProfileEntry& entry) {
+        const bool isAscending = IsAscending(last, entry.Key);
+        last = entry.Key;
+        return isAscending && IsPlainText(entry.Key) && IsPlainText(entry.Value) &&
+               ReadsBackAsIs(entry.Key, entry.Value);
+    });
+}
+
+void ProfileEditor::SetAll(std::string_view section, const std::vector<ProfileEntry>& entries) {
+    std::span<const ProfileEntry> rest = entries;
+    bool mayAppend = true;
+    while (!rest.empty()) {
+        if (mayAppend && Rewrites > RewritesToSettle) {
+            mayAppend = false;
+            if (CanAppend(rest)) {
+                Appended = rest;
+                MustSettle = true;
+                return;
+            }
+        }
+        Set(section, rest.front().Key, rest.front().Value);
+        rest = rest.subspan(1);
+    }
 }
 
 std::string ProfileEditor::Joined() const {
-    std::size_t size = 0;
-    for (const Section& section : Sections) {
-        size += section.Name.size() + 4;
-        for (const ProfileLine& line : section.Lines) {
-            size += line.Name.size() + (line.Value ? line.Value->size() + 1 : 0) + LineEnd.size();
-        }
-    }
     std::string text;
+    std::size_t size = Source.View().size();
+    for (const ProfileEntry& entry : Appended) {
+        size += entry.Key.size() + entry.Value.size() + 1 + LineEnd.size();
+    }
     text.reserve(size);
-    for (const Section& section : Sections) {
+    for (std::size_t number = 0; number < Sections.size(); ++number) {
+        const Section& section = Sections[number];
         if (!section.Name.empty()) {
             text.append("[").append(section.Name).append("]").append(LineEnd);
         }
-        for (const ProfileLine& line : section.Lines) {
-            text.append(line.Name);
-            if (line.Value) {
-                text.append("=").append(*line.Value);
+        if (section.IsTakenApart) {
+            for (const ProfileLine& line : section.Lines) {
+                AppendLine(text, line);
             }
-            text.append(LineEnd);
+        } else {
+            ProfileReader reader(section.Body, Source.Encoding());
+            ProfileLine line;
+            while (reader.NextLine(line)) {
+                AppendLine(text, line);
+            }
+        }
+        if (number + 1 == TargetNumber) {
+            for (const ProfileEntry& entry : Appended) {
+                text.append(entry.Key).append("=").append(entry.Value).append(LineEnd);
+            }
         }
     }
     return text;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/posix/profile_text.h"
+#include "platform/profile.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <deque>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,11 +35,13 @@ public:
     /// section of their own, in which a new reader stands.
     bool NextLine(ProfileLine& line);
 
+    /// Goes to the end of the section and gives the text of the lines that NextLine would have gone through.
+    std::string_view SkipLines();
+
 private:
     bool ReadLine();
     bool ReadHeader(std::string_view& name) const;
     ProfileLine Split() const;
-    const char* EndOfLine();
 
     const char* Position;
     const char* End;
@@ -53,21 +57,9 @@ private:
 /// empty name stands for the lines before the first header.
 bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding encoding);
 
-/// Keeps texts at fixed places.
-class TextStore {
-public:
-    /// A copy of the text that lives as long as the store or until Clear.
-    std::string_view Add(std::string_view text);
-    void Clear();
-
-private:
-    std::vector<std::unique_ptr<char[]>> Blocks;
-    std::size_t Free = 0; ///< bytes left at the end of the last block
-    char* Next = nullptr;
-};
-
 /// A profile that is being changed. Every change that counts is as if the file were written and read again
-/// after it, as the platform does, but costs that only when it makes a difference.
+/// after it, as the platform does, but costs that only when it makes a difference. Names and values are texts
+/// of a call (code page 932, up to the first zero) and must stay until the editor is gone.
 class ProfileEditor {
 public:
     explicit ProfileEditor(ProfileText& text);
@@ -77,7 +69,7 @@ public:
     /// Removes the first section of exactly that name (without regard to case); false when there is none.
     bool RemoveSection(std::string_view name);
 
-    /// Removes all sections of that name.
+    /// Removes sections of that name until there is none.
     void RemoveSections(std::string_view name);
 
     /// Removes the first key of that name from the sections of that name.
@@ -87,6 +79,9 @@ public:
     /// the section, or adds the section at the end.
     void Set(std::string_view section, std::string_view key, std::string_view value);
 
+    /// Sets all of them, in order.
+    void SetAll(std::string_view section, const std::vector<ProfileEntry>& entries);
+
     bool IsChanged() const { return Rewrites != 0; }
 
     /// The text to be written.
@@ -95,28 +90,37 @@ public:
 private:
     struct Section {
         std::string_view Name;
-        std::vector<ProfileLine> Lines;
+        std::string_view Body;          ///< the text of the lines; counts until they are needed one by one
+        std::vector<ProfileLine> Lines; ///< count when IsTakenApart
+        bool IsTakenApart = false;
     };
 
+    std::string_view FromCaller(std::string_view callText);
     void Parse();
     std::string Joined() const;
     void Settle();
     void NoteChange(bool readsBackAsIs);
+    std::vector<ProfileLine>& LinesOf(Section& section) const;
     Section& FindOrAdd(std::string_view name);
-    std::size_t FindLine(const Section& section, std::string_view key);
-    void IndexLine(const Section& section, std::size_t line);
+    std::size_t FindLine(const std::vector<ProfileLine>& lines, std::string_view key);
+    void IndexLine(const std::vector<ProfileLine>& lines, std::size_t line);
     void ForgetIndex();
+    bool AreAscending(const std::vector<ProfileLine>& lines);
+    bool CanAppend(std::span<const ProfileEntry> entries);
 
     ProfileText& Source;
-    std::vector<Section> Sections; ///< the first holds the lines before the first header
-    TextStore Kept;                ///< texts of calls that are not in Source
+    std::vector<Section> Sections;     ///< the first holds the lines before the first header
+    std::deque<std::string> Converted; ///< texts of calls that are not in the form of Source
     std::size_t Rewrites = 0;
-    bool IsAsRead = true;             ///< Sections have not changed since Source was parsed
-    bool MustSettle = false;          ///< the text must be read again before the next change
-    std::size_t IndexedSection = 0;   ///< number of the section that Set worked on last plus one, or 0
-    std::string IndexedName;          ///< what Set was given for it
-    std::vector<std::uint32_t> Index; ///< open hash table of line numbers plus one, 0 for free places
+    bool IsAsRead = true;    ///< Sections have not changed since Source was parsed
+    bool MustSettle = false; ///< the text must be read again before the next change
+
+    std::size_t TargetNumber = 0;     ///< number of the section that Set worked on last plus one, or 0
+    std::string_view TargetAskedFor;  ///< what Set was given for it
+    std::size_t AscendingLines = 0;   ///< so many lines at its beginning are in ascending order
+    std::vector<std::uint32_t> Index; ///< hash table of its line numbers plus one, 0 for free places
     std::size_t IndexedLines = 0;
+    std::span<const ProfileEntry> Appended; ///< further lines of it
 };
 
 } // namespace pmx::posix

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -130,8 +131,11 @@ std::size_t SkipAscii(std::string_view text, std::size_t position) {
     std::uint64_t bytes = 0;
     while (text.size() - position >= sizeof bytes) {
         std::memcpy(&bytes, text.data() + position, sizeof bytes);
-        if ((bytes & HighBits) != 0) {
-            break;
+        bytes &= HighBits;
+        if (bytes != 0) {
+            const int zeros = std::endian::native == std::endian::little ? std::countr_zero(bytes)
+                                                                         : std::countl_zero(bytes);
+            return position + static_cast<std::size_t>(zeros) / 8;
         }
         position += sizeof bytes;
     }
@@ -314,18 +318,20 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, Profile
 } // namespace
 
 bool IsCanonical(std::string_view codePageText) {
-    std::size_t position = 0;
-    while ((position = SkipAscii(codePageText, position)) < codePageText.size()) {
+    const std::size_t size = codePageText.size();
+    std::size_t position = SkipAscii(codePageText, 0);
+    while (position < size) {
         const unsigned lead = ByteAt(codePageText, position);
         if (!IsLead(lead)) {
             ++position;
-            continue;
-        }
-        if (position + 1 == codePageText.size() ||
-            !Kept.Has(lead << 8U | ByteAt(codePageText, position + 1))) {
+        } else if (position + 1 < size && Kept.Has(lead << 8U | ByteAt(codePageText, position + 1))) {
+            position += 2;
+        } else {
             return false;
         }
-        position += 2;
+        if (position < size && ByteAt(codePageText, position) < 0x80) {
+            position = SkipAscii(codePageText, position);
+        }
     }
     return true;
 }
@@ -374,10 +380,17 @@ void ProfileText::Assign(std::string text) {
     Content = {};
 }
 
-std::string FromCaller(std::string_view callText, ProfileEncoding encoding) {
-    const std::string_view text = UpToZero(callText);
-    std::string canonical = IsCanonical(text) ? std::string(text) : Canonical(text, LoneLead::Dropped);
-    return encoding == ProfileEncoding::CodePage ? canonical : ToUtf8(canonical);
+CallText::CallText(std::string_view text, ProfileEncoding encoding) : Text(UpToZero(text)) {
+    const bool isCanonical = IsCanonical(Text);
+    if (isCanonical && encoding == ProfileEncoding::CodePage) {
+        return;
+    }
+    Converted = isCanonical ? std::string(Text) : Canonical(Text, LoneLead::Dropped);
+    if (encoding != ProfileEncoding::CodePage) {
+        Converted = ToUtf8(Converted);
+    }
+    HasOwnText = true;
+    Text = Converted;
 }
 
 std::string ToCaller(std::string_view profileText, ProfileEncoding encoding) {
@@ -395,22 +408,6 @@ std::string EncodedProfile(std::string text, ProfileEncoding encoding) {
     bytes.reserve(bytes.size() + text.size() * 2);
     AppendUtf16(bytes, text, encoding);
     return bytes;
-}
-
-std::string_view WithoutLeadingBlanks(std::string_view text) {
-    std::size_t begin = 0;
-    while (begin < text.size() && IsProfileBlank(text[begin])) {
-        ++begin;
-    }
-    return text.substr(begin);
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-    text = WithoutLeadingBlanks(text);
-    while (!text.empty() && IsProfileBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
 }
 
 std::string_view UpToZero(std::string_view text) {

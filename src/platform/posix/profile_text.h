@@ -60,8 +60,23 @@ private:
 };
 
 /// A text of a call (section, key, value or default, in code page 932, up to its first zero) in the form of a
-/// profile of that encoding.
-std::string FromCaller(std::string_view callText, ProfileEncoding encoding);
+/// profile of that encoding. May refer to the text that it is made of, which must stay.
+class CallText {
+public:
+    CallText(std::string_view text, ProfileEncoding encoding);
+    CallText(const CallText&) = delete;
+    CallText& operator=(const CallText&) = delete;
+
+    std::string_view View() const { return Text; }
+
+    /// False when the view is one of the caller's text.
+    bool IsConverted() const { return HasOwnText; }
+
+private:
+    std::string Converted;
+    bool HasOwnText = false;
+    std::string_view Text; ///< into Converted or the caller's text
+};
 
 /// A piece of a profile's text, in code page 932.
 std::string ToCaller(std::string_view profileText, ProfileEncoding encoding);
@@ -71,13 +86,24 @@ std::string EncodedProfile(std::string text, ProfileEncoding encoding);
 
 /// True for the characters that are dropped at the ends of lines, names and values.
 constexpr bool IsProfileBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r') || character == '\x1A';
+    const bool mayBe = static_cast<unsigned char>(character) <= ' ';
+    return mayBe && (character == ' ' || (character >= '\t' && character <= '\r') || character == '\x1A');
 }
 
-std::string_view WithoutLeadingBlanks(std::string_view text);
+constexpr std::string_view WithoutLeadingBlanks(std::string_view text) {
+    while (!text.empty() && IsProfileBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    return text;
+}
 
 /// Without those at both ends.
-std::string_view WithoutBlanks(std::string_view text);
+constexpr std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && IsProfileBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return WithoutLeadingBlanks(text);
+}
 
 /// The part before the first zero byte.
 std::string_view UpToZero(std::string_view text);
