@@ -114,17 +114,8 @@ MessageAnswer MemoryMessages::Ask(const Message& message) {
     const Expectation expectation = std::move(Foreseen.front());
     Foreseen.pop_front();
     EXPECT_EQ(Described(message), Described(expectation.Wanted));
-    const auto open = [&expectation] {
-        if (expectation.Action) {
-            expectation.Action();
-        }
-    };
-    if (AroundModal) {
-        AroundModal(open);
-    } else {
-        open();
-    }
-    return expectation.Answer;
+    const std::function<void()> meanwhile = expectation.Action ? expectation.Action : [] {};
+    return Show(message, expectation.Answer, meanwhile);
 }
 
 std::optional<std::string> MemoryFileDialogs::AskOpen(const FileRequest& request) {

@@ -88,8 +88,13 @@ public:
 
     MessageAnswer Ask(const Message& message) override;
 
-    /// Called by Ask around each message; the memory dialogs use it to take the focus away and give it back.
-    std::function<void(const std::function<void()>&)> AroundModal;
+    /// How a foreseen message is shown: gets what was asked, the answer to give, and what to do while it is
+    /// open. Returns the user's answer.
+    using Shower = std::function<MessageAnswer(const Message&, MessageAnswer planned,
+                                               const std::function<void()>& meanwhile)>;
+
+    /// Set by the desktop that this belongs to.
+    Shower Show;
 
 private:
     struct Expectation {

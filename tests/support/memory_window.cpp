@@ -558,7 +558,11 @@ MemoryDesktop::MemoryDesktop(Resources& resources)
                .Libraries = Libraries,
                .CodePage = SystemText(),
                .ForeignCalls = ForeignCalls} {
-    Messages.AroundModal = [this](const std::function<void()>& open) { Dialogs.WhileElsewhere(open); };
+    Messages.Show = [this](const Message& /*message*/, MessageAnswer planned,
+                           const std::function<void()>& meanwhile) {
+        Dialogs.WhileElsewhere(meanwhile);
+        return planned;
+    };
 }
 
 } // namespace pmx::test

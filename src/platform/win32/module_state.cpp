@@ -12,10 +12,12 @@ namespace {
 /// Number of the manifest resource of a library.
 constexpr WORD LibraryManifest = 2;
 
-HMODULE ModuleOf(const void* address) {
+/// The module that contains this code, found by something of it that is no thread's own.
+HMODULE ThisModule() {
+    static const char Place = 0;
     HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       static_cast<LPCWSTR>(address), &module);
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       &Place, &module);
     return module;
 }
 
@@ -69,7 +71,7 @@ public:
 private:
     static inline thread_local ModuleHandle CurrentOfThread = ModuleHandle::None;
 
-    const HMODULE Own = ModuleOf(&CurrentOfThread);
+    const HMODULE Own = ThisModule();
     const LibraryContext Context{Own};
     std::atomic<ModuleHandle> Chosen = ModuleHandle::None;
 };
