@@ -28,9 +28,9 @@ fs::path Parent() {
 }
 
 std::string UniqueName(std::string_view label) {
-    static const unsigned process = std::random_device{}();
+    static const unsigned Process = std::random_device{}();
     static std::atomic<unsigned> count = 0;
-    return "pmx-" + std::string(label) + '-' + std::to_string(process) + '-' + std::to_string(++count);
+    return "pmx-" + std::string(label) + '-' + std::to_string(Process) + '-' + std::to_string(++count);
 }
 
 std::string WithBackslashes(std::string path) {

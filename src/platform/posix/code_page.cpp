@@ -24,7 +24,7 @@ bool IsLead(unsigned char byte) {
 class Converter {
 public:
     Converter(const char* to, const char* from) : Handle(iconv_open(to, from)) {
-        if (Handle == reinterpret_cast<iconv_t>(-1)) {
+        if (reinterpret_cast<std::intptr_t>(Handle) == -1) {
             throw std::runtime_error("the system has no converter for code page 932");
         }
     }
@@ -114,8 +114,8 @@ private:
 };
 
 const Tables& CodePage() {
-    static const auto tables = std::make_unique<const Tables>();
-    return *tables;
+    static const auto Shared = std::make_unique<const Tables>();
+    return *Shared;
 }
 
 /// Calls `take` for every character of a text of the code page, in order; of bytes that are no
