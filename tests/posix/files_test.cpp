@@ -6,12 +6,15 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace pmx {
 namespace {
@@ -62,6 +65,53 @@ TEST(PosixFiles, DoesNotWaitForAPipeUnderTheNameOfAFile) {
     EXPECT_EQ(SystemFiles().Open(request).Error, FileError::AccessDenied);
     EXPECT_EQ(SystemFiles().Copy(pipe, folder.Path("copy"), true), FileError::AccessDenied);
     EXPECT_THAT(folder.Names(), ElementsAre("pipe.pmt"));
+}
+
+/// While it lives, this process has the rights of an ordinary user.
+class OrdinaryUser {
+public:
+    OrdinaryUser() : Before(geteuid()) {
+        if (Before == 0 && seteuid(Nobody) != 0) {
+            throw std::runtime_error("cannot give up the rights of the super-user");
+        }
+    }
+    ~OrdinaryUser() {
+        if (seteuid(Before) != 0) {
+            std::abort();
+        }
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    static constexpr uid_t Nobody = 65534;
+    const uid_t Before;
+};
+
+TEST(PosixFiles, IsDeniedWhatTheUserMayNotDo) {
+    const TempFolder folder;
+    folder.Write("file", "old");
+    folder.Write("private", "private");
+    const auto place = test::DiskPath(folder.Path());
+    std::filesystem::permissions(test::DiskPath(folder.Path("private")), std::filesystem::perms::none);
+    std::filesystem::permissions(place, std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        if (!SystemFiles().Exists(folder.Path("file"))) {
+            GTEST_SKIP() << "ordinary users do not get to " << place;
+        }
+        FileError error = FileError::None;
+        EXPECT_EQ(SystemFiles().CreateTemporary(folder.Path(), error), "");
+        EXPECT_EQ(error, FileError::AccessDenied);
+        EXPECT_EQ(SystemFiles().Copy(folder.Path("file"), folder.Path("new"), true), FileError::AccessDenied);
+        EXPECT_EQ(SystemFiles().Remove(folder.Path("file")), FileError::AccessDenied);
+        EXPECT_EQ(SystemFiles().Replace(folder.Path("file"), folder.Path("new")), FileError::AccessDenied);
+        OpenRequest request;
+        request.Path = folder.Path("private");
+        EXPECT_EQ(SystemFiles().Open(request).Error, FileError::AccessDenied);
+        EXPECT_TRUE(SystemFiles().IsReadOnly(folder.Path("private")));
+    }
+    EXPECT_THAT(folder.Names(), ElementsAre("file", "private"));
 }
 
 TEST(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {

@@ -1,5 +1,7 @@
 #include "platform/guard.h"
 
+#include "platform/win32/guard_thunk.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -95,6 +97,31 @@ TEST(GuardOfWindows, CleansUpForEveryKindOfException) {
             SystemGuard().Run([&] { SystemGuard().RunThen([&] { Raise(code); }, [&] { ++cleanups; }); }));
         EXPECT_EQ(cleanups, 1);
     }
+}
+
+void ThrowInteger(void*) {
+    throw 1;
+}
+
+void CountUp(void* number) {
+    ++*static_cast<int*>(number);
+}
+
+void ThrowThroughCleanup(void* cleanups) {
+    win32::CallThen(ThrowInteger, nullptr, CountUp, cleanups);
+}
+
+TEST(CallThen, CleansUpWhenACallerHandlesACppExceptionAsAStructuredOne) {
+    int cleanups = 0;
+    EXPECT_FALSE(win32::CallProtected(ThrowThroughCleanup, &cleanups));
+    EXPECT_EQ(cleanups, 1);
+}
+
+TEST(GuardOfWindows, DoesNotNoticeAStructuredExceptionThatIsHandledInItsFrame) {
+    bool handled = false;
+    EXPECT_TRUE(SystemGuard().Run(
+        [&] { handled = !win32::CallProtected([](void*) { Raise(CustomCode); }, nullptr); }));
+    EXPECT_TRUE(handled);
 }
 
 } // namespace

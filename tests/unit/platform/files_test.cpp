@@ -6,7 +6,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <stdexcept>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace pmx {
 namespace {
@@ -213,6 +217,27 @@ TEST_F(SystemFilesTest, CopiesOverAFileOnlyWhenAllowed) {
     EXPECT_EQ(Folder.Read("copy"), "old");
 }
 
+TEST_F(SystemFilesTest, LetsOnlyOneOfSeveralCopiersMakeAFile) {
+    constexpr int Copiers = 4;
+    std::atomic<int> made = 0;
+    std::vector<std::thread> threads;
+    threads.reserve(Copiers);
+    for (int copier = 0; copier < Copiers; ++copier) {
+        threads.emplace_back([&, copier] {
+            const std::string source = "source" + std::to_string(copier);
+            Folder.Write(source, source);
+            for (int round = 0; round < 50; ++round) {
+                const std::string target = Path("target" + std::to_string(round));
+                made += Service.Copy(Path(source), target, true) == FileError::None ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(made, 50);
+}
+
 TEST_F(SystemFilesTest, CopiesAReadOnlyFileToOneThatCanBeChanged) {
     EXPECT_EQ(Service.Copy(Path("locked"), Path("copy"), true), FileError::None);
     EXPECT_FALSE(Service.IsReadOnly(Path("copy")));
@@ -251,6 +276,35 @@ TEST_F(SystemFilesTest, ReplacesAFile) {
     EXPECT_EQ(Service.Replace(Path("new"), Path("file")), FileError::None);
     EXPECT_EQ(Folder.Read("file"), "new");
     ExpectNoFurtherFiles();
+}
+
+TEST_F(SystemFilesTest, ShowsAReaderTheOldOrTheNewFileWhole) {
+    const std::string whole[] = {std::string(20000, '0'), std::string(20000, '1')};
+    Folder.Write("file", whole[0]);
+    std::atomic<bool> isDone = false;
+    std::thread writer([&] {
+        for (int round = 0; round < 60; ++round) {
+            Folder.Write("new", whole[round % 2]);
+            const FileError error = Service.Replace(Path("new"), Path("file"));
+            // Windows does not replace what the reader has open.
+            EXPECT_TRUE(error == FileError::None || error == FileError::AccessDenied);
+        }
+        isDone = true;
+    });
+    int torn = 0;
+    int missing = 0;
+    while (!isDone) {
+        try {
+            const std::string content = Folder.Read("file");
+            torn += content == whole[0] || content == whole[1] ? 0 : 1;
+        } catch (const std::runtime_error&) {
+            // Windows does not open a file that is being replaced.
+            missing += Folder.Exists("file") ? 0 : 1;
+        }
+    }
+    writer.join();
+    EXPECT_EQ(torn, 0);
+    EXPECT_EQ(missing, 0);
 }
 
 TEST_F(SystemFilesTest, ReplacesAFileThatIsNotThereYet) {
