@@ -26,7 +26,9 @@ class OpenFile {
 public:
     virtual ~OpenFile() = default;
     OpenFile(const OpenFile&) = delete;
+    OpenFile(OpenFile&&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
+    OpenFile& operator=(OpenFile&&) = delete;
 
     /// Size in bytes, -1 when it cannot be told.
     virtual std::int64_t Size() const = 0;

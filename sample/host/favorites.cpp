@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <iterator>
+#include <string>
 
 namespace pmx::host {
 
@@ -68,11 +69,21 @@ void Favorites::Reload() {
 
 void Favorites::AddStandardFavorites() {
     for (const auto& [number, icon, onToolbar] : StandardFavorites) {
+        if (HasStandard(number)) {
+            continue;
+        }
         const std::string name = ToNarrow(ResourceText(IDS_STANDARD_1 + static_cast<unsigned>(number) - 1));
         const auto create = onToolbar ? EX_CreateDefaultChoice : EX_CreateDefaultTempl;
         create(List.get(), name.c_str(), number, icon);
     }
     ReadInfos();
+}
+
+bool Favorites::HasStandard(std::int64_t number) const {
+    const std::string file =
+        std::to_string(number); // A standard favorite has its number in the place of a path.
+    return std::any_of(Infos.begin(), Infos.end(),
+                       [&](const TemplInfo& info) { return IsStandard(info) && info.FilePath == file; });
 }
 
 void Favorites::ReadInfos() {

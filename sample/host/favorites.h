@@ -48,6 +48,7 @@ public:
     Outcome ShowRegister(const sample::AttributeTable& table, HWND owner);
     Outcome ShowBasicList(HWND owner);
 
+    /// Adds those of the standard favorites that the list does not have.
     void AddStandardFavorites();
 
 private:
@@ -57,6 +58,7 @@ private:
 
     void Open();
     void ReadInfos();
+    bool HasStandard(std::int64_t number) const;
     std::vector<TemplInfo> InfosOf(std::int32_t level) const;
     Outcome Reloaded(std::int64_t result);
 

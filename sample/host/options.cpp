@@ -42,6 +42,9 @@ Options ReadOptions() {
     if (options.FavoritesFolder.empty()) {
         options.FavoritesFolder = FolderBesideProgram(L"favorites");
     }
+    // The list file is reached through the system's profile functions, which take a bare name for the Windows
+    // folder's.
+    options.FavoritesFolder = std::filesystem::absolute(options.FavoritesFolder).wstring();
     return options;
 }
 

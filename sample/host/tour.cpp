@@ -18,6 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr const wchar_t* MenuClass = L"#32768";
 constexpr auto LongestWait = std::chrono::seconds(60);
 
 struct NotificationCloser {
@@ -40,6 +41,8 @@ void Tour::Run(const std::stop_token& stop) {
         Step("window");
         ShowToolbarFavorites();
         ShowSettings();
+        ShowMenu(L'a', "menu-favorites");
+        ShowMenu(L'd', "menu-settings");
         Complete = !stop.stop_requested();
         std::ofstream(Folder / "complete").close();
     } catch (const std::exception& error) {
@@ -70,6 +73,20 @@ void Tour::ShowSettings() {
     Step("six-on-a-sheet");
 }
 
+/// Opens a menu by its access key, as the keyboard does, and closes it again.
+void Tour::ShowMenu(wchar_t accessKey, const std::string& name) {
+    const auto isOpen = [] { return IsWindowVisible(FindWindowW(MenuClass, nullptr)) != FALSE; };
+    PostMessageW(Window, WM_SYSCOMMAND, SC_KEYMENU, accessKey);
+    if (!WaitFor(isOpen)) {
+        throw std::runtime_error("the menu of step " + name + " did not open");
+    }
+    Step(name);
+    SendMessageW(Window, WM_CANCELMODE, 0, 0);
+    if (!WaitFor([&] { return !isOpen(); })) {
+        throw std::runtime_error("the menu of step " + name + " did not close");
+    }
+}
+
 /// Returns when the command has been carried out.
 void Tour::Choose(int command) {
     SendMessageW(Window, WM_COMMAND, static_cast<WPARAM>(command), 0);
@@ -87,21 +104,25 @@ void Tour::Step(const std::string& name) {
     }
 }
 
-bool Tour::WaitUntilGone(const std::filesystem::path& file) {
+/// Looks at the condition again whenever a file changes in the tour's folder, and every now and then.
+bool Tour::WaitFor(const std::function<bool()>& condition) const {
     const Notification changes(
         FindFirstChangeNotificationW(Folder.c_str(), FALSE, FILE_NOTIFY_CHANGE_FILE_NAME));
     const auto end = Clock::now() + LongestWait;
-    while (std::filesystem::exists(file)) {
+    while (!condition()) {
         if (Clock::now() > end) {
             return false;
         }
-        // A removal from outside Wine may go unnoticed, so look again from time to time.
         constexpr DWORD Pause = 50;
         if (WaitForSingleObject(changes.get(), Pause) == WAIT_OBJECT_0) {
             FindNextChangeNotification(changes.get());
         }
     }
     return true;
+}
+
+bool Tour::WaitUntilGone(const std::filesystem::path& file) {
+    return WaitFor([&file] { return !std::filesystem::exists(file); });
 }
 
 } // namespace pmx::host

@@ -24,8 +24,10 @@ private:
     void Run(const std::stop_token& stop);
     void ShowToolbarFavorites();
     void ShowSettings();
+    void ShowMenu(wchar_t accessKey, const std::string& name);
     void Choose(int command);
     void Step(const std::string& name);
+    bool WaitFor(const std::function<bool()>& condition) const;
     bool WaitUntilGone(const std::filesystem::path& file);
 
     HWND Window;

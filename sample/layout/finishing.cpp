@@ -51,12 +51,11 @@ Segment CornerStaple(Edge side, const Extent& paper) {
 }
 
 std::vector<Segment> SaddleStaples(const Extent& paper) {
-    std::vector<Segment> staples;
-    for (const int along : {paper.Height / 4, paper.Height * 3 / 4}) {
-        staples.push_back(
-            {{paper.Width / 2, along - StapleLength / 2}, {paper.Width / 2, along + StapleLength / 2}});
-    }
-    return staples;
+    const auto staple = [&paper](int along) {
+        return Segment{{paper.Width / 2, along - StapleLength / 2},
+                       {paper.Width / 2, along + StapleLength / 2}};
+    };
+    return {staple(paper.Height / 4), staple(paper.Height * 3 / 4)};
 }
 
 std::vector<Segment> StaplesOn(bool back, const Extent& paper, const AttributeTable& table) {
@@ -100,6 +99,7 @@ std::vector<Point> HolesOn(Edge edge, const Extent& paper, Punch kind) {
         distance = (length - 200) / (count - 1); // Small paper: as far apart as fits.
     }
     std::vector<Point> holes;
+    holes.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index) {
         holes.push_back(
             FromEdge(edge, length / 2 + (index * 2 - count + 1) * distance / 2, HoleFromEdge, paper));

@@ -65,7 +65,8 @@ std::size_t PlaceInGrid(int index, const Grid& grid, PageOrder order) {
     const bool fromRight = order == PageOrder::LeftThenDown || order == PageOrder::DownThenLeft;
     const int column = byColumn ? index / grid.Rows : index % grid.Columns;
     const int row = byColumn ? index % grid.Rows : index / grid.Columns;
-    return static_cast<std::size_t>(row * grid.Columns + (fromRight ? grid.Columns - 1 - column : column));
+    const int place = row * grid.Columns + (fromRight ? grid.Columns - 1 - column : column);
+    return static_cast<std::size_t>(place);
 }
 
 std::vector<PagesOfFace> FacesOf(const std::vector<int>& places, const AttributeTable& table) {

@@ -48,7 +48,9 @@ int32_t QrtFileOpen(const char* path, int32_t mode, QrtFile** file) {
         if (opened == nullptr) {
             return 0;
         }
-        *file = std::make_unique<QrtFile>(std::move(opened)).release();
+        auto owner = std::make_unique<QrtFile>();
+        owner->File = std::move(opened);
+        *file = owner.release();
         return 1;
     } catch (const std::bad_alloc&) {
         return 0;

@@ -43,7 +43,9 @@ class TemporaryFile {
 public:
     explicit TemporaryFile(std::string path) : Path(std::move(path)) {}
     TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile(TemporaryFile&&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(TemporaryFile&&) = delete;
     ~TemporaryFile() {
         if (!Kept) {
             unlink(Path.c_str());

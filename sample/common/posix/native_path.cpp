@@ -19,6 +19,7 @@ using Converter = std::unique_ptr<std::remove_pointer_t<iconv_t>, Closer>;
 
 std::string NativePath(std::string_view path) {
     const iconv_t opened = iconv_open("UTF-8", "CP932");
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the system's own value for failure
     if (opened == reinterpret_cast<iconv_t>(-1)) {
         return {};
     }
