@@ -121,7 +121,7 @@ bool ChangeProfile(const std::string& path, const Edit& edit) {
     if (!editor.IsChanged()) {
         return true;
     }
-    return WriteProfile(nativePath, posix::EncodedProfile(editor.Text(), text.Encoding()));
+    return WriteProfile(nativePath, editor.Bytes());
 }
 
 /// Calls `take` for the lines of the first section of that name until it returns false. All texts are those

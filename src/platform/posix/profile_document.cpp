@@ -10,10 +10,6 @@ namespace {
 
 constexpr std::string_view LineEnd = "\r\n";
 
-/// After this many rewrites a profile is in a form that further ones do not change: the first drops what
-/// stands after zeros and the headers without a name, the second what became a blank or repeated by that.
-constexpr std::size_t RewritesToSettle = 2;
-
 bool IsLineEnd(char character) {
     return character == '\r' || character == '\n';
 }
@@ -217,7 +213,15 @@ void ProfileEditor::Settle() {
         return;
     }
     MustSettle = false;
-    Source.Assign(Joined());
+    std::string text = Joined();
+    Written.reset();
+    if (Source.Encoding() == ProfileEncoding::CodePage && HasUnicodeMark(text)) {
+        SettledAfter = Rewrites + RewritesToSettle;
+        Source.Reread(text);
+        Written = std::move(text);
+    } else {
+        Source.Assign(std::move(text));
+    }
     Appended = {};
     Parse();
 }
@@ -225,7 +229,7 @@ void ProfileEditor::Settle() {
 void ProfileEditor::NoteChange(bool readsBackAsIs) {
     ++Rewrites;
     IsAsRead = false;
-    MustSettle = !readsBackAsIs || Rewrites <= RewritesToSettle;
+    MustSettle = !readsBackAsIs || Rewrites <= SettledAfter;
 }
 
 std::vector<ProfileLine>& ProfileEditor::LinesOf(Section& section) const {
@@ -259,7 +263,7 @@ bool ProfileEditor::RemoveSection(std::string_view name) {
 void ProfileEditor::RemoveSections(std::string_view name) {
     const std::string_view asked = FromCaller(name);
     while (RemoveSection(name)) {
-        if (Rewrites < RewritesToSettle) {
+        if (Rewrites < SettledAfter) {
             continue;
         }
         Settle();
@@ -405,7 +409,7 @@ void ProfileEditor::SetAll(std::string_view section, const std::vector<ProfileEn
     std::span<const ProfileEntry> rest = entries;
     bool mayAppend = true;
     while (!rest.empty()) {
-        if (mayAppend && Rewrites > RewritesToSettle) {
+        if (mayAppend && Rewrites > SettledAfter) {
             mayAppend = false;
             if (CanAppend(rest)) {
                 Appended = rest;
@@ -416,6 +420,13 @@ void ProfileEditor::SetAll(std::string_view section, const std::vector<ProfileEn
         Set(section, rest.front().Key, rest.front().Value);
         rest = rest.subspan(1);
     }
+}
+
+std::string ProfileEditor::Bytes() const {
+    if (IsAsRead && Written) {
+        return *Written;
+    }
+    return EncodedProfile(IsAsRead ? std::string(Source.View()) : Joined(), Source.Encoding());
 }
 
 std::string ProfileEditor::Joined() const {

@@ -84,10 +84,14 @@ public:
 
     bool IsChanged() const { return Rewrites != 0; }
 
-    /// The text to be written.
-    std::string Text() const { return IsAsRead ? std::string(Source.View()) : Joined(); }
+    /// The content of the file after the changes.
+    std::string Bytes() const;
 
 private:
+    /// After this many rewrites a profile is in a form that further ones do not change: the first drops what
+    /// stands after zeros and the headers without a name, the second what became a blank or repeated by that.
+    static constexpr std::size_t RewritesToSettle = 2;
+
     struct Section {
         std::string_view Name;
         std::string_view Body;          ///< the text of the lines; counts until they are needed one by one
@@ -112,8 +116,10 @@ private:
     std::vector<Section> Sections;     ///< the first holds the lines before the first header
     std::deque<std::string> Converted; ///< texts of calls that are not in the form of Source
     std::size_t Rewrites = 0;
-    bool IsAsRead = true;    ///< Sections have not changed since Source was parsed
-    bool MustSettle = false; ///< the text must be read again before the next change
+    std::size_t SettledAfter = RewritesToSettle; ///< as a number of Rewrites
+    std::optional<std::string> Written; ///< the bytes that Source was read from, if it took them for Unicode
+    bool IsAsRead = true;               ///< Sections have not changed since Source was parsed
+    bool MustSettle = false;            ///< the text must be read again before the next change
 
     std::size_t TargetNumber = 0;     ///< number of the section that Set worked on last plus one, or 0
     std::string_view TargetAskedFor;  ///< what Set was given for it

@@ -374,6 +374,12 @@ ProfileText::ProfileText(FileBytes content) : Content(std::move(content)) {
     }
 }
 
+void ProfileText::Reread(std::string_view content) {
+    FileBytes copy{std::make_unique_for_overwrite<char[]>(content.size()), content.size()};
+    std::copy(content.begin(), content.end(), copy.Data.get());
+    *this = ProfileText(std::move(copy));
+}
+
 void ProfileText::Assign(std::string text) {
     Converted = std::move(text);
     IsConverted = true;
@@ -395,6 +401,10 @@ CallText::CallText(std::string_view text, ProfileEncoding encoding) : Text(UpToZ
 
 std::string ToCaller(std::string_view profileText, ProfileEncoding encoding) {
     return encoding == ProfileEncoding::CodePage ? std::string(profileText) : FromUtf8(profileText);
+}
+
+bool HasUnicodeMark(std::string_view content) {
+    return MarkOf(content).Encoding != ProfileEncoding::CodePage;
 }
 
 std::string EncodedProfile(std::string text, ProfileEncoding encoding) {

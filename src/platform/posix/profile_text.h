@@ -52,6 +52,9 @@ public:
     /// Exchanges the text for another in the same form.
     void Assign(std::string text);
 
+    /// Exchanges the text for that of a file with that content.
+    void Reread(std::string_view content);
+
 private:
     FileBytes Content;
     std::string Converted; ///< counts when IsConverted
@@ -80,6 +83,9 @@ private:
 
 /// A piece of a profile's text, in code page 932.
 std::string ToCaller(std::string_view profileText, ProfileEncoding encoding);
+
+/// True when a file that begins with these bytes is taken for Unicode.
+bool HasUnicodeMark(std::string_view content);
 
 /// The bytes of a file with that text, its mark included.
 std::string EncodedProfile(std::string text, ProfileEncoding encoding);

@@ -1,5 +1,6 @@
 #include "platform/profile.h"
 
+#include "support/profile_checks.h"
 #include "support/temp_folder.h"
 
 #include <cstdint>
@@ -21,22 +22,6 @@ namespace {
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-/// Bytes as they would stand in a C++ literal, for messages.
-std::string Escaped(std::string_view bytes) {
-    constexpr std::string_view Digits = "0123456789abcdef";
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte >= 0x20 && byte < 0x7F && character != '\\') {
-            text += character;
-            continue;
-        }
-        text.append("\\x") += Digits[byte >> 4U];
-        text += Digits[byte & 15U];
-    }
-    return text;
-}
 
 constexpr const char* FileName = "list.ini";
 
@@ -517,23 +502,6 @@ TEST_F(ProfileTest, ChangesByOthersAreSeen) {
 
 using Entries = std::vector<ProfileEntry>;
 
-/// Writes the entries the plain way: removes the section until it is gone, then writes key by key.
-std::string PlainSequence(const TempFolder& folder, std::string_view content, std::string_view section,
-                          const Entries& entries) {
-    constexpr const char* PlainName = "plain.ini";
-    Profile& system = SystemProfile();
-    folder.Write(PlainName, content);
-    std::string before;
-    do {
-        before = folder.Read(PlainName);
-        EXPECT_TRUE(system.WriteString(folder.Path(PlainName), section, std::nullopt, std::nullopt));
-    } while (folder.Read(PlainName) != before);
-    for (const ProfileEntry& entry : entries) {
-        EXPECT_TRUE(system.WriteString(folder.Path(PlainName), section, entry.Key, entry.Value));
-    }
-    return folder.Read(PlainName);
-}
-
 struct ContentCase {
     const char* Name;
     std::string_view File;
@@ -561,6 +529,7 @@ constexpr ContentCase Contents[] = {
     {"LeadByteBeforeTheHeader", "[Alpha]\nx=\x83\n[List]\nNum=1\n"sv},
     {"SecondCodes", "[Alpha]\nx=\xED\x40\n[List]\nNum=1\n"sv},
     {"Japanese", "[\x83\x5D]\n\x83\x7E=\x95\x5C\n[List]\nNum=1\n"sv},
+    {"BeginsWithAMarkOnceWritten", " \xFF\xFE[A\r\n[List]\r\nNum=1\r\n[B]\r\nb=1\r\n"sv},
     {"Utf8", "\xEF\xBB\xBF[Alpha]\nx=\xE3\x82\xA2\n[List]\nNum=1\n"sv},
     {"Utf16", "\xFF\xFE[\0L\0i\0s\0t\0]\0\n\0a\0=\0\x31\0\n\0[\0B\0]\0"sv},
 };
@@ -615,7 +584,7 @@ protected:
         Folder.Write(FileName, content);
         EXPECT_TRUE(System.ReplaceSection(File(), "List", list.second));
         EXPECT_EQ(Escaped(Folder.Read(FileName)),
-                  Escaped(PlainSequence(Folder, content, "List", list.second)))
+                  Escaped(ReplacedPlainly(Folder, content, "List", list.second)))
             << list.first;
     }
 };
@@ -642,7 +611,7 @@ TEST_F(ProfileTest, ReplacingASectionWithAnOddNameLeavesTheBytesOfThePlainSequen
             Folder.Write(FileName, content);
             EXPECT_TRUE(System.ReplaceSection(File(), section, entries));
             EXPECT_EQ(Escaped(Folder.Read(FileName)),
-                      Escaped(PlainSequence(Folder, content, section, entries)))
+                      Escaped(ReplacedPlainly(Folder, content, section, entries)))
                 << Escaped(section) << " in " << Escaped(content);
         }
     }
