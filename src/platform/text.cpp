@@ -21,13 +21,12 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, const L
 
 std::size_t FindSingleByte(std::string_view text, char wanted, const LeadByteTable& leadBytes,
                            std::size_t from) {
-    for (std::size_t position = from; position < text.size();
-         position += CharacterLength(text, position, leadBytes)) {
-        if (text[position] == wanted) {
-            return position;
-        }
+    std::size_t position = text.find(wanted, from);
+    while (position != std::string_view::npos && IsTrailByte(text, position, leadBytes, from)) {
+        from = position + 1;
+        position = text.find(wanted, from);
     }
-    return std::string_view::npos;
+    return position;
 }
 
 std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByteTable& leadBytes) {
@@ -66,13 +65,12 @@ std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes) 
     while (begin < text.size() && IsBlank(text[begin])) {
         ++begin;
     }
-    std::size_t end = begin;
-    for (std::size_t position = begin; position < text.size();) {
-        const std::size_t length = CharacterLength(text, position, leadBytes);
-        if (length == 2 || !IsBlank(text[position])) {
-            end = position + length;
-        }
-        position += length;
+    std::size_t end = text.size();
+    while (end > begin && IsBlank(text[end - 1])) {
+        --end;
+    }
+    if (end < text.size() && IsTrailByte(text, end, leadBytes, begin)) {
+        ++end;
     }
     return text.substr(begin, end - begin);
 }

@@ -36,6 +36,17 @@ Text& SystemText();
 /// A lead byte at the very end counts as one byte.
 std::size_t CharacterLength(std::string_view text, std::size_t position, const LeadByteTable& leadBytes);
 
+/// True when the byte at `position` is the second of a character. `from` is a character boundary at or before
+/// it. Only the lead bytes right before the position are looked at: what is none ends a character.
+inline bool IsTrailByte(std::string_view text, std::size_t position, const LeadByteTable& leadBytes,
+                        std::size_t from = 0) {
+    std::size_t run = position;
+    while (run > from && leadBytes[static_cast<unsigned char>(text[run - 1])]) {
+        --run;
+    }
+    return (position - run) % 2 != 0;
+}
+
 /// Position of the first character that is the single byte `wanted`, at or after `from`, which must be a
 /// character boundary; npos when there is none. The second byte of a double-byte character never matches.
 std::size_t FindSingleByte(std::string_view text, char wanted, const LeadByteTable& leadBytes,

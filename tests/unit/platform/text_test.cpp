@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 namespace pmx {
 namespace {
 
@@ -64,6 +68,66 @@ TEST(FindSingleByte, PassesOverSecondBytes) {
     ASSERT_EQ(backslashes, "\x95\x5C\x83\x5C");
     EXPECT_EQ(FindSingleByte(backslashes, '\\', LeadBytes()), std::string_view::npos);
     EXPECT_EQ(FindSingleByte(backslashes + "\\a", '\\', LeadBytes()), 4U);
+}
+
+/// Calls `check` with every text of up to six bytes made of a letter, a blank, the separator and two lead
+/// bytes, one of which is also a trail byte.
+template <typename Check>
+void ForEveryText(Check check) {
+    constexpr std::string_view Bytes = "a ~\x83\x95";
+    constexpr std::size_t MostBytes = 6;
+    for (std::size_t length = 0; length <= MostBytes; ++length) {
+        std::string digits(length, '\0');
+        do {
+            std::string text;
+            for (const char digit : digits) {
+                text += Bytes[static_cast<std::size_t>(digit)];
+            }
+            check(text);
+            std::size_t place = 0;
+            while (place < length && ++digits[place] == static_cast<char>(Bytes.size())) {
+                digits[place++] = '\0';
+            }
+            if (place == length) {
+                break;
+            }
+        } while (true);
+    }
+}
+
+TEST(FindSingleByte, FindsWhatWalkingFromCharacterToCharacterFinds) {
+    ForEveryText([](const std::string& text) {
+        std::size_t expected = std::string_view::npos;
+        for (std::size_t position = 0; position < text.size() && expected == std::string_view::npos;
+             position += CharacterLength(text, position, LeadBytes())) {
+            expected = text[position] == '~' ? position : expected;
+        }
+        ASSERT_EQ(FindSingleByte(text, '~', LeadBytes()), expected) << testing::PrintToString(text);
+    });
+}
+
+TEST(Trimmed, CutsWhatWalkingFromCharacterToCharacterCuts) {
+    ForEveryText([](const std::string& text) {
+        const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
+        std::size_t end = begin;
+        for (std::size_t position = begin; position < text.size();) {
+            const std::size_t length = CharacterLength(text, position, LeadBytes());
+            end = length == 2 || text[position] != ' ' ? position + length : end;
+            position += length;
+        }
+        ASSERT_EQ(Trimmed(text, LeadBytes()), text.substr(begin, end - begin))
+            << testing::PrintToString(text);
+    });
+}
+
+TEST(IsTrailByte, IsTrueForTheSecondByteOfACharacterOnly) {
+    const std::string text = Sjis(u8"ミ") + "~\x83\x83~";
+    EXPECT_FALSE(IsTrailByte(text, 0, LeadBytes()));
+    EXPECT_TRUE(IsTrailByte(text, 1, LeadBytes()));
+    EXPECT_FALSE(IsTrailByte(text, 2, LeadBytes()));
+    EXPECT_TRUE(IsTrailByte(text, 4, LeadBytes()));
+    EXPECT_FALSE(IsTrailByte(text, 5, LeadBytes()));
+    EXPECT_TRUE(IsTrailByte(text, 5, LeadBytes(), 4));
 }
 
 TEST(FindSingleByte, BeginsAtTheGivenPlace) {
