@@ -19,12 +19,6 @@ std::string InOneCase(std::string_view name) {
     return folded;
 }
 
-std::string_view WithoutQuotes(std::string_view text) {
-    const bool isQuoted =
-        text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
-    return isQuoted ? text.substr(1, text.size() - 2) : text;
-}
-
 void SectionLines::TakeBare(std::string_view name) {
     Hidden.insert(InOneCase(name));
 }

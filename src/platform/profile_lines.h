@@ -10,7 +10,11 @@ namespace pmx {
 
 /// The text without one outer pair of quotes of the same kind (`"` or `'`), as the platform's reading of a
 /// value removes it.
-std::string_view WithoutQuotes(std::string_view text);
+inline std::string_view WithoutQuotes(std::string_view text) {
+    const bool isQuoted =
+        text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
 
 /// The name with A to Z as small letters; names that the platform takes for the same become equal.
 std::string InOneCase(std::string_view name);

@@ -127,14 +127,16 @@ bool ProfileReader::NextSection(std::string_view& name) {
     return false;
 }
 
-ProfileLine ProfileReader::Split() const {
+void ProfileReader::Split(ProfileLine& line) const {
     const char* const end = Line.data() + Line.size();
     const char* const sign = Find(Line.data(), end, '=');
-    const std::string_view name(Line.data(), static_cast<std::size_t>(sign - Line.data()));
+    line.Name = {Line.data(), static_cast<std::size_t>(sign - Line.data())};
     if (sign == end) {
-        return {name, std::nullopt};
+        line.Value.reset();
+        return;
     }
-    return {WithoutBlanks(name), WithoutLeadingBlanks({sign + 1, static_cast<std::size_t>(end - sign - 1)})};
+    line.Name = WithoutBlanks(line.Name);
+    line.Value = WithoutLeadingBlanks({sign + 1, static_cast<std::size_t>(end - sign - 1)});
 }
 
 bool ProfileReader::NextLine(ProfileLine& line) {
@@ -144,7 +146,7 @@ bool ProfileReader::NextLine(ProfileLine& line) {
         if (HasLine) {
             return false;
         }
-        line = Split();
+        Split(line);
         if (line.Name.empty() && AfterEmptyName) {
             continue;
         }

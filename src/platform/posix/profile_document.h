@@ -41,7 +41,7 @@ public:
 private:
     bool ReadLine();
     bool ReadHeader(std::string_view& name) const;
-    ProfileLine Split() const;
+    void Split(ProfileLine& line) const;
 
     const char* Position;
     const char* End;
