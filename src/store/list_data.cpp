@@ -4,6 +4,9 @@
 
 namespace pmx {
 
+// Not defaulted in the class: making many records would otherwise fill each with zeros first.
+CPMXTemplUIListData::CPMXTemplUIListData() = default;
+
 CPMXTemplUIListData::~CPMXTemplUIListData() {
     ReleaseDocument();
 }

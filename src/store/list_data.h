@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace pmx {
 
@@ -28,7 +29,7 @@ public:
 /// result.
 class CPMXTemplUIListData {
 public:
-    CPMXTemplUIListData() = default;
+    CPMXTemplUIListData();
     CPMXTemplUIListData(const CPMXTemplUIListData&) = delete;
     CPMXTemplUIListData(CPMXTemplUIListData&&) = delete;
     CPMXTemplUIListData& operator=(CPMXTemplUIListData&&) = delete;
@@ -46,7 +47,7 @@ public:
 
     /// Display name, unique in the list without regard to case.
     const std::string& GetName() const { return Name; }
-    void SetName(std::string name) { Name = std::move(name); }
+    void SetName(std::string_view name) { Name = name; }
 
     /// 1 document, 2 section, 3 sheet, 4 face, 5 page; above 100 a standard favorite made through the
     /// exports.
@@ -56,7 +57,7 @@ public:
     /// Name of the favorite file in the favorites folder; of a level above 100, the standard number in
     /// decimal.
     const std::string& GetFileName() const { return FileName; }
-    void SetFileName(std::string fileName) { FileName = std::move(fileName); }
+    void SetFileName(std::string_view fileName) { FileName = fileName; }
 
     /// 1 when the favorite file was made while the editor is open.
     std::int32_t GetNewFlag() const { return NewFlag; }

@@ -23,12 +23,20 @@ void WriteFlag(std::string& value, bool set) {
     value.push_back(set ? '1' : '0');
 }
 
+bool IsBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
 bool EqualKey(std::string_view key, std::string_view wanted) {
     const auto upper = [](char letter) {
         return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
     };
-    return std::equal(key.begin(), key.end(), wanted.begin(), wanted.end(),
-                      [&](char left, char right) { return upper(left) == upper(right); });
+    return key == wanted || std::equal(key.begin(), key.end(), wanted.begin(), wanted.end(),
+                                       [&](char left, char right) { return upper(left) == upper(right); });
 }
 
 /// The number in a "TemplateData" key written as the writer would write it; none for any other key.
@@ -37,13 +45,47 @@ std::optional<std::int32_t> DataKeyNumber(std::string_view key) {
         return std::nullopt;
     }
     const std::string_view digits = key.substr(DataKeyPrefix.size());
-    if (digits.front() < '0' || digits.front() > '9' || (digits.front() == '0' && digits.size() > 1)) {
+    if (!IsDigit(digits.front()) || (digits.front() == '0' && digits.size() > 1)) {
         return std::nullopt;
     }
     std::int32_t number = 0;
     const std::from_chars_result end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     const bool whole = end.ec == std::errc() && end.ptr == digits.data() + digits.size();
     return whole ? std::optional(number) : std::nullopt;
+}
+
+/// Position of the separator at or after `begin`, or of the value's end.
+std::size_t FieldEnd(std::string_view value, std::size_t begin, const LeadByteTable& leadBytes) {
+    // Most fields are short numbers.
+    std::size_t position = begin;
+    while (position < value.size() && IsDigit(value[position])) {
+        ++position;
+    }
+    if (position == value.size() || value[position] == FieldSeparator) {
+        return position;
+    }
+    do {
+        position = value.find(FieldSeparator, position + 1);
+    } while (position != std::string_view::npos && IsTrailByte(value, position, leadBytes, begin));
+    return std::min(position, value.size());
+}
+
+/// Takes over the fields of a value, passing over empty ones; false unless there are exactly as many as a
+/// favorite has and all are accepted.
+bool ReadFields(std::string_view value, const LeadByteTable& leadBytes, CPMXTemplUIListData& record) {
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin < value.size();) {
+        const std::size_t end = FieldEnd(value, begin, leadBytes);
+        if (end > begin) {
+            const std::string_view text(value.data() + begin, end - begin);
+            if (count == ListFields.size() || !ListFields[count].Read(record, text, leadBytes)) {
+                return false;
+            }
+            ++count;
+        }
+        begin = end + 1;
+    }
+    return count == ListFields.size();
 }
 
 /// Puts the values of a section, met in any order and with duplicates, into the order of their numbers. Those
@@ -143,7 +185,7 @@ const std::array<ListField, ListFieldCount> ListFields = {{
      }},
     {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetName(); },
      [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-         record.SetName(std::string(Trimmed(text, leadBytes)));
+         record.SetName(Trimmed(text, leadBytes));
          return !record.GetName().empty();
      }},
     {[](const CPMXTemplUIListData& record, std::string& value) { AppendNumber(value, record.GetLevel()); },
@@ -167,28 +209,28 @@ const std::array<ListField, ListFieldCount> ListFields = {{
      }},
     {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetFileName(); },
      [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-         record.SetFileName(std::string(Trimmed(text, leadBytes)));
+         record.SetFileName(Trimmed(text, leadBytes));
          return !record.GetFileName().empty();
      }},
 }};
 
 std::int32_t LeadingNumber(std::string_view text) {
+    if (text.size() == 1) {
+        return IsDigit(text[0]) ? text[0] - '0' : 0;
+    }
     std::size_t position = 0;
-    while (position < text.size() &&
-           (text[position] == ' ' || (text[position] >= '\t' && text[position] <= '\r'))) {
+    while (position < text.size() && IsBlank(text[position])) {
         ++position;
     }
-    bool negative = false;
-    if (position < text.size() && (text[position] == '-' || text[position] == '+')) {
-        negative = text[position] == '-';
-        ++position;
-    }
+    const bool hasSign = position < text.size() && (text[position] == '-' || text[position] == '+');
+    const bool isNegative = hasSign && text[position] == '-';
+    position += hasSign ? 1 : 0;
     constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
     std::int64_t number = 0;
-    for (; position < text.size() && text[position] >= '0' && text[position] <= '9'; ++position) {
+    for (; position < text.size() && IsDigit(text[position]); ++position) {
         number = std::min(number * 10 + (text[position] - '0'), Most + 1);
     }
-    return static_cast<std::int32_t>(negative ? -number : std::min(number, Most));
+    return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
 }
 
 std::string FormatListValue(const CPMXTemplUIListData& record) {
@@ -205,27 +247,9 @@ std::string FormatListValue(const CPMXTemplUIListData& record) {
 }
 
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes) {
-    std::array<std::string_view, ListFieldCount> texts;
-    std::size_t count = 0;
-    for (std::size_t begin = 0; begin < value.size();) {
-        const std::size_t end =
-            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
-        if (end > begin) {
-            if (count == texts.size()) {
-                return nullptr;
-            }
-            texts[count++] = value.substr(begin, end - begin);
-        }
-        begin = end + 1;
-    }
-    if (count != texts.size()) {
-        return nullptr;
-    }
     auto record = std::make_unique<CPMXTemplUIListData>();
-    for (std::size_t index = 0; index < texts.size(); ++index) {
-        if (!ListFields[index].Read(*record, texts[index], leadBytes)) {
-            return nullptr;
-        }
+    if (!ReadFields(value, leadBytes, *record)) {
+        return nullptr;
     }
     if (IsStandardLevel(record->GetLevel()) && !IsKnownStandardNumber(LeadingNumber(record->GetFileName()))) {
         return nullptr;
