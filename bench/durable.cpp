@@ -23,7 +23,8 @@ void Check(bool isDone, const char* what) {
 
 class Descriptor {
 public:
-    Descriptor(const std::string& path, int flags) : Number(open(path.c_str(), flags | O_CLOEXEC, NewFileMode)) {
+    Descriptor(const std::string& path, int flags)
+        : Number(open(path.c_str(), flags | O_CLOEXEC, NewFileMode)) {
         Check(Number >= 0, path.c_str());
     }
     ~Descriptor() { close(Number); }

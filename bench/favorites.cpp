@@ -56,9 +56,8 @@ Records MakeFavorites(std::size_t count) {
 }
 
 bool AreEqual(const Records& left, const Records& right) {
-    return std::equal(
-        left.begin(), left.end(), right.begin(), right.end(),
-        [](const auto& first, const auto& second) { return AreEqualRecords(*first, *second); });
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const auto& first, const auto& second) { return AreEqualRecords(*first, *second); });
 }
 
 FavoritesFolder::FavoritesFolder(std::size_t count) : FavoriteCount(count) {

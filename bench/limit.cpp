@@ -3,6 +3,7 @@
 #include "durable.h"
 #include "parse.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -15,6 +16,7 @@ namespace {
 constexpr std::string_view Header = "[PMXTemplateList]";
 constexpr std::string_view CountKey = "TemplateNum";
 constexpr std::string_view LineEnd = "\r\n";
+constexpr std::size_t ShortestLine = std::string_view("TemplateData0=0~a~1~0~0~b\n").size();
 
 /// Takes the next line, without its end, off the text.
 std::string_view TakeLine(std::string_view& text) {
@@ -68,13 +70,13 @@ Records LoadAtLimit(const std::string& path) {
         const std::string_view key = line.substr(0, equals);
         const std::string_view value = line.substr(equals + 1);
         if (const std::optional<std::size_t> number = DataNumber(key)) {
-            std::unique_ptr<CPMXTemplUIListData> record =
-                *number < count ? FavoriteOf(value, true) : nullptr;
+            std::unique_ptr<CPMXTemplUIListData> record = *number < count ? FavoriteOf(value, true) : nullptr;
             if (record) {
                 records.push_back(std::move(record));
             }
         } else if (key == CountKey) {
             count = CountOf(value);
+            records.reserve(std::min(count, text.size() / ShortestLine));
         }
     }
     return records;

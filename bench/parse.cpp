@@ -46,13 +46,24 @@ Number NumberOf(std::string_view text) {
     return number;
 }
 
-std::size_t SeparatorAfter(std::string_view value, std::size_t begin, bool isDoubleByte) {
-    if (!isDoubleByte) {
-        return std::min(value.find(Separator, begin), value.size());
+constexpr bool IsLeadByte(char character) {
+    return LeadBytes[static_cast<unsigned char>(character)];
+}
+
+/// True when the byte at `position`, itself no lead byte, is the second of a character of the text from
+/// `begin`: when an odd number of lead bytes stands right before it.
+bool IsTrailByte(std::string_view text, std::size_t begin, std::size_t position) {
+    std::size_t run = position;
+    while (run > begin && IsLeadByte(text[run - 1])) {
+        --run;
     }
-    std::size_t position = begin;
-    while (position < value.size() && value[position] != Separator) {
-        position += LeadBytes[static_cast<unsigned char>(value[position])] ? 2 : 1;
+    return (position - run) % 2 != 0;
+}
+
+std::size_t SeparatorAfter(std::string_view value, std::size_t begin, bool isDoubleByte) {
+    std::size_t position = value.find(Separator, begin);
+    while (isDoubleByte && position != std::string_view::npos && IsTrailByte(value, begin, position)) {
+        position = value.find(Separator, position + 1);
     }
     return std::min(position, value.size());
 }
@@ -107,11 +118,11 @@ std::unique_ptr<CPMXTemplUIListData> FavoriteOf(std::string_view value, bool isD
     }
     auto record = std::make_unique<CPMXTemplUIListData>();
     record->SetStandard(NumberOf<std::int32_t>(fields[0]) != 0 ? 1 : 0);
-    record->SetName(std::string(name));
+    record->SetName(name);
     record->SetLevel(level);
     record->SetToolbar(NumberOf<std::int32_t>(fields[3]) != 0 ? 1 : 0);
     record->SetIconIndex(NumberOf<std::int32_t>(fields[4]));
-    record->SetFileName(std::string(fileName));
+    record->SetFileName(fileName);
     return record;
 }
 

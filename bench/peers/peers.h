@@ -10,8 +10,8 @@ namespace pmx::bench {
 /// Another INI library doing the same work. Paths are the system's.
 struct Peer {
     const char* Name;
-    /// It takes only UTF-8: it gets the same file in UTF-8, and its records' texts are UTF-8, so no conversion
-    /// is charged to it.
+    /// It takes only UTF-8: it gets the same file in UTF-8, and its records' texts are UTF-8, so no
+    /// conversion is charged to it.
     bool IsUtf8;
     /// Reads the file into records, in the order of their numbers.
     Records (*Load)(const std::string& path);

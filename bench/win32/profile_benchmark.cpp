@@ -71,7 +71,8 @@ void MeasureAll() {
     const auto list = folder.Open();
 
     Require(AreEqual(LoadKeyByKey(path), favorites), "key by key, something else is loaded");
-    Require(list->LoadList() && list->GetSize() == static_cast<std::int64_t>(Count), "the store does not load");
+    Require(list->LoadList() && list->GetSize() == static_cast<std::int64_t>(Count),
+            "the store does not load");
     Measure("load", "section", [&] { list->LoadList(); });
     Measure("load", "keys", [&] { LoadKeyByKey(path); });
     Measure("save", "section", [&] { Require(list->WriteListFile(), "the store does not save"); });
