@@ -43,11 +43,11 @@ private:
 
 const BuiltResources& BuiltResources::Of(Language language) {
     if (language == Language::Japanese) {
-        static const CompiledResources japanese("PMXTemplUI.res");
-        return japanese;
+        static const CompiledResources Japanese("PMXTemplUI.res");
+        return Japanese;
     }
-    static const CompiledResources english("PMXTemplUIENU.res");
-    return english;
+    static const CompiledResources English("PMXTemplUIENU.res");
+    return English;
 }
 
 bool HasShiftJisCode(std::u16string_view text) {

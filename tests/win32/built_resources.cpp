@@ -54,11 +54,11 @@ private:
 
 const BuiltResources& BuiltResources::Of(Language language) {
     if (language == Language::Japanese) {
-        static const LibraryResources japanese("PMXTemplUI.dll");
-        return japanese;
+        static const LibraryResources Japanese("PMXTemplUI.dll");
+        return Japanese;
     }
-    static const LibraryResources english("PMXTemplUIENU.dll");
-    return english;
+    static const LibraryResources English("PMXTemplUIENU.dll");
+    return English;
 }
 
 bool HasShiftJisCode(std::u16string_view text) {

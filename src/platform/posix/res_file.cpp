@@ -116,7 +116,7 @@ std::optional<ResFile> ResFile::Read(std::span<const std::byte> file) {
         if (!entry) {
             return std::nullopt;
         }
-        entries.push_back(*std::move(entry));
+        entries.push_back(*entry);
     }
     return ResFile(std::move(entries));
 }

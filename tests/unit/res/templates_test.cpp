@@ -58,89 +58,86 @@ struct ExpectedDialog {
     std::vector<int> TabStops; ///< in order, ending with the buttons that close the dialog
 };
 
-const std::vector<ExpectedDialog>& ExpectedDialogs() {
-    static const std::vector<ExpectedDialog> dialogs{
-        {100,
-         u8"お気に入りの編集",
-         9,
-         std::nullopt,
-         {{3009, "STATIC", u8"お気に入り一覧(&T):"},
-          {3034, "SYSLISTVIEW32", u8"", ReportView | Border},
-          {3024, "BUTTON", u8"新規(&N)..."},
-          {3022, "BUTTON", u8"編集(&E)..."},
-          {3026, "BUTTON", u8"コピー(&C)..."},
-          {3023, "BUTTON", u8"削除(&L)"},
-          {3016, "BUTTON", u8"↑上へ(&U)"},
-          {3017, "BUTTON", u8"↓下へ(&D)"},
-          {3025, "BUTTON", u8"アイコンの変更(&S)..."},
-          {3006, "STATIC", u8"現在のアイコン:"},
-          {3040, "STATIC", u8"", Icon | Border},
-          {3007, "STATIC", u8"名前(&A):"},
-          {3042, "EDIT", u8"", AutoScroll | Border},
-          {3018, "BUTTON", u8"取り込み(&I)..."},
-          {3020, "BUTTON", u8"書き出し(&O)..."},
-          {1, "BUTTON", u8"OK", DefaultButton},
-          {2, "BUTTON", u8"キャンセル"}},
-         {3034, 3024, 3022, 3026, 3023, 3016, 3017, 3025, 3042, 3018, 3020, 1, 2}},
-        {101,
-         u8"お気に入りの新規作成",
-         10,
-         std::pair{203, 162},
-         {{3015, "STATIC", u8"", NoPrefix},
-          {3012, "STATIC", u8"作成するお気に入りの名前(&N):"},
-          {3044, "EDIT", u8"", AutoScroll | Border},
-          {3014, "STATIC", u8"作成するお気に入りの属性"},
-          {3013, "STATIC", u8"", EtchedLine},
-          {3028, "BUTTON", u8"文書(&D)", AutoRadioButton},
-          {3029, "BUTTON", u8"セクション(&S)", AutoRadioButton},
-          {3030, "BUTTON", u8"用紙(&H)", AutoRadioButton},
-          {3031, "BUTTON", u8"面(&F)", AutoRadioButton},
-          {3032, "BUTTON", u8"原稿(&P)", AutoRadioButton},
-          {1, "BUTTON", u8"OK", DefaultButton},
-          {2, "BUTTON", u8"キャンセル"}},
-         {3044, 3028, 1, 2}},
-        {102,
-         u8"アイコンの変更",
-         9,
-         std::pair{262, 203},
-         {{3010, "STATIC", u8"アイコン一覧(&I)"},
-          {3035, "SYSLISTVIEW32", u8"", IconViewWithoutHeader | Border},
-          {1, "BUTTON", u8"OK", DefaultButton},
-          {2, "BUTTON", u8"キャンセル"}},
-         {3035, 1, 2}},
-        {103,
-         u8"お気に入りの登録",
-         9,
-         std::pair{213, 86},
-         {{3045, "STATIC", u8"お気に入りの名前(&A):"},
-          {3046, "EDIT", u8"", AutoScroll | Border},
-          {3006, "STATIC", u8"現在のアイコン:"},
-          {3038, "STATIC", u8"", Icon | Border},
-          {3049, "BUTTON", u8"アイコンの変更(&S)..."},
-          {3000, "STATIC", u8"", EtchedLine},
-          {1, "BUTTON", u8"OK", DefaultButton},
-          {2, "BUTTON", u8"キャンセル"}},
-         {3046, 3049, 1, 2}},
-        {104,
-         u8"お気に入りの編集",
-         9,
-         std::pair{314, 195},
-         {{3004, "STATIC", u8"お気に入り一覧(&T):"},
-          {3037, "SYSLISTVIEW32", u8"", ReportView | Border},
-          {3027, "BUTTON", u8"削除(&L)"},
-          {3047, "BUTTON", u8"↑上へ(&U)"},
-          {3048, "BUTTON", u8"↓下へ(&D)"},
-          {3025, "BUTTON", u8"アイコンの変更(&S)..."},
-          {3006, "STATIC", u8"現在のアイコン:"},
-          {3039, "STATIC", u8"", Icon | Border},
-          {3003, "STATIC", u8"名前(&A):"},
-          {3041, "EDIT", u8"", AutoScroll | Border},
-          {3000, "STATIC", u8"", EtchedLine},
-          {1, "BUTTON", u8"OK", DefaultButton},
-          {2, "BUTTON", u8"キャンセル"}},
-         {3037, 3027, 3047, 3048, 3025, 3041, 1, 2}}};
-    return dialogs;
-}
+const std::vector<ExpectedDialog> ExpectedDialogs{
+    {100,
+     u8"お気に入りの編集",
+     9,
+     std::nullopt,
+     {{3009, "STATIC", u8"お気に入り一覧(&T):"},
+      {3034, "SYSLISTVIEW32", u8"", ReportView | Border},
+      {3024, "BUTTON", u8"新規(&N)..."},
+      {3022, "BUTTON", u8"編集(&E)..."},
+      {3026, "BUTTON", u8"コピー(&C)..."},
+      {3023, "BUTTON", u8"削除(&L)"},
+      {3016, "BUTTON", u8"↑上へ(&U)"},
+      {3017, "BUTTON", u8"↓下へ(&D)"},
+      {3025, "BUTTON", u8"アイコンの変更(&S)..."},
+      {3006, "STATIC", u8"現在のアイコン:"},
+      {3040, "STATIC", u8"", Icon | Border},
+      {3007, "STATIC", u8"名前(&A):"},
+      {3042, "EDIT", u8"", AutoScroll | Border},
+      {3018, "BUTTON", u8"取り込み(&I)..."},
+      {3020, "BUTTON", u8"書き出し(&O)..."},
+      {1, "BUTTON", u8"OK", DefaultButton},
+      {2, "BUTTON", u8"キャンセル"}},
+     {3034, 3024, 3022, 3026, 3023, 3016, 3017, 3025, 3042, 3018, 3020, 1, 2}},
+    {101,
+     u8"お気に入りの新規作成",
+     10,
+     std::pair{203, 162},
+     {{3015, "STATIC", u8"", NoPrefix},
+      {3012, "STATIC", u8"作成するお気に入りの名前(&N):"},
+      {3044, "EDIT", u8"", AutoScroll | Border},
+      {3014, "STATIC", u8"作成するお気に入りの属性"},
+      {3013, "STATIC", u8"", EtchedLine},
+      {3028, "BUTTON", u8"文書(&D)", AutoRadioButton},
+      {3029, "BUTTON", u8"セクション(&S)", AutoRadioButton},
+      {3030, "BUTTON", u8"用紙(&H)", AutoRadioButton},
+      {3031, "BUTTON", u8"面(&F)", AutoRadioButton},
+      {3032, "BUTTON", u8"原稿(&P)", AutoRadioButton},
+      {1, "BUTTON", u8"OK", DefaultButton},
+      {2, "BUTTON", u8"キャンセル"}},
+     {3044, 3028, 1, 2}},
+    {102,
+     u8"アイコンの変更",
+     9,
+     std::pair{262, 203},
+     {{3010, "STATIC", u8"アイコン一覧(&I)"},
+      {3035, "SYSLISTVIEW32", u8"", IconViewWithoutHeader | Border},
+      {1, "BUTTON", u8"OK", DefaultButton},
+      {2, "BUTTON", u8"キャンセル"}},
+     {3035, 1, 2}},
+    {103,
+     u8"お気に入りの登録",
+     9,
+     std::pair{213, 86},
+     {{3045, "STATIC", u8"お気に入りの名前(&A):"},
+      {3046, "EDIT", u8"", AutoScroll | Border},
+      {3006, "STATIC", u8"現在のアイコン:"},
+      {3038, "STATIC", u8"", Icon | Border},
+      {3049, "BUTTON", u8"アイコンの変更(&S)..."},
+      {3000, "STATIC", u8"", EtchedLine},
+      {1, "BUTTON", u8"OK", DefaultButton},
+      {2, "BUTTON", u8"キャンセル"}},
+     {3046, 3049, 1, 2}},
+    {104,
+     u8"お気に入りの編集",
+     9,
+     std::pair{314, 195},
+     {{3004, "STATIC", u8"お気に入り一覧(&T):"},
+      {3037, "SYSLISTVIEW32", u8"", ReportView | Border},
+      {3027, "BUTTON", u8"削除(&L)"},
+      {3047, "BUTTON", u8"↑上へ(&U)"},
+      {3048, "BUTTON", u8"↓下へ(&D)"},
+      {3025, "BUTTON", u8"アイコンの変更(&S)..."},
+      {3006, "STATIC", u8"現在のアイコン:"},
+      {3039, "STATIC", u8"", Icon | Border},
+      {3003, "STATIC", u8"名前(&A):"},
+      {3041, "EDIT", u8"", AutoScroll | Border},
+      {3000, "STATIC", u8"", EtchedLine},
+      {1, "BUTTON", u8"OK", DefaultButton},
+      {2, "BUTTON", u8"キャンセル"}},
+     {3037, 3027, 3047, 3048, 3025, 3041, 1, 2}}};
 
 DialogTemplate Template(Language language, int id) {
     return test::ParseDialogTemplate(BuiltResources::Of(language).Find(ResourceKind::Dialog, id));
@@ -156,7 +153,7 @@ char AccessKey(const std::string& text) {
 
 TEST(JapaneseTemplates, HaveTheControlsOfTheirDialogs) {
     constexpr std::uint32_t VisibleChild = 0x50000000;
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         const DialogTemplate dialog = Template(Language::Japanese, expected.Id);
         EXPECT_EQ(dialog.Title, Sjis(expected.Title));
         ASSERT_EQ(dialog.Controls.size(), expected.Controls.size()) << expected.Id;
@@ -173,7 +170,7 @@ TEST(JapaneseTemplates, HaveTheControlsOfTheirDialogs) {
 }
 
 TEST(JapaneseTemplates, HaveTheirFontAndSize) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         const DialogTemplate dialog = Template(Language::Japanese, expected.Id);
         EXPECT_EQ(dialog.FontName, "MS UI Gothic") << expected.Id;
         EXPECT_EQ(dialog.FontPoints, expected.FontPoints) << expected.Id;
@@ -203,7 +200,7 @@ protected:
 };
 
 TEST_P(Templates, AreModalDialogsWithAHelpButton) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         const DialogTemplate dialog = Of(expected);
         EXPECT_EQ(dialog.Style & (ModalFrame | ContextHelp | CaptionWithMenu),
                   ModalFrame | ContextHelp | CaptionWithMenu)
@@ -212,7 +209,7 @@ TEST_P(Templates, AreModalDialogsWithAHelpButton) {
 }
 
 TEST_P(Templates, UseNoAccessKeyTwice) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         std::set<char> keys;
         for (const TemplateControl& control : Of(expected).Controls) {
             const char key = AccessKey(control.Text);
@@ -222,7 +219,7 @@ TEST_P(Templates, UseNoAccessKeyTwice) {
 }
 
 TEST_P(Templates, PutALabelWithAnAccessKeyDirectlyBeforeTheControlItNames) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         const DialogTemplate dialog = Of(expected);
         for (std::size_t index = 0; index + 1 < dialog.Controls.size(); ++index) {
             const TemplateControl& control = dialog.Controls[index];
@@ -235,7 +232,7 @@ TEST_P(Templates, PutALabelWithAnAccessKeyDirectlyBeforeTheControlItNames) {
 }
 
 TEST_P(Templates, AreWalkedWithTheTabKeyInReadingOrder) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         std::vector<int> stops;
         for (const TemplateControl& control : Of(expected).Controls) {
             if (control.IsTabStop()) {
@@ -263,7 +260,7 @@ TEST_P(Templates, KeepTheArrowKeysAmongTheLevels) {
 
 TEST_P(Templates, LeaveAMarginAndOverlapNothing) {
     constexpr int Margin = 7;
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         const DialogTemplate dialog = Of(expected);
         for (std::size_t index = 0; index < dialog.Controls.size(); ++index) {
             const TemplateControl& a = dialog.Controls[index];
@@ -299,7 +296,7 @@ int Decoration(ControlKind kind) {
 }
 
 TEST_P(Templates, CutOffNoText) {
-    for (const ExpectedDialog& expected : ExpectedDialogs()) {
+    for (const ExpectedDialog& expected : ExpectedDialogs) {
         for (const TemplateControl& control : Of(expected).Controls) {
             EXPECT_LE(TextUnits(control.Text) + Decoration(control.Kind), control.Width)
                 << expected.Id << ' ' << control.Id;
