@@ -7,6 +7,7 @@
 #include "store/levels.h"
 #include "store/list_holder.h"
 
+#include <functional>
 #include <memory>
 #include <new>
 
@@ -25,13 +26,15 @@ constexpr std::int64_t Failure = -1;
 template <typename Result, typename Work>
 Result InModule(Result failure, Work work) {
     Result result = failure;
-    pmx::SystemModuleStates().RunInside([&] {
+    const auto guarded = [&] {
         try {
             result = work();
         } catch (const std::bad_alloc&) {
             result = failure;
         }
-    });
+    };
+    // By reference, so that the call itself needs no memory.
+    pmx::SystemModuleStates().RunInside(std::ref(guarded));
     return result;
 }
 
