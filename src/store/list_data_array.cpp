@@ -139,7 +139,11 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
 }
 
 bool CPMXTemplUIListDataArray::WriteListFile() const {
-    return WriteListFile(GetRecords(), GetSize());
+    try {
+        return WriteListFile(GetRecords(), GetSize());
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 std::vector<const CPMXTemplUIListData*> CPMXTemplUIListDataArray::GetRecords() const {

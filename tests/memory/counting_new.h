@@ -4,19 +4,29 @@
 
 namespace pmx::test {
 
-/// What the program's operator new has given out: bytes asked for that are in use, and the most that were in use
-/// since the last call of ResetPeak.
+/// What the program's operator new has given out: bytes asked for that are in use, and the most that were in
+/// use since the last call of ResetPeak.
 std::size_t BytesInUse();
 std::size_t PeakBytesInUse();
 void ResetPeak();
 
-/// Lets operator new throw std::bad_alloc as long as this object lives.
+/// How often operator new was called.
+std::size_t Allocations();
+
+/// Lets some calls of operator new throw std::bad_alloc as long as this object lives.
 class NoMemory {
 public:
-    NoMemory();
+    /// All calls.
+    NoMemory() : NoMemory(0, static_cast<std::size_t>(-1)) {}
+
+    /// After `granted` calls, the next `refused` ones.
+    NoMemory(std::size_t granted, std::size_t refused);
     ~NoMemory();
     NoMemory(const NoMemory&) = delete;
     NoMemory& operator=(const NoMemory&) = delete;
+
+    /// Whether any call was refused.
+    bool WasFelt() const;
 };
 
 } // namespace pmx::test
