@@ -298,10 +298,11 @@ FileError ReplaceNative(const std::string& source, const std::string& target) {
     if (targetStatus && chmod(source.c_str(), targetStatus->st_mode & 07777U) != 0) {
         return ErrorOf(errno, source);
     }
+    const std::string folder = FolderOf(target); // before the renaming, after which nothing may fail
     if (rename(source.c_str(), target.c_str()) != 0) {
         return ErrorOf(errno, target);
     }
-    FlushFolder(FolderOf(target));
+    FlushFolder(folder);
     return FileError::None;
 }
 
@@ -400,8 +401,9 @@ public:
         if (error != FileError::None) {
             return {};
         }
+        std::string path = folder + file.Name.substr(file.Name.rfind('/') + 1);
         file.Keep();
-        return folder + file.Name.substr(file.Name.rfind('/') + 1);
+        return path;
     }
 
     void SetLastError(FileError error) override { LastErrorOfThread = error; }
