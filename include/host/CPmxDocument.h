@@ -6,15 +6,16 @@
 #include <stdexcept>
 #include <string>
 
-/// The host's attribute table: 8657 bytes whose layout beyond the starts of the five level parts is the host's own.
+/// The host's attribute table: 8657 bytes whose layout beyond the starts of the five level parts is the
+/// host's own.
 struct _LM_DOCUMENTLAYOUTTABLE {
     unsigned char Bytes[PMX_DOCUMENT_TABLE_SIZE];
 };
 
 static_assert(sizeof(_LM_DOCUMENTLAYOUTTABLE) == PMX_DOCUMENT_TABLE_SIZE);
 
-/// One document of the host's document model: a thin class over the functions of PmxDocMgr.h. Owns its document.
-/// Errors that the host raises pass through every operation, the destructor included.
+/// One document of the host's document model: a thin class over the functions of PmxDocMgr.h. Owns its
+/// document. Errors that the host raises pass through every operation, the destructor included.
 class CPmxDocument {
 public:
     /// Makes a document with the host's fresh setting; throws std::bad_alloc when the host makes none.
@@ -28,8 +29,8 @@ public:
     CPmxDocument(CPmxDocument&&) = delete;
     CPmxDocument& operator=(CPmxDocument&&) = delete;
 
-    /// Takes over the content of `source` (table, level, name), which is not null; throws std::runtime_error when the
-    /// host refuses.
+    /// Takes over the content of `source` (table, level, name), which is not null; throws std::runtime_error
+    /// when the host refuses.
     // NOLINTNEXTLINE(misc-unconventional-assign-operator): the host's model has an assignment from a pointer.
     virtual CPmxDocument& operator=(const CPmxDocument* source) {
         if (source != this && PmxDocumentAssign(Handle, source->Handle) == 0) {

@@ -1,5 +1,5 @@
-/* Numbers of every resource, for the resource compiler. C++ code includes "res/ids.h", which has the same numbers as
-   enumerators; a test compares the two. A control that has a help note lends it its number. */
+/* Numbers of every resource, for the resource compiler. C++ code includes "res/ids.h", which has the same
+   numbers as enumerators; a test compares the two. A control that has a help note lends it its number. */
 #ifndef PMX_RESOURCE_IDS_H
 #define PMX_RESOURCE_IDS_H
 
