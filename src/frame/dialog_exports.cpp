@@ -2,8 +2,23 @@
 
 #include "dialogs/base/pmx_dlg.h"
 #include "dialogs/choice/choice_entry_dlg.h"
+#include "dialogs/editor/main_dlg.h"
+
+#include <string>
 
 namespace pmx {
+
+namespace {
+
+constexpr const char* EditorListFileName = "PmxTempleList.ini";
+constexpr const char* EditorExtension = ".pmt";
+
+std::string WithinLimit(std::string text, std::size_t limit, const LeadByteTable& leadBytes) {
+    text.resize(LengthWithin(text, limit, leadBytes));
+    return text;
+}
+
+} // namespace
 
 WindowHandle OwnerOf(void* parentWindow) {
     return static_cast<WindowHandle>(reinterpret_cast<std::uintptr_t>(parentWindow));
@@ -17,6 +32,13 @@ std::int64_t ResultOfDialog(int code) {
         return Accepted;
     }
     return code == CodeCancel ? Cancelled : Failed;
+}
+
+std::int64_t ShowEditor(const char* folder, WindowHandle owner, const DialogServices& services,
+                        const StoreServices& storeServices) {
+    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, services.CodePage.LeadBytes()),
+                              EditorListFileName, EditorExtension, owner, services, storeServices);
+    return ResultOfDialog(dialog.DoModal());
 }
 
 std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, const char* extension,

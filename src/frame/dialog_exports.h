@@ -4,6 +4,7 @@
 #include "dialogs/base/dialog_services.h"
 #include "store/store_services.h"
 
+#include <cstddef>
 #include <cstdint>
 
 // What the exports that open a dialog do once their required strings are checked.
@@ -15,6 +16,15 @@ WindowHandle OwnerOf(void* parentWindow);
 
 /// What a dialog export returns for a dialog's end code: 0 for OK, 1 for Cancel, -1 for anything else.
 std::int64_t ResultOfDialog(int code);
+
+/// Most bytes of the folder that the editor is opened with. The rest of a longer one is cut off; no character
+/// is split.
+inline constexpr std::size_t EditorFolderLimit = 519;
+
+/// Runs the favorites editor.
+std::int64_t ShowEditor(const char* folder, WindowHandle owner,
+                        const DialogServices& services = SystemDialogServices(),
+                        const StoreServices& storeServices = SystemStoreServices());
 
 /// Runs the register dialog.
 std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, const char* extension,

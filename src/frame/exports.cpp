@@ -141,12 +141,9 @@ std::int64_t EX_ConvertChoiceData(const char* name, const char* folder, const ch
     });
 }
 
-std::int64_t EX_ShowTemplateUI(const char* folder, void* /*parentWindow*/) {
+std::int64_t EX_ShowTemplateUI(const char* folder, void* parentWindow) {
     return InModule(Failure, [&] {
-        if (IsMissing(folder)) {
-            return Failure;
-        }
-        return Failure; // the editor does not exist yet
+        return IsMissing(folder) ? Failure : pmx::ShowEditor(folder, pmx::OwnerOf(parentWindow));
     });
 }
 

@@ -123,6 +123,7 @@ enum Id : int {
     RegisterTitle = 1055,
     BasicTitle = 1056,
     NameHasSeparator = 1057,
+    AllFilesFilter = 1100, ///< name of the pattern of all files in the file dialogs
 };
 } // namespace text
 

@@ -119,4 +119,7 @@
 #define IDS_BASIC_TITLE 1056
 #define IDS_NAME_HAS_SEPARATOR 1057
 
+/* Texts that programs usually take from their framework */
+#define IDS_ALL_FILES_FILTER 1100
+
 #endif

@@ -2,6 +2,7 @@
 
 #include "store/favorite_files.h"
 #include "store/levels.h"
+#include "store/temporary_file.h"
 
 #include <algorithm>
 #include <charconv>
@@ -146,31 +147,6 @@ private:
     std::int32_t Next = 0; // every number below was passed on
     std::map<std::int32_t, std::string>
         Early; // values that came before their turn; the first of a number counts
-};
-
-/// Deletes a file that was made aside unless it has been put in its place.
-class TemporaryFile {
-public:
-    TemporaryFile(Files& files, Clock& clock, const std::string& folder) : FileSystem(files), Timer(clock) {
-        FileError error = FileError::None;
-        Path = files.CreateTemporary(folder, error);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!Path.empty()) {
-            RetryDeleteFile(FileSystem, Timer, Path);
-        }
-    }
-
-    /// Empty when no file could be made.
-    const std::string& GetPath() const { return Path; }
-    void Release() { Path.clear(); }
-
-private:
-    Files& FileSystem;
-    Clock& Timer;
-    std::string Path;
 };
 
 } // namespace

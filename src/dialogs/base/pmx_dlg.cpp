@@ -67,11 +67,15 @@ MessageAnswer CPmxDlg::Ask(const std::string& text, MessageIcon icon, MessageBut
 }
 
 void CPmxDlg::ShowWarning(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    Ask(FormatString(id, arguments), MessageIcon::Exclamation, MessageButtons::Ok, MessageAnswer::Ok);
+    ShowText(FormatString(id, arguments), MessageIcon::Exclamation);
 }
 
 void CPmxDlg::ShowFailure(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    Ask(FormatString(id, arguments), MessageIcon::Stop, MessageButtons::Ok, MessageAnswer::Ok);
+    ShowText(FormatString(id, arguments), MessageIcon::Stop);
+}
+
+void CPmxDlg::ShowText(const std::string& text, MessageIcon icon) {
+    Ask(text, icon, MessageButtons::Ok, MessageAnswer::Ok);
 }
 
 bool CPmxDlg::AskYesNo(ResourceId id, std::initializer_list<TextArgument> arguments) {

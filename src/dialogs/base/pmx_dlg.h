@@ -112,6 +112,9 @@ protected:
     /// Shows a string as a failure (stop icon).
     void ShowFailure(ResourceId id, std::initializer_list<TextArgument> arguments = {});
 
+    /// Shows a text that the dialog has made up, with one OK button.
+    void ShowText(const std::string& text, MessageIcon icon);
+
     /// Asks a string with Yes and No, where No is the default. True only for Yes.
     bool AskYesNo(ResourceId id, std::initializer_list<TextArgument> arguments = {});
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/resources.h"
+#include "store/list_data.h"
+
+#include <cstdint>
+#include <string>
+
+namespace pmx {
+
+/// The columns of the editor's list.
+enum FavoriteColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
+
+/// The pictures of the toolbar column.
+enum class ToolbarMark : int { Empty = 1, Ticked = 2, Unavailable = 3 };
+
+/// What a row of the editor's list shows of a favorite. Texts are in the system's code page.
+struct FavoriteRow {
+    ToolbarMark Mark = ToolbarMark::Unavailable;
+    std::string
+        Toolbar; ///< the word for a favorite on the toolbar, else empty; in no column, which has a picture
+    std::string Name;
+    std::string Category;
+    std::string Kind;
+};
+
+FavoriteRow FormatRow(const CPMXTemplUIListData& record, const Resources& strings);
+
+} // namespace pmx

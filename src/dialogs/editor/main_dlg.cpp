@@ -1,0 +1,113 @@
+#include "dialogs/editor/main_dlg.h"
+
+#include "dialogs/base/favorite_icons.h"
+#include "res/ids.h"
+
+#include <utility>
+
+namespace pmx {
+
+CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName,
+                                       std::string extension, WindowHandle parent,
+                                       const DialogServices& services, const StoreServices& storeServices)
+    : CPmxDlg(dialog::Editor, parent, services),
+      Extension(std::move(extension)),
+      Folder(std::move(folder)),
+      List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
+                                                      storeServices)) {}
+
+CPMXTemplUIMainDlg::~CPMXTemplUIMainDlg() = default;
+
+bool CPMXTemplUIMainDlg::OnInitDialog() {
+    Window().SetTitle(StringOf(text::EditorTitle));
+    LimitName(control::EditorName);
+    IconImages = LoadFavoriteIcons(ServicesInUse().Images);
+    LoadAttributeDialog();
+    OpenList();
+    FillListView();
+    EditName.clear();
+    if (List->GetSize() > 0) {
+        RefreshControls(0);
+    }
+    TransferName();
+    return true;
+}
+
+/// A library or an entry that is missing is reported when it is needed.
+void CPMXTemplUIMainDlg::LoadAttributeDialog() {
+    ShowPropUI = nullptr;
+    PropUILibrary.reset();
+    PropUILibrary = ServicesInUse().Libraries.Load(PMX_PROPUI_LIBRARY);
+    if (PropUILibrary) {
+        ShowPropUI = reinterpret_cast<PmxShowPropUI>(PropUILibrary->Find(PMX_PROPUI_ENTRY));
+    }
+}
+
+void CPMXTemplUIMainDlg::OpenList() {
+    List->RemoveAll();
+    if (!List->SetFolder(Folder.c_str())) {
+        return;
+    }
+    Folder = List->GetFolder();
+    ListFilePath = List->GetListFilePath();
+    List->LoadList(); // what could be read is shown
+}
+
+void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
+    using Self = CPMXTemplUIMainDlg;
+    static constexpr EventHandler<Self> Table[] = {
+        {control::EditorName, DialogEvent::FocusGained, &Self::OnNameEntered},
+        {control::EditorName, DialogEvent::FocusLost, &Self::OnNameLeft},
+        {control::EditorList, DialogEvent::ListClicked, &Self::OnListClicked},
+        {control::EditorList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClicked},
+        {control::EditorList, DialogEvent::ListKeyDown, &Self::OnListKey},
+        {control::EditorNew, DialogEvent::Pressed, &Self::OnNew},
+        {control::EditorEdit, DialogEvent::Pressed, &Self::OnEdit},
+        {control::EditorCopy, DialogEvent::Pressed, &Self::OnCopy},
+        {control::EditorDelete, DialogEvent::Pressed, &Self::OnDelete},
+        {control::EditorUp, DialogEvent::Pressed, &Self::OnUp},
+        {control::EditorDown, DialogEvent::Pressed, &Self::OnDown},
+        {control::ChangeIcon, DialogEvent::Pressed, &Self::OnChangeIcon},
+        {control::EditorImport, DialogEvent::Pressed, &Self::OnImport},
+        {control::EditorExport, DialogEvent::Pressed, &Self::OnExport},
+    };
+    Dispatch<Self>(*this, Table, event);
+}
+
+void CPMXTemplUIMainDlg::OnOK() {
+    // Enter leaves the name box without its losing the focus.
+    if (Window().FocusedControl() == control::EditorName && !Rename()) {
+        return;
+    }
+    CommitList();
+    EndDialog(CodeOk);
+}
+
+void CPMXTemplUIMainDlg::OnCancel() {
+    DiscardChanges();
+    EndDialog(CodeCancel);
+}
+
+bool CPMXTemplUIMainDlg::EnsureLoaded(CPMXTemplUIListData& record) const {
+    if (record.GetDocument() != nullptr) {
+        return true;
+    }
+    Guard& guard = ServicesInUse().ForeignCalls;
+    if (record.EnsureDocument(guard) && List->LoadFavorite(record)) {
+        return true;
+    }
+    record.ReleaseDocument(guard); // an empty document must not pass for the file's content
+    return false;
+}
+
+void CPMXTemplUIMainDlg::Warn(ResourceId id, std::initializer_list<TextArgument> arguments) {
+    Message = FormatString(id, arguments);
+    ShowText(Message, MessageIcon::Exclamation);
+}
+
+void CPMXTemplUIMainDlg::Fail(ResourceId id) {
+    Message = StringOf(id);
+    ShowText(Message, MessageIcon::Stop);
+}
+
+} // namespace pmx

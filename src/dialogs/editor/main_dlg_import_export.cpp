@@ -1,0 +1,151 @@
+#include "dialogs/choice/sel_level_dlg.h"
+#include "dialogs/editor/main_dlg.h"
+#include "res/ids.h"
+
+#include <vector>
+
+namespace pmx {
+
+FileRequest CPMXTemplUIMainDlg::FavoriteFileRequest() const {
+    FileRequest request;
+    request.Owner = Window().Handle();
+    request.Filters = {{StringOf(text::FileFilter), StringOf(text::FilePattern)},
+                       {StringOf(text::AllFilesFilter), "*.*"}};
+    request.DefaultExtension = Extension;
+    request.HideReadOnlyBox = true;
+    return request;
+}
+
+void CPMXTemplUIMainDlg::OnImport() {
+    FileRequest request = FavoriteFileRequest();
+    request.FileMustExist = true;
+    request.PathMustExist = true;
+    std::optional<std::string> path;
+    {
+        const ModalScope scope(*this);
+        path = ServicesInUse().FileChoice.AskOpen(request);
+    }
+    if (path) {
+        ImportFile(*path);
+    }
+}
+
+void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
+    CPMXTemplUISelLevelDlg dialog(List.get(), Window().Handle(), ServicesInUse());
+    FavoriteImport import(*List, ServicesInUse().ForeignCalls);
+    const ImportResult result = ReadImport(import, path);
+    if (result != ImportResult::Success) {
+        ReportImport(result);
+        DiscardImport(import);
+        return;
+    }
+    if (!ConfirmImport(import.GetRecord(), dialog)) {
+        DiscardImport(import);
+        return;
+    }
+    // Without a favorite of the same name nobody was asked, and the name is empty: it is for the user to
+    // give.
+    AppendRow(import.Finish(dialog.GetName()));
+    ReturnToList();
+}
+
+ImportResult CPMXTemplUIMainDlg::ReadImport(FavoriteImport& import, const std::string& path) const {
+    const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
+    return import.Read(path);
+}
+
+void CPMXTemplUIMainDlg::DiscardImport(FavoriteImport& import) const {
+    const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
+    import.Discard();
+}
+
+/// Asks for a name once for each favorite of the list that has the name of the imported one. False when the
+/// user cancels.
+bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMXTemplUISelLevelDlg& dialog) {
+    for (const CPMXTemplUIListData* const record : List->GetRecords()) {
+        if (record == nullptr ||
+            !ServicesInUse().CodePage.EqualIgnoringCase(record->GetName(), imported.GetName())) {
+            continue;
+        }
+        dialog.Mode = CreateMode::Copy;
+        dialog.SetSourceIsStandard(imported.GetStandard());
+        dialog.SetName(imported.GetName());
+        dialog.SetLevel(imported.GetLevel());
+        if (RunOver(dialog) != CodeOk) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CPMXTemplUIMainDlg::ReportImport(ImportResult result) {
+    switch (result) {
+    case ImportResult::NoFileName:
+        Fail(text::NoFileName);
+        break;
+    case ImportResult::NotCopied:
+        Warn(text::ImportFailed);
+        break;
+    case ImportResult::OutOfMemory:
+        Fail(text::OutOfMemory);
+        break;
+    case ImportResult::NotRead:
+        Warn(text::EditorFavoriteUnreadable);
+        break;
+    case ImportResult::Success:
+        break;
+    }
+}
+
+void CPMXTemplUIMainDlg::OnExport() {
+    const int row = CurrentRow();
+    if (row < 0) {
+        return;
+    }
+    CPMXTemplUIListData* const record = RecordOfRow(row);
+    if (record == nullptr) {
+        Fail(text::FavoriteInfoFailed);
+        return;
+    }
+    if (!EnsureLoaded(*record)) {
+        Warn(text::EditorFavoriteUnreadable);
+        return;
+    }
+    const std::optional<std::string> path = AskExportPath(*record);
+    if (path) {
+        ReportExport(WriteExport(*record, *path));
+    }
+}
+
+std::optional<std::string> CPMXTemplUIMainDlg::AskExportPath(const CPMXTemplUIListData& record) {
+    FileRequest request = FavoriteFileRequest();
+    request.ProposedName = ProposedExportName(*List, record);
+    request.AskBeforeOverwriting = true;
+    const ModalScope scope(*this);
+    return ServicesInUse().FileChoice.AskSave(request);
+}
+
+ExportResult CPMXTemplUIMainDlg::WriteExport(const CPMXTemplUIListData& record,
+                                             const std::string& path) const {
+    const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
+    return ExportFavorite(*List, record, path, ServicesInUse().ForeignCalls);
+}
+
+void CPMXTemplUIMainDlg::ReportExport(ExportResult result) {
+    switch (result) {
+    case ExportResult::OwnFile:
+        Warn(text::ImportedNotOverwritable);
+        break;
+    case ExportResult::NotRead:
+        Warn(text::EditorFavoriteUnreadable);
+        break;
+    case ExportResult::NotWritten:
+        Warn(text::FileNotCreated);
+        break;
+    case ExportResult::Success:
+        ReturnToList();
+        break;
+    }
+}
+
+} // namespace pmx

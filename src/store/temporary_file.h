@@ -1,0 +1,38 @@
+#pragma once
+
+#include "store/favorite_files.h"
+
+#include <string>
+
+namespace pmx {
+
+/// An empty file made aside in a folder, under a name that nobody else uses. Deleted at the end unless it has
+/// been put in its place.
+class TemporaryFile {
+public:
+    /// `folder` ends in a separator; `files` and `clock` must outlive this object.
+    TemporaryFile(Files& files, Clock& clock, const std::string& folder) : FileSystem(files), Timer(clock) {
+        FileError error = FileError::None;
+        Path = files.CreateTemporary(folder, error);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!Path.empty()) {
+            RetryDeleteFile(FileSystem, Timer, Path);
+        }
+    }
+
+    /// Empty when no file could be made.
+    const std::string& GetPath() const { return Path; }
+
+    /// The file is no longer this object's concern.
+    void Release() { Path.clear(); }
+
+private:
+    Files& FileSystem;
+    Clock& Timer;
+    std::string Path;
+};
+
+} // namespace pmx

@@ -1,0 +1,288 @@
+#include "dialogs/editor/favorite_row.h"
+#include "support/editor_test.h"
+
+#include <initializer_list>
+
+namespace pmx {
+namespace {
+
+using test::EditorTest;
+using test::ListedFavorite;
+using test::MemoryList;
+using test::MemoryUser;
+using test::Sjis;
+using test::Standard;
+
+constexpr ControlId List = control::EditorList;
+
+constexpr ControlId RowControls[] = {control::EditorEdit,   control::EditorCopy, control::EditorDelete,
+                                     control::EditorExport, control::EditorUp,   control::EditorDown,
+                                     control::EditorName,   control::ChangeIcon, control::EditorIcon};
+
+using EditorRows = EditorTest;
+
+ListedFavorite Named(const std::string& name, std::int32_t level = 1, bool onToolbar = false,
+                     std::int64_t icon = 14) {
+    ListedFavorite favorite;
+    favorite.Name = name;
+    favorite.Level = level;
+    favorite.OnToolbar = onToolbar;
+    favorite.Icon = icon;
+    return favorite;
+}
+
+TEST_F(EditorRows, WindowHasTheTitleAndIsModalToTheParent) {
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
+        EXPECT_EQ(user.Parent(), WindowHandle{7});
+    });
+}
+
+TEST_F(EditorRows, ListHasFourColumnsAndSelectsWholeRows) {
+    RunAndCancel([](MemoryUser& user) {
+        const MemoryList& list = user.List(List);
+        EXPECT_EQ(list.Columns, (std::vector<MemoryList::Column>{{Sjis(u8"ツールバー"), 80},
+                                                                 {Sjis(u8"お気に入り名"), 180},
+                                                                 {Sjis(u8"属性のカテゴリ"), 80},
+                                                                 {Sjis(u8"種類"), 80}}));
+        EXPECT_TRUE(list.FullRowSelection);
+        EXPECT_EQ(list.StateBitmap, bitmap::StateImages);
+    });
+}
+
+TEST_F(EditorRows, PicturesComeFromTheTwoStrips) {
+    RunAndCancel([](MemoryUser&) {});
+    using Request = test::MemoryImageLists::Request;
+    EXPECT_EQ(Desktop.Images.Requests,
+              (std::vector<Request>{{2001, 32, Color::LightGrey}, {2002, 16, Color::White}}));
+}
+
+TEST_F(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
+    Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
+    RunAndCancel([](MemoryUser& user) {
+        ASSERT_EQ(user.RowCount(List), 3);
+        EXPECT_EQ(user.Cell(List, 0, 0), "");
+        EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"両面印刷"));
+        EXPECT_EQ(user.Cell(List, 0, 2), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 0, 3), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, 1), "B");
+        EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"セクション"));
+        EXPECT_EQ(user.Cell(List, 2, 1), "S");
+        EXPECT_EQ(user.Cell(List, 2, 2), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 2, 3), Sjis(u8"標準"));
+        for (int row = 0; row < 3; ++row) {
+            EXPECT_EQ(user.List(List).RowData(row), row);
+        }
+    });
+}
+
+TEST_F(EditorRows, FillingTheListDrawsItOnce) {
+    Given({Named("A"), Named("B")});
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_EQ(user.List(List).RedrawPauses, 1);
+        EXPECT_TRUE(user.List(List).Redraw);
+    });
+}
+
+TEST_F(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
+    const std::string names[] = {Sjis(u8"文書"), Sjis(u8"セクション"), Sjis(u8"用紙"), Sjis(u8"面"),
+                                 Sjis(u8"原稿")};
+    std::vector<ListedFavorite> favorites;
+    for (std::int32_t level = 1; level <= 5; ++level) {
+        favorites.push_back(Named("U" + std::to_string(level), level));
+        favorites.push_back(Standard("S" + std::to_string(level), 100 + level));
+    }
+    Given(favorites);
+    RunAndCancel([&names](MemoryUser& user) {
+        for (int row = 0; row < 10; ++row) {
+            EXPECT_EQ(user.Cell(List, row, 2), names[row / 2]) << row;
+        }
+    });
+}
+
+TEST_F(EditorRows, LevelsThatDoNotExistHaveNoName) {
+    for (const std::int32_t level : {-1, 0, 6, 100, 106}) {
+        CPMXTemplUIListData record;
+        record.SetLevel(level);
+        EXPECT_EQ(FormatRow(record, SystemResources()).Category, "") << level;
+    }
+}
+
+TEST_F(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableElsewhere) {
+    ListedFavorite standardOn = Standard("D");
+    standardOn.OnToolbar = true;
+    Given({Named("A", 1, false), Named("B", 1, true), Named("C", 2, true), standardOn, Standard("E"),
+           Standard("F", 102), Named("G", 5)});
+    RunAndCancel([](MemoryUser& user) {
+        std::vector<int> images;
+        for (int row = 0; row < user.RowCount(List); ++row) {
+            images.push_back(user.StateImage(List, row));
+        }
+        EXPECT_EQ(images, (std::vector<int>{1, 2, 3, 2, 1, 3, 3}));
+    });
+}
+
+TEST_F(EditorRows, WordForAFavoriteOnTheToolbarIsMadeButStandsInNoColumn) {
+    CPMXTemplUIListData record;
+    EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, "");
+    record.SetToolbar(1);
+    EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, Sjis(u8"有効"));
+}
+
+TEST_F(EditorRows, FirstRowIsSelectedAndShownAtTheStart) {
+    Given({Named("A", 1, false, 20), Named("B")});
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_EQ(user.SelectedRow(List), 0);
+        EXPECT_EQ(user.List(List).SelectionMark(), 0);
+        EXPECT_EQ(user.Text(control::EditorName), "A");
+        EXPECT_EQ(user.IconIn(control::EditorIcon), (test::MemoryImage{bitmap::LargeIcons, 20}));
+        EXPECT_EQ(user.Focused(), List);
+    });
+}
+
+TEST_F(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_EQ(user.RowCount(List), 0);
+        EXPECT_EQ(user.SelectedRow(List), -1);
+        for (const ControlId id : RowControls) {
+            EXPECT_FALSE(user.IsEnabled(id)) << id;
+        }
+        for (const ControlId id : {control::EditorNew, control::EditorImport, control::Ok, control::Cancel}) {
+            EXPECT_TRUE(user.IsEnabled(id)) << id;
+        }
+        EXPECT_EQ(user.Text(control::EditorName), "");
+    });
+}
+
+TEST_F(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) {
+        EXPECT_EQ(user.RowCount(List), 0);
+        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
+        EXPECT_TRUE(user.IsEnabled(control::EditorNew));
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(editor.DoModal(), CodeOk);
+    EXPECT_TRUE(Folder.Names().empty());
+}
+
+TEST_F(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
+    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    Desktop.Dialogs.OnOpened(dialog::Editor, [this](MemoryUser& user) {
+        AnswerName("N");
+        user.Press(control::EditorNew);
+        user.Escape();
+    });
+    EXPECT_EQ(editor.DoModal(), CodeCancel);
+    EXPECT_TRUE(Folder.Names().empty());
+}
+
+TEST_F(EditorRows, UserFavoriteHasEverythingByItsPosition) {
+    Given({Named("A"), Named("B"), Named("C")});
+    RunAndCancel([](MemoryUser& user) {
+        user.ClickRow(List, 1);
+        for (const ControlId id : RowControls) {
+            EXPECT_TRUE(user.IsEnabled(id)) << id;
+        }
+        user.ClickRow(List, 0);
+        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
+        EXPECT_TRUE(user.IsEnabled(control::EditorDown));
+        user.ClickRow(List, 2);
+        EXPECT_TRUE(user.IsEnabled(control::EditorUp));
+        EXPECT_FALSE(user.IsEnabled(control::EditorDown));
+    });
+}
+
+TEST_F(EditorRows, SingleRowCannotMove) {
+    Given({Named("A")});
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
+        EXPECT_FALSE(user.IsEnabled(control::EditorDown));
+    });
+}
+
+TEST_F(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
+    Given({Named("A"), Standard("S"), Standard("T", 102), Named("B")});
+    RunAndCancel([](MemoryUser& user) {
+        user.ClickRow(List, 1);
+        for (const ControlId id : {control::EditorEdit, control::EditorCopy, control::EditorDelete,
+                                   control::EditorExport, control::EditorName}) {
+            EXPECT_FALSE(user.IsEnabled(id)) << id;
+        }
+        EXPECT_TRUE(user.IsEnabled(control::EditorUp));
+        EXPECT_TRUE(user.IsEnabled(control::EditorDown));
+        EXPECT_TRUE(user.IsEnabled(control::ChangeIcon));
+        user.ClickRow(List, 2);
+        EXPECT_FALSE(user.IsEnabled(control::ChangeIcon));
+        EXPECT_TRUE(user.IsEnabled(control::EditorUp));
+        user.ClickRow(List, 3);
+        EXPECT_TRUE(user.IsEnabled(control::EditorName));
+    });
+}
+
+TEST_F(EditorRows, LevelsOtherThanDocumentShowTheFirstIconAndCannotChangeIt) {
+    Given({Named("A", 1, false, 30), Named("B", 3, false, 30)});
+    RunAndCancel([](MemoryUser& user) {
+        EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 30);
+        user.ClickRow(List, 1);
+        EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 0);
+        EXPECT_FALSE(user.IsEnabled(control::ChangeIcon));
+    });
+}
+
+TEST_F(EditorRows, IconOutsideTheStripKeepsThePictureBefore) {
+    Given({Named("A", 1, false, 30), Named("B", 1, false, 60)});
+    RunAndCancel([](MemoryUser& user) {
+        user.ClickRow(List, 1);
+        EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 30);
+    });
+}
+
+TEST_F(EditorRows, WithoutPicturesTheEditorStillWorks) {
+    Given({Named("A")});
+    Desktop.Images.Failing = true;
+    RunAndAccept([](MemoryUser& user) { EXPECT_EQ(user.RowCount(List), 1); });
+    EXPECT_EQ(ListedNames(), std::vector<std::string>{"A"});
+}
+
+TEST_F(EditorRows, AttributeDialogIsLookedUpOnceAndReleasedAtTheEnd) {
+    RunAndCancel([this](MemoryUser&) { EXPECT_EQ(Desktop.Libraries.Loaded, 1); });
+    EXPECT_EQ(Desktop.Libraries.Asked, std::vector<std::string>{"PMXPropUI.dll"});
+    EXPECT_EQ(Desktop.Libraries.Loaded, 0);
+}
+
+TEST_F(EditorRows, MissingAttributeDialogIsNotReportedAtTheStart) {
+    Desktop.Libraries.Present.clear();
+    RunAndCancel([](MemoryUser&) {});
+    Desktop.Libraries.Present["PMXPropUI.dll"] = {};
+    RunAndCancel([](MemoryUser&) {});
+    EXPECT_TRUE(Desktop.Messages.Shown.empty());
+}
+
+TEST_F(EditorRows, EveryControlButTheLinesHasAHelpNote) {
+    Given({Named("A"), Named("B"), Named("C")});
+    RunAndCancel([](MemoryUser& user) {
+        for (const ControlId id :
+             {control::EditorListLabel, control::EditorList, control::EditorNew, control::EditorEdit,
+              control::EditorCopy, control::EditorDelete, control::EditorUp, control::EditorDown,
+              control::ChangeIcon, control::CurrentIconLabel, control::EditorIcon, control::EditorNameLabel,
+              control::EditorName, control::EditorImport, control::EditorExport, control::Ok,
+              control::Cancel}) {
+            user.AskHelpOn(id);
+        }
+    });
+    EXPECT_EQ(Desktop.Help.Requests.size(), 17U);
+}
+
+TEST_F(EditorRows, DialogThatCannotBeShownEndsWithNeitherCode) {
+    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
+                              Store.Services);
+    Desktop.Dialogs.OnOpenedFail(dialog::Editor);
+    EXPECT_EQ(editor.DoModal(), CPmxDlg::Failed);
+}
+
+} // namespace
+} // namespace pmx

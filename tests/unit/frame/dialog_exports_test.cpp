@@ -1,0 +1,66 @@
+#include "frame/dialog_exports.h"
+
+#include "support/editor_test.h"
+
+namespace pmx {
+namespace {
+
+using test::EditorTest;
+using test::MemoryUser;
+using test::Sjis;
+
+class ShowEditorTest : public EditorTest {
+protected:
+    std::int64_t Show(const std::string& folder, const test::MemoryDialogs::Script& script) {
+        Desktop.Dialogs.OnOpened(dialog::Editor, script);
+        return ShowEditor(folder.c_str(), WindowHandle{7}, Desktop.Services, Store.Services);
+    }
+};
+
+/// Files that note which folder they were asked for.
+class FolderNotingFiles final : public test::FakeFiles {
+public:
+    std::string AskedFolder;
+
+    bool IsFolder(const std::string& path) override {
+        AskedFolder = path;
+        return false;
+    }
+};
+
+TEST_F(ShowEditorTest, AcceptedEditorGives0AndUsesTheFixedListFileAndExtension) {
+    EXPECT_EQ(Show(Folder.Path(),
+                   [this](MemoryUser& user) {
+                       EXPECT_EQ(user.Parent(), WindowHandle{7});
+                       AnswerName("N");
+                       user.Press(control::EditorNew);
+                       user.Press(control::Ok);
+                   }),
+              0);
+    EXPECT_EQ(Folder.Names(), (std::vector<std::string>{"N.pmt", "PmxTempleList.ini"}));
+}
+
+TEST_F(ShowEditorTest, CancelledEditorGives1) {
+    EXPECT_EQ(Show(Folder.Path(), [](MemoryUser& user) { user.Escape(); }), 1);
+}
+
+TEST_F(ShowEditorTest, EditorThatCannotBeShownGivesMinus1) {
+    Desktop.Dialogs.OnOpenedFail(dialog::Editor);
+    EXPECT_EQ(ShowEditor(Folder.Path().c_str(), WindowHandle::None, Desktop.Services, Store.Services), -1);
+}
+
+TEST_F(ShowEditorTest, FolderIsCutTo519BytesAndNoCharacterIsSplit) {
+    FolderNotingFiles files;
+    const StoreServices services{files, Store.Profiles, SystemText(), Store.Clock};
+    const auto askedFor = [&](const std::string& folder) {
+        Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) { user.Escape(); });
+        ShowEditor(folder.c_str(), WindowHandle::None, Desktop.Services, services);
+        return files.AskedFolder;
+    };
+    EXPECT_EQ(askedFor(std::string(600, 'x')), std::string(519, 'x'));
+    EXPECT_EQ(askedFor(std::string(519, 'x')), std::string(519, 'x'));
+    EXPECT_EQ(askedFor(std::string(518, 'x') + Sjis(u8"表") + "y"), std::string(518, 'x'));
+}
+
+} // namespace
+} // namespace pmx
