@@ -64,8 +64,9 @@ fs::path DiskPath(std::string_view path) {
     return {native};
 }
 
-TempFolder::TempFolder(std::string_view label) {
-    const fs::path parent = Parent();
+TempFolder::TempFolder(std::string_view label) : TempFolder(Parent(), label) {}
+
+TempFolder::TempFolder(const fs::path& parent, std::string_view label) {
     fs::create_directories(parent);
     const std::string prefix = WithBackslashes(SjisOf(parent)) + '\\';
     do {

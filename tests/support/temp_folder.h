@@ -19,6 +19,9 @@ class TempFolder {
 public:
     /// `label` becomes part of the folder's name.
     explicit TempFolder(std::string_view label = "test");
+
+    /// The same in another folder than the usual one.
+    TempFolder(const std::filesystem::path& parent, std::string_view label);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

@@ -1,0 +1,117 @@
+// What happens on a full disk. tools/with-small-disk makes a small one for these tests.
+#include "store/list_data_array.h"
+#include "store/list_file.h"
+#include "support/fake_host.h"
+#include "support/fake_services.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pmx::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* ListFile = "PmxTempleList.ini";
+constexpr const char* Filler = "filler";
+constexpr std::size_t BlockSize = 4096;
+constexpr std::size_t MostBlocks = 16;
+
+std::string ListOf(std::size_t count, const std::string& name) {
+    std::string text = "[PMXTemplateList]\r\nTemplateNum=" + std::to_string(count) + "\r\n";
+    for (std::size_t number = 0; number < count; ++number) {
+        const std::string digits = std::to_string(number);
+        text += "TemplateData" + digits + "=0~" + name + digits + "~1~0~14~file" + digits + ".pmt\r\n";
+    }
+    return text;
+}
+
+class FullDisk : public testing::Test {
+protected:
+    void SetUp() override {
+        const char* const disk = std::getenv("PMX_SMALL_DISK");
+        if (disk == nullptr) {
+            GTEST_SKIP() << "there is no small disk: run this through tools/with-small-disk";
+        }
+        Folder = std::make_unique<TempFolder>(std::filesystem::absolute(disk), "full");
+    }
+
+    /// Fills the disk up to so many free blocks.
+    void Fill(std::size_t freeBlocks) const {
+        const auto room = std::filesystem::space(DiskPath(Folder->Path())).available;
+        const std::size_t kept = freeBlocks * BlockSize;
+        Folder->Write(Filler, std::string(room > kept ? static_cast<std::size_t>(room) - kept : 0, 'f'));
+    }
+
+    std::string File() const { return Folder->Path(ListFile); }
+
+    std::unique_ptr<TempFolder> Folder;
+    FakeHost Host;
+    FakeServices Fakes;
+};
+
+TEST_F(FullDisk, AListIsSavedWholeOrNotAtAll) {
+    const std::string other = "; mine\r\n[Other]\r\nx=1\r\n";
+    const std::string old = other + ListOf(100, "old");
+    const std::string saved = other + ListOf(300, "new");
+    std::size_t refused = 0;
+    for (std::size_t blocks = 0; blocks <= MostBlocks; ++blocks) {
+        SCOPED_TRACE(blocks);
+        CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
+        ASSERT_TRUE(list.SetFolder(Folder->Path().c_str()));
+        Folder->Write(ListFile, saved);
+        ASSERT_TRUE(list.LoadList());
+        Folder->Write(ListFile, old);
+        Fill(blocks);
+        const bool isSaved = list.WriteListFile();
+        refused += isSaved ? 0 : 1;
+        EXPECT_TRUE(Folder->Read(ListFile) == (isSaved ? saved : old));
+        EXPECT_THAT(Folder->Names(), ElementsAre(ListFile, Filler)) << "a file is left behind";
+        Folder->Remove(Filler);
+    }
+    EXPECT_GT(refused, 2U) << "the disk was not full";
+    EXPECT_LE(refused, MostBlocks) << "there was room in the end";
+}
+
+TEST_F(FullDisk, AReplacedSectionIsWholeOrAFailure) {
+    const std::string old = "[PMXTemplateList]\nTemplateNum=0\n[Other]\nx=1\n";
+    std::vector<ProfileEntry> entries;
+    std::string replaced = "[Other]\r\nx=1\r\n[PMXTemplateList]\r\n";
+    for (int number = 0; number < 1000; ++number) {
+        entries.push_back({"TemplateData" + std::to_string(number), "value"});
+        replaced += entries.back().Key + "=value\r\n";
+    }
+    std::size_t failures = 0;
+    for (std::size_t blocks = 0; blocks <= MostBlocks - 2; ++blocks) {
+        SCOPED_TRACE(blocks);
+        Folder->Write(ListFile, old);
+        Fill(blocks);
+        if (SystemProfile().ReplaceSection(File(), "PMXTemplateList", entries)) {
+            EXPECT_TRUE(Folder->Read(ListFile) == replaced);
+        } else {
+            ++failures;
+        }
+        Folder->Remove(Filler);
+    }
+    EXPECT_EQ(failures, replaced.size() / BlockSize);
+}
+
+TEST_F(FullDisk, AShortSectionIsWholeOrAFailure) {
+    const std::string value(2 * BlockSize, 'v');
+    for (std::size_t blocks = 0; blocks < 2; ++blocks) {
+        Folder->Write(ListFile, "[S]\nk=1\n");
+        Fill(blocks);
+        EXPECT_FALSE(SystemProfile().ReplaceSection(File(), "S", {{"k", value}}));
+        Folder->Remove(Filler);
+    }
+}
+
+} // namespace
+} // namespace pmx::test
