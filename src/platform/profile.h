@@ -43,13 +43,15 @@ public:
     virtual std::int32_t ReadInt(const std::string& path, std::string_view section, std::string_view key,
                                  std::int32_t defaultValue) = 0;
 
-    /// Writes one key. Without a value the key is removed, without a key the whole section. False on failure.
+    /// Writes one key. Without a value the key is removed, without a key the whole section. False on failure;
+    /// that a disk is full Windows does not tell here.
     virtual bool WriteString(const std::string& path, std::string_view section,
                              std::optional<std::string_view> key, std::optional<std::string_view> value) = 0;
 
     /// Replaces the section: removes every section of that name and writes a new one with these entries in
     /// order, at a cost linear in file and entries. Leaves the bytes that removing the section until it is
-    /// gone and then writing the entries one by one with WriteString leave. False on failure.
+    /// gone and then writing the entries one by one with WriteString leave. False on failure, also when the
+    /// file has become incomplete for lack of room.
     virtual bool ReplaceSection(const std::string& path, std::string_view section,
                                 const std::vector<ProfileEntry>& entries) = 0;
 

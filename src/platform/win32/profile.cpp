@@ -1,20 +1,22 @@
-#include "platform/profile.h"
+#include "platform/win32/profile.h"
 
 #include "platform/profile_lines.h"
 #include "platform/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <fstream>
 #include <set>
 
 #include <windows.h>
 
 namespace pmx {
 
+namespace win32 {
+
 namespace {
 
-/// Where buffers stop to grow: no text of a file that anybody edits is longer.
-constexpr std::size_t LargestBuffer = std::size_t{1} << 30U;
 constexpr std::size_t FirstBuffer = 4096;
 
 /// A list of texts that is cut ends two bytes before the end of the buffer; so does one that just fits. A
@@ -22,29 +24,27 @@ constexpr std::size_t FirstBuffer = 4096;
 /// letter and ends two bytes before it.
 constexpr std::size_t CutMargin = 2;
 
-/// The longest text that the platform takes as section, key or value, in characters.
+/// The longest text that the platform's narrow functions take as section, key or value, in characters.
 constexpr std::size_t LongestText = 32766;
 
 /// Writing so many keys brings a file into a form that further writes do not change: what stands after zero
 /// bytes, headers without a name and the like are gone then.
 constexpr std::size_t KeysToSettle = 3;
 
-/// Calls `read(buffer, size)` with growing buffers until the result is surely whole. `isWhole` becomes false
-/// when no buffer is large enough.
+/// Calls `read(buffer, size)` with growing buffers until the result is surely whole; nothing when not even
+/// the largest is enough.
 template <typename Reader>
-std::string ReadGrowing(std::size_t size, const Reader& read, bool& isWhole) {
+std::optional<std::string> ReadGrowing(std::size_t size, std::size_t largest, const Reader& read) {
     std::string buffer;
-    for (; size <= LargestBuffer; size *= 4) {
+    for (; size <= largest; size *= 4) {
         buffer.assign(size, '\0');
         const std::size_t length = read(buffer.data(), static_cast<DWORD>(size));
         if (length + CutMargin < size) {
             buffer.resize(length);
-            isWhole = true;
             return buffer;
         }
     }
-    isWhole = false;
-    return {};
+    return std::nullopt;
 }
 
 /// Calls `take` for each text of a list in which every text ends with a zero byte.
@@ -93,12 +93,12 @@ void ForgetFile(const std::string& path) {
 
 /// `key` null asks for the names of the keys as a list.
 std::string ReadText(const std::string& path, const std::string& section, const char* key,
-                     const std::string& defaultValue, bool& isWhole) {
+                     const std::string& defaultValue) {
     const auto read = [&](char* buffer, DWORD size) {
         return GetPrivateProfileStringA(section.c_str(), key, defaultValue.c_str(), buffer, size,
                                         path.c_str());
     };
-    return ReadGrowing(FirstBuffer, read, isWhole);
+    return ReadGrowing(FirstBuffer, LargestBuffer, read).value_or(std::string());
 }
 
 void TakeLine(SectionLines& lines, std::string_view line) {
@@ -110,22 +110,26 @@ void TakeLine(SectionLines& lines, std::string_view line) {
     }
 }
 
+/// The value of a key that the platform lists; nothing when a line without `=` hides it.
+std::optional<std::string> ListedValue(const std::string& path, const std::string& section,
+                                       const std::string& key) {
+    const std::string oneDefault(1, '\x01');
+    const std::string otherDefault(1, '\x02');
+    std::string value = ReadText(path, section, key.c_str(), oneDefault);
+    if (value == oneDefault && ReadText(path, section, key.c_str(), otherDefault) == otherDefault) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 /// For a section that is too large for the platform's section read. Of a key that is there more than once
 /// every visit gives the first value.
 void VisitKeys(const std::string& path, const std::string& section, const Profile::Visitor& visit) {
-    bool isWhole = false;
-    const std::string keys = ReadText(path, section, nullptr, {}, isWhole);
-    ForEachText(keys, [&](std::string_view key) {
-        visit(key, ReadText(path, section, std::string(key).c_str(), {}, isWhole));
+    ForEachText(ReadText(path, section, nullptr, {}), [&](std::string_view key) {
+        if (const std::optional<std::string> value = ListedValue(path, section, std::string(key))) {
+            visit(key, *value);
+        }
     });
-}
-
-/// True when the platform takes the name. One that is too long is none for it, which would make the call
-/// another one.
-bool IsPassable(const std::string& name) {
-    const int size = static_cast<int>(std::min<std::size_t>(name.size(), LongestText * 2 + 1));
-    return static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, name.data(), size, nullptr, 0)) <=
-           LongestText;
 }
 
 bool EndsInHalfCharacter(std::string_view text) {
@@ -135,6 +139,28 @@ bool EndsInHalfCharacter(std::string_view text) {
         position += CharacterLength(text, position, leadBytes);
     }
     return position < text.size() && leadBytes[static_cast<unsigned char>(text[position])];
+}
+
+/// The text in Unicode; a lone lead byte at its end is lost, as in the narrow functions.
+std::wstring Wide(std::string_view text) {
+    const int size = static_cast<int>(text.size()) - (EndsInHalfCharacter(text) ? 1 : 0);
+    std::wstring wide(text.size(), L'\0');
+    const int length =
+        MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
+    wide.resize(static_cast<std::size_t>(length));
+    return wide;
+}
+
+/// True when the platform's narrow functions take the text. They count a lone lead byte at its end too.
+bool IsPassable(const std::string& text) {
+    const std::size_t lost = EndsInHalfCharacter(text) ? 1 : 0;
+    return text.size() <= LongestText || Wide(text).size() + lost <= LongestText;
+}
+
+bool WriteLongValue(const std::string& path, const std::string& section, const std::string& key,
+                    const std::string& value) {
+    return WritePrivateProfileStringW(Wide(section).c_str(), Wide(key).c_str(), Wide(value).c_str(),
+                                      Wide(path).c_str()) != 0;
 }
 
 /// True when the platform writes and reads the text back as it is, alone or in a list.
@@ -168,13 +194,12 @@ std::string SectionText(const std::vector<ProfileEntry>& entries) {
 }
 
 std::size_t CountSections(const std::string& path) {
-    bool isWhole = false;
     const auto read = [&](char* buffer, DWORD size) {
         return GetPrivateProfileSectionNamesA(buffer, size, path.c_str());
     };
-    const std::string names = ReadGrowing(BufferFor(path), read, isWhole);
+    const std::optional<std::string> names = ReadGrowing(BufferFor(path), LargestBuffer, read);
     std::size_t count = 0;
-    ForEachText(names, [&](std::string_view) { ++count; });
+    ForEachText(names.value_or(std::string()), [&](std::string_view) { ++count; });
     return count;
 }
 
@@ -193,81 +218,119 @@ bool RemoveSections(const std::string& path, const std::string& section) {
     return true;
 }
 
-class WindowsProfile final : public Profile {
-public:
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
-        ForgetFile(path);
-        // The section read, unlike that of a key, does not drop the blanks around the name.
-        const std::string asked = CallText(section);
-        const std::string name(WithoutBlanks(asked));
-        const auto read = [&](char* buffer, DWORD size) {
-            return GetPrivateProfileSectionA(name.c_str(), buffer, size, path.c_str());
-        };
-        bool isWhole = false;
-        const std::string list = ReadGrowing(BufferFor(path), read, isWhole);
-        if (!isWhole) {
-            VisitKeys(path, name, visit);
-            return;
-        }
-        SectionLines lines(visit);
-        ForEachText(list, [&](std::string_view line) { TakeLine(lines, line); });
+/// Whether the file's last line is whole, in any of the encodings that the platform writes.
+bool EndsWithLine(const std::string& path) {
+    constexpr std::streamoff Longest = 4;
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg();
+    std::array<char, Longest> end{};
+    const std::streamoff count = std::min(size, Longest);
+    if (!file.seekg(-count, std::ios::end) || !file.read(end.data(), count)) {
+        return false;
     }
+    const std::string_view text(end.data(), static_cast<std::size_t>(count));
+    return text.ends_with("\r\n") || text == std::string_view("\r\0\n\0", Longest) ||
+           text == std::string_view("\0\r\0\n", Longest);
+}
 
-    std::string ReadString(const std::string& path, std::string_view section, std::string_view key,
-                           std::string_view defaultValue) override {
-        bool isWhole = false;
-        return ReadText(path, CallText(section), CallText(key).c_str(), CallText(defaultValue), isWhole);
-    }
-
-    std::int32_t ReadInt(const std::string& path, std::string_view section, std::string_view key,
-                         std::int32_t defaultValue) override {
-        return static_cast<std::int32_t>(GetPrivateProfileIntA(
-            CallText(section).c_str(), CallText(key).c_str(), defaultValue, path.c_str()));
-    }
-
-    bool WriteString(const std::string& path, std::string_view section, std::optional<std::string_view> key,
-                     std::optional<std::string_view> value) override {
-        const std::string sectionText = CallText(section);
-        const std::string keyText = CallText(key.value_or(""));
-        const std::string valueText = CallText(value.value_or(""));
-        if (!IsPassable(sectionText) || !IsPassable(keyText)) {
-            return false;
-        }
-        return WritePrivateProfileStringA(sectionText.c_str(), key ? keyText.c_str() : nullptr,
-                                          value ? valueText.c_str() : nullptr, path.c_str()) != 0;
-    }
-
-    bool ReplaceSection(const std::string& path, std::string_view section,
-                        const std::vector<ProfileEntry>& entries) override {
-        const std::string name = CallText(section);
-        if (WithoutBlanks(name).empty() || !IsPassable(name)) {
-            return false;
-        }
-        ForgetFile(path);
-        if (!RemoveSections(path, name)) {
-            return false;
-        }
-        const bool asSection = entries.size() > KeysToSettle && CanWriteAsSection(name, entries);
-        if (!WriteKeys(path, name, entries, asSection ? KeysToSettle : entries.size())) {
-            return false;
-        }
-        return !asSection ||
-               WritePrivateProfileSectionA(name.c_str(), SectionText(entries).c_str(), path.c_str()) != 0;
-    }
-
-private:
-    bool WriteKeys(const std::string& path, const std::string& section,
-                   const std::vector<ProfileEntry>& entries, std::size_t count) {
-        return std::all_of(
-            entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count),
-            [&](const ProfileEntry& entry) { return WriteString(path, section, entry.Key, entry.Value); });
-    }
-};
+/// Whether the last of the entries, which end the file, have reached it. On a full disk the platform says
+/// that it has written and leaves the file cut where the room ended.
+bool IsWritten(const std::string& path, const std::string& section, const std::vector<ProfileEntry>& entries,
+               bool arePlain) {
+    ForgetFile(path);
+    return EndsWithLine(path) && (!arePlain || ListedValue(path, section, entries.back().Key).has_value());
+}
 
 } // namespace
 
+void WindowsProfile::VisitSection(const std::string& path, std::string_view section, const Visitor& visit) {
+    ForgetFile(path);
+    // The section read, unlike that of a key, does not drop the blanks around the name.
+    const std::string asked = CallText(section);
+    const std::string name(WithoutBlanks(asked));
+    if (!IsPassable(name)) {
+        return;
+    }
+    const auto read = [&](char* buffer, DWORD size) {
+        return GetPrivateProfileSectionA(name.c_str(), buffer, size, path.c_str());
+    };
+    const std::size_t size = std::min(BufferFor(path), LargestSectionBuffer);
+    const std::optional<std::string> list = ReadGrowing(size, LargestSectionBuffer, read);
+    if (!list) {
+        VisitKeys(path, name, visit);
+        return;
+    }
+    SectionLines lines(visit);
+    ForEachText(*list, [&](std::string_view line) { TakeLine(lines, line); });
+}
+
+std::string WindowsProfile::ReadString(const std::string& path, std::string_view section,
+                                       std::string_view key, std::string_view defaultValue) {
+    const std::string sectionText = CallText(section);
+    const std::string keyText = CallText(key);
+    if (!IsPassable(sectionText) || !IsPassable(keyText)) {
+        return std::string(defaultValue);
+    }
+    return ReadText(path, sectionText, keyText.c_str(), CallText(defaultValue));
+}
+
+std::int32_t WindowsProfile::ReadInt(const std::string& path, std::string_view section, std::string_view key,
+                                     std::int32_t defaultValue) {
+    return static_cast<std::int32_t>(
+        GetPrivateProfileIntA(CallText(section).c_str(), CallText(key).c_str(), defaultValue, path.c_str()));
+}
+
+bool WindowsProfile::WriteString(const std::string& path, std::string_view section,
+                                 std::optional<std::string_view> key, std::optional<std::string_view> value) {
+    const std::string sectionText = CallText(section);
+    const std::string keyText = CallText(key.value_or(""));
+    const std::string valueText = CallText(value.value_or(""));
+    if (!IsPassable(sectionText) || !IsPassable(keyText)) {
+        return false;
+    }
+    if (key && value && !IsPassable(valueText)) {
+        return WriteLongValue(path, sectionText, keyText, valueText);
+    }
+    return WritePrivateProfileStringA(sectionText.c_str(), key ? keyText.c_str() : nullptr,
+                                      value ? valueText.c_str() : nullptr, path.c_str()) != 0;
+}
+
+bool WindowsProfile::WriteKeys(const std::string& path, const std::string& section,
+                               const std::vector<ProfileEntry>& entries, std::size_t count) {
+    return std::all_of(
+        entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count),
+        [&](const ProfileEntry& entry) { return WriteString(path, section, entry.Key, entry.Value); });
+}
+
+bool WindowsProfile::ReplaceSection(const std::string& path, std::string_view section,
+                                    const std::vector<ProfileEntry>& entries) {
+    const std::string name = CallText(section);
+    if (WithoutBlanks(name).empty() || !IsPassable(name)) {
+        return false;
+    }
+    ForgetFile(path);
+    if (!RemoveSections(path, name)) {
+        return false;
+    }
+    if (entries.empty()) {
+        return true;
+    }
+    const bool arePlain = CanWriteAsSection(name, entries);
+    const bool asSection = arePlain && entries.size() > KeysToSettle;
+    if (!WriteKeys(path, name, entries, asSection ? KeysToSettle : entries.size())) {
+        return false;
+    }
+    if (asSection &&
+        WritePrivateProfileSectionA(name.c_str(), SectionText(entries).c_str(), path.c_str()) == 0) {
+        return false;
+    }
+    return IsWritten(path, name, entries, arePlain);
+}
+
+} // namespace win32
+
 Profile& SystemProfile() {
-    static WindowsProfile profile;
+    static win32::WindowsProfile profile;
     return profile;
 }
 

@@ -462,6 +462,17 @@ const WriteCase Writes[] = {
 
 INSTANTIATE_TEST_SUITE_P(Cases, ProfileWriting, testing::ValuesIn(Writes), CaseName<WriteCase>);
 
+TEST_F(ProfileTest, ValuesAreWrittenWholeAtAnyLength) {
+    for (const std::size_t length : {32766U, 32767U, 65535U, 65536U, 65539U, 200000U}) {
+        const std::string value = Times(length, "x");
+        EXPECT_TRUE(System.WriteString(File(), "S", "k\x83\x7E", value + "\x83"));
+        EXPECT_EQ(Folder.Read(FileName), "[S]\r\nk\x83\x7E=" + value + "\r\n") << length;
+    }
+    const std::string letters = Times(40000, "\x83\x7E");
+    EXPECT_TRUE(System.WriteString(File(), "S", "k\x83\x7E", letters));
+    EXPECT_EQ(Folder.Read(FileName), "[S]\r\nk\x83\x7E=" + letters + "\r\n");
+}
+
 TEST_F(ProfileTest, WritingMakesAMissingFile) {
     EXPECT_TRUE(System.WriteString(File(), "S", "k", "v"));
     EXPECT_EQ(Folder.Read(FileName), "[S]\r\nk=v\r\n");
@@ -648,6 +659,16 @@ TEST_F(ProfileTest, SectionWithoutANameCannotBeReplaced) {
         EXPECT_FALSE(System.ReplaceSection(File(), section, {{"k", "v"}}));
     }
     EXPECT_EQ(Folder.Read(FileName), "a=1\n");
+}
+
+TEST_F(ProfileTest, ReplacingWithALongValueLeavesTheBytesOfThePlainSequence) {
+    for (const std::size_t length : {32766U, 32767U, 65536U, 70000U}) {
+        const Entries entries = {{"Num", "4"}, {"a", "1"}, {"b", "2"}, {"c", Times(length, "x")}, {"d", "3"}};
+        Folder.Write(FileName, "[List]\nNum=1\n[B]\n");
+        EXPECT_TRUE(System.ReplaceSection(File(), "List", entries));
+        const std::string expected = ReplacedPlainly(Folder, "[List]\nNum=1\n[B]\n", "List", entries);
+        EXPECT_EQ(Folder.Read(FileName), expected) << length;
+    }
 }
 
 TEST_F(ProfileTest, ReplacedSectionReadsBack) {
