@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <stdexcept>
 #include <string_view>
 
 namespace pmx::test {
@@ -42,6 +43,21 @@ bool HasClass(HWND window, const wchar_t* name) {
     std::array<wchar_t, 32> buffer{};
     GetClassNameW(window, buffer.data(), static_cast<int>(buffer.size()));
     return lstrcmpiW(buffer.data(), name) == 0;
+}
+
+/// What has the focus and so on in the thread of a window.
+GUITHREADINFO StateOf(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof(info);
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+    return info;
+}
+
+/// True when the keyboard's input goes to the window or one of its controls.
+bool HasKeyboard(HWND top) {
+    const GUITHREADINFO info = StateOf(top);
+    return IsWindowVisible(top) && GetForegroundWindow() == top && info.hwndActive == top &&
+           (info.hwndFocus == top || IsChild(top, info.hwndFocus));
 }
 
 std::vector<HWND> ChildrenOf(HWND window) {
@@ -93,7 +109,43 @@ void CheckMessageBox(HWND box, const Message& message) {
     EXPECT_TRUE(iconSeen) << "the message box shows another icon";
     const bool isYesNo = message.Buttons == MessageButtons::YesNo;
     EXPECT_EQ(buttons, isYesNo ? (std::vector<int>{IDYES, IDNO}) : std::vector<int>{IDOK});
-    EXPECT_EQ(LOWORD(SendMessageW(box, DM_GETDEFID, 0, 0)), ButtonOf(message.Default));
+    EXPECT_EQ(GetDlgCtrlID(StateOf(box).hwndFocus), ButtonOf(message.Default))
+        << "Enter presses the button with the focus";
+}
+
+std::string Describe(HWND window) {
+    std::array<wchar_t, 32> buffer{};
+    GetClassNameW(window, buffer.data(), static_cast<int>(buffer.size()));
+    return !window ? "none"
+                   : win32::ToNarrow(buffer.data()) + " \"" + Utf8(WindowText(window)) + "\"" +
+                         (IsWindowVisible(window) ? "" : ", hidden") +
+                         (IsWindowEnabled(window) ? "" : ", disabled");
+}
+
+/// What a thread's windows and the input are at, for messages about failures.
+std::string StateOfDesktop(DWORD thread) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof(info);
+    GetGUIThreadInfo(thread, &info);
+    std::string text = "\n  foreground: " + Describe(GetForegroundWindow()) +
+                       "\n  active: " + Describe(info.hwndActive) + "\n  focus: " + Describe(info.hwndFocus) +
+                       "\n  mouse: " + Describe(info.hwndCapture);
+    EnumThreadWindows(
+        thread,
+        [](HWND window, LPARAM context) -> BOOL {
+            if (IsWindowVisible(window)) {
+                *reinterpret_cast<std::string*>(context) += "\n  window: " + Describe(window);
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&text));
+    return text;
+}
+
+/// A coordinate as SendInput takes it: the screen is 65536 units wide.
+LONG InScreenUnits(LONG position, int extentMetric) {
+    const LONG extent = GetSystemMetrics(extentMetric);
+    return (position * 65536 + extent - 1) / extent;
 }
 
 POINT CenterOf(HWND window) {
@@ -105,6 +157,7 @@ POINT CenterOf(HWND window) {
 } // namespace
 
 DialogDriver* DialogDriver::Current = nullptr;
+std::uint64_t DialogDriver::MarkerSent = 0;
 
 /// Passes events on, and tells the driver when the dialog opens and closes.
 class DialogDriver::Receiver final : public DialogEvents {
@@ -121,7 +174,12 @@ public:
             Driver.Undriven = Dialog;
         }
         Driver.Changed.notify_all();
-        return Events.OnOpened(window);
+        const bool placeFocus = Events.OnOpened(window);
+        const std::lock_guard guard(Driver.Lock);
+        if (Dialog->GivenUp) {
+            window.End(0);
+        }
+        return placeFocus;
     }
 
     void OnClosed() override {
@@ -178,14 +236,12 @@ LRESULT CALLBACK DialogDriver::WatchMessages(int code, WPARAM wParam, LPARAM lPa
 }
 
 void DialogDriver::OnMessageTaken(MSG& message) {
-    if (message.message == CallMessage()) {
-        (*reinterpret_cast<const std::function<void()>*>(message.lParam))();
-    }
     const bool isInputMarker =
         (message.message == WM_KEYUP || message.message == WM_SYSKEYUP) && message.wParam == MarkerKey;
     if (message.message == CallMessage()) {
-        Changed.notify_all();
         message.message = WM_NULL;
+        RunCalls();
+        return;
     }
     if (!isInputMarker && message.message != MarkerMessage()) {
         return;
@@ -238,23 +294,61 @@ void DialogDriver::RunScript(const std::shared_ptr<OpenDialog>& dialog) {
     if (IsClosed(*dialog)) {
         return;
     }
-    WaitUntil([&] { return IsWindowVisible(dialog->Window) || IsClosed(*dialog); });
-    Settle(*dialog, false);
     try {
+        Require(WaitUntil([&] { return IsWindowVisible(dialog->Window) || IsClosed(*dialog); }),
+                "the dialog does not become visible");
+        Settle(*dialog, false);
         RealUser user(*this, *dialog);
         dialog->Work(user);
+        Settle(*dialog, false);
     } catch (const std::exception& error) {
-        ADD_FAILURE() << "the script threw: " << error.what();
+        ADD_FAILURE() << "the script was given up: " << error.what();
+    } catch (...) {
+        ADD_FAILURE() << "the script was given up";
     }
-    Settle(*dialog, false);
     if (!IsClosed(*dialog)) {
-        ADD_FAILURE() << "the script left this dialog open: " << Utf8(WindowText(dialog->Window));
-        OnDialogThread([&] {
-            if (dialog->Seam) {
-                dialog->Seam->End(0);
+        ADD_FAILURE() << "the script left this dialog open: " << Describe(dialog->Window);
+        GiveUp(*dialog);
+    }
+}
+
+/// Ends a dialog and what is open over it, so that the tests that follow find everything as usual.
+void DialogDriver::GiveUp(OpenDialog& dialog) {
+    {
+        const std::lock_guard guard(Lock);
+        dialog.GivenUp = true;
+    }
+    const auto isClosedSoon = [&] {
+        TryOnDialogThread(dialog, [&] {
+            CloseMessageBoxes();
+            if (dialog.Seam) {
+                dialog.Seam->End(0);
             }
         });
-        WaitUntil([&] { return IsClosed(*dialog); });
+        return IsClosed(dialog);
+    };
+    if (!WaitUntil(isClosedSoon)) {
+        ADD_FAILURE() << "the dialog cannot be closed" << StateOfDesktop(Thread);
+    }
+}
+
+/// Closes every dialog of the thread that is none of a script's. Runs on the dialogs' thread.
+void DialogDriver::CloseMessageBoxes() const {
+    EnumThreadWindows(
+        Thread,
+        [](HWND window, LPARAM driver) -> BOOL {
+            if (HasClass(window, L"#32770") &&
+                !reinterpret_cast<const DialogDriver*>(driver)->IsDialogOfOurs(window)) {
+                EndDialog(window, IDCANCEL);
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(this));
+}
+
+void DialogDriver::Require(bool condition, const std::string& failure) const {
+    if (!condition) {
+        throw std::runtime_error(failure + StateOfDesktop(Thread));
     }
 }
 
@@ -305,25 +399,23 @@ HWND DialogDriver::FindMessageBox(const OpenMessage& message) const {
     return search.Found;
 }
 
-void DialogDriver::AnswerMessage(const OpenMessage& message) const {
+void DialogDriver::AnswerMessage(const OpenDialog& dialog, const OpenMessage& message) {
     HWND box = nullptr;
     const auto isAnswered = [&] {
         const std::lock_guard guard(Lock);
         return message.Answered;
     };
-    if (!WaitUntil([&] { return (box = FindMessageBox(message)) != nullptr || isAnswered(); }) || !box) {
-        ADD_FAILURE() << "the message box did not appear: " << Utf8(message.Asked.Text);
-        return;
-    }
+    Require(WaitUntil([&] { return (box = FindMessageBox(message)) != nullptr || isAnswered(); }) && box,
+            "the message box did not appear: " + Utf8(message.Asked.Text));
+    Activate(dialog, box);
     CheckMessageBox(box, message.Asked);
     EXPECT_FALSE(IsWindowEnabled(win32::ToSystem(message.Asked.Owner)))
         << "the owner of a message must be disabled";
     message.Meanwhile();
     const HWND button = GetDlgItem(box, ButtonOf(message.Planned));
     EXPECT_NE(button, nullptr);
-    Activate(box);
-    ClickAt(button, CenterOf(button));
-    EXPECT_TRUE(WaitUntil(isAnswered)) << "the message box did not close: " << Utf8(message.Asked.Text);
+    ClickAt(dialog, button, CenterOf(button));
+    Require(WaitUntil(isAnswered), "the message box did not close: " + Utf8(message.Asked.Text));
 }
 
 /// True when there was something to deal with.
@@ -341,7 +433,7 @@ bool DialogDriver::DealWithNewWindows(const OpenDialog& dialog) {
         RunScript(opened);
     }
     if (message) {
-        AnswerMessage(*message);
+        AnswerMessage(dialog, *message);
     }
     return opened || message;
 }
@@ -363,15 +455,10 @@ bool DialogDriver::WaitForMarker(const OpenDialog& dialog, bool asInput) {
     const bool isDone = Changed.wait_for(guard, Patience, [&] {
         return MarkerSeen >= awaited || dialog.Closed || (Undriven && Undriven.get() != &dialog) || Pending;
     });
-    if (!isDone) {
-        guard.unlock();
-        ADD_FAILURE() << "the dialog does not react" << (asInput ? " to input" : "");
-        return true;
-    }
-    if (MarkerSeen < awaited) {
-        return dialog.Closed;
-    }
-    return true;
+    const bool isThrough = MarkerSeen >= awaited || dialog.Closed;
+    guard.unlock();
+    Require(isDone, asInput ? "the dialog does not react to input" : "the dialog does not react");
+    return isThrough;
 }
 
 void DialogDriver::Settle(const OpenDialog& dialog, bool afterInput) {
@@ -387,18 +474,30 @@ void DialogDriver::Settle(const OpenDialog& dialog, bool afterInput) {
     } while (!WaitForMarker(dialog, false) || DealWithNewWindows(dialog));
 }
 
-void DialogDriver::OnDialogThread(const std::function<void()>& action) {
-    bool isDone = false;
-    const std::function<void()> call = [&] {
-        action();
-        const std::lock_guard guard(Lock);
-        isDone = true;
-    };
-    PostThreadMessageW(Thread, CallMessage(), 0, reinterpret_cast<LPARAM>(&call));
-    std::unique_lock guard(Lock);
-    if (!Changed.wait_for(guard, Patience, [&] { return isDone; })) {
-        std::abort(); // the call would run later on a stack that is gone
+void DialogDriver::RunCalls() {
+    const std::lock_guard guard(CallLock);
+    for (Call* call : std::exchange(Calls, {})) {
+        (*call->Action)();
+        call->IsDone = true;
     }
+    Changed.notify_all();
+}
+
+void DialogDriver::OnDialogThread(const OpenDialog& dialog, const std::function<void()>& action) {
+    Require(TryOnDialogThread(dialog, action) || IsClosed(dialog), "the dialog does not react");
+}
+
+bool DialogDriver::TryOnDialogThread(const OpenDialog& dialog, const std::function<void()>& action) {
+    Call call{&action};
+    {
+        const std::lock_guard guard(CallLock);
+        Calls.push_back(&call);
+    }
+    PostThreadMessageW(Thread, CallMessage(), 0, 0);
+    WaitUntil([&] { return call.IsDone || IsClosed(dialog); });
+    const std::lock_guard guard(CallLock); // waits for a call that runs at present
+    std::erase(Calls, &call);
+    return call.IsDone;
 }
 
 bool DialogDriver::WaitUntil(const std::function<bool()>& condition) {
@@ -413,32 +512,36 @@ bool DialogDriver::WaitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
-void DialogDriver::Activate(HWND window) {
-    const HWND top = GetAncestor(window, GA_ROOT);
-    EXPECT_TRUE(WaitUntil([top] {
-        if (GetForegroundWindow() != top) {
-            SetForegroundWindow(top);
-        }
-        return GetForegroundWindow() == top;
-    })) << "the window does not come to the foreground";
+void DialogDriver::Activate(const OpenDialog& dialog, HWND top) {
+    if (HasKeyboard(top)) {
+        return;
+    }
+    // By the thread that owns it: a request from another one may arrive late and undo a later one.
+    OnDialogThread(dialog, [top] { SetForegroundWindow(top); });
+    Require(WaitUntil([&] { return HasKeyboard(top) || IsClosed(dialog); }),
+            "the window does not get the keyboard");
 }
 
-void DialogDriver::ClickAt(HWND window, POINT position, int times) {
-    EXPECT_TRUE(WaitUntil([position] {
+void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position, int times) {
+    const auto isThere = [position] {
         POINT present{};
-        SetCursorPos(position.x, position.y);
         GetCursorPos(&present);
         return present.x == position.x && present.y == position.y;
-    })) << "the pointer does not go where it is put";
+    };
+    OnDialogThread(dialog, [position] { SetCursorPos(position.x, position.y); });
+    Require(WaitUntil(isThere), "the pointer does not go where it is put");
     const HWND hit = WindowFromPoint(position);
     EXPECT_TRUE(hit == window || IsChild(window, hit) || !IsWindowEnabled(window))
         << "something covers the window at " << position.x << ", " << position.y;
+    // Every event says where it is, because the pointer may be moved by somebody else.
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = InScreenUnits(position.x, SM_CXSCREEN);
+    input.mi.dy = InScreenUnits(position.y, SM_CYSCREEN);
     std::vector<INPUT> inputs;
     for (int click = 0; click < times; ++click) {
-        for (const DWORD flag : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
-            INPUT input{};
-            input.type = INPUT_MOUSE;
-            input.mi.dwFlags = flag;
+        for (const DWORD button : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+            input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
             inputs.push_back(input);
         }
     }

@@ -3,6 +3,7 @@
 #include "platform/dialog_window.h"
 #include "platform/message_box.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -40,6 +41,7 @@ public:
         HWND Window = nullptr; ///< null before it is open
         DialogWindow* Seam = nullptr;
         bool Closed = false;
+        bool GivenUp = false; ///< its script has failed
     };
 
     DialogDriver();
@@ -56,22 +58,25 @@ public:
     /// Shows a real message box and lets the driver look at it and give the answer.
     MessageAnswer Ask(const Message& message, MessageAnswer planned, const std::function<void()>& meanwhile);
 
-    // For the driver's thread
+    // For the driver's thread. What waits throws when it waited in vain, which gives the script up: the
+    // failure is reported with what the windows are at, and the dialog is closed.
 
     /// Waits until what was posted or sent as input before has been handled. `dialog` is the one acted on.
     void Settle(const OpenDialog& dialog, bool afterInput);
 
-    /// Runs something on the dialogs' thread, between two messages, and waits for it.
-    void OnDialogThread(const std::function<void()>& action);
+    /// Runs something that opens no window on the dialogs' thread, between two messages, and waits for it.
+    /// Does not when the dialog closes before.
+    void OnDialogThread(const OpenDialog& dialog, const std::function<void()>& action);
 
     /// Waits until the condition holds. False when it never did.
     static bool WaitUntil(const std::function<bool()>& condition);
 
-    /// Brings a window to the foreground, so that input goes to it.
-    static void Activate(HWND window);
+    /// Sees to it that a window (the dialog's or one over it) is in the foreground, active, and has the focus
+    /// itself or in a control.
+    void Activate(const OpenDialog& dialog, HWND top);
 
     /// Places the mouse pointer, waits until it is there, and clicks.
-    static void ClickAt(HWND window, POINT screenPosition, int times = 1);
+    void ClickAt(const OpenDialog& dialog, HWND window, POINT screenPosition, int times = 1);
     static void SendKey(WORD virtualKey, bool down, std::uint64_t extra = 0);
     static void SendCharacter(wchar_t character);
 
@@ -86,14 +91,24 @@ private:
         bool Answered = false;
     };
 
+    struct Call {
+        const std::function<void()>* Action;
+        std::atomic<bool> IsDone = false;
+    };
+
     class Receiver;
 
     static LRESULT CALLBACK WatchMessages(int code, WPARAM wParam, LPARAM lParam);
     void OnMessageTaken(MSG& message);
+    void RunCalls();
     void RunScript(const std::shared_ptr<OpenDialog>& dialog);
     bool DealWithNewWindows(const OpenDialog& dialog);
     bool WaitForMarker(const OpenDialog& dialog, bool asInput);
-    void AnswerMessage(const OpenMessage& message) const;
+    void AnswerMessage(const OpenDialog& dialog, const OpenMessage& message);
+    bool TryOnDialogThread(const OpenDialog& dialog, const std::function<void()>& action);
+    void GiveUp(OpenDialog& dialog);
+    void CloseMessageBoxes() const;
+    void Require(bool condition, const std::string& failure) const;
     HWND FindMessageBox(const OpenMessage& message) const;
     bool IsDialogOfOurs(HWND window) const;
 
@@ -106,8 +121,10 @@ private:
     std::vector<std::shared_ptr<OpenDialog>> Dialogs; ///< the topmost last
     std::shared_ptr<OpenDialog> Undriven;             ///< opened, and its script does not run yet
     std::shared_ptr<OpenMessage> Pending;             ///< a message that is to be answered
-    std::uint64_t MarkerSent = 0;                     ///< number of the last marker that was sent
-    std::uint64_t MarkerSeen = 0;                     ///< the highest number of those that came through
+    static std::uint64_t MarkerSent; ///< number of the last marker of any driver, because some arrive late
+    std::uint64_t MarkerSeen = 0;    ///< the highest number of those that came through
+    std::mutex CallLock;
+    std::vector<Call*> Calls; ///< to be run on the dialogs' thread
     std::thread Worker;
 };
 

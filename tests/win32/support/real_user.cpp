@@ -55,7 +55,7 @@ bool RealUser::BeginAction() const {
         ADD_FAILURE() << "the user acts on a dialog that has ended";
         return false;
     }
-    DialogDriver::Activate(Dialog.Window);
+    Driver.Activate(Dialog, Dialog.Window);
     return true;
 }
 
@@ -134,7 +134,7 @@ int RealUser::SelectedRow(ControlId list) const {
 
 void RealUser::Click(HWND window, POINT client, int times) {
     ClientToScreen(window, &client);
-    DialogDriver::ClickAt(window, client, times);
+    Driver.ClickAt(Dialog, window, client, times);
     Finish(true);
 }
 
@@ -299,7 +299,7 @@ void RealUser::ProcessKey(std::uint32_t scanCode) {
 
 void RealUser::OnDialogThread(const std::function<void()>& action) {
     if (BeginAction()) {
-        Driver.OnDialogThread(action);
+        Driver.OnDialogThread(Dialog, action);
         Finish(false);
     }
 }
