@@ -1,9 +1,9 @@
 #include "dialogs/choice/choice_entry_dlg.h"
 
 #include "res/ids.h"
+#include "support/desktops.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
-#include "support/memory_window.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
 
@@ -12,21 +12,22 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 
 namespace pmx {
 namespace {
 
+using test::DialogUser;
 using test::FakeHost;
 using test::HostCall;
 using test::HostFailure;
-using test::MemoryUser;
 using test::SameTable;
 using test::Sjis;
 using test::TableOf;
 
 constexpr const char* ListFile = "PmxTempleList.ini";
-constexpr std::int64_t LastPickerIcon = 59;
 
+template <class Screen>
 class ChoiceEntryDlgTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -37,7 +38,7 @@ protected:
         ListBefore = Folder.Read(ListFile);
     }
 
-    int Run(const test::MemoryDialogs::Script& script, std::int32_t level = 1) {
+    int Run(const std::function<void(DialogUser&)>& script, std::int32_t level = 1) {
         CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, level,
                                          WindowHandle{7}, Desktop.Services, Store.Services);
         Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, script);
@@ -46,7 +47,7 @@ protected:
 
     int Register(const std::string& name, std::int32_t level = 1) {
         return Run(
-            [name](MemoryUser& user) {
+            [name](DialogUser& user) {
                 user.Fill(control::RegisterName, name);
                 user.Press(control::Ok);
             },
@@ -55,7 +56,7 @@ protected:
 
     /// Enters a name that must be refused: the dialog stays open with the name in place and the focus on it.
     void ExpectRefused(const std::string& name) {
-        EXPECT_EQ(Run([name](MemoryUser& user) {
+        EXPECT_EQ(Run([name](DialogUser& user) {
                       user.Fill(control::RegisterName, name);
                       user.TabTo(control::RegisterChangeIcon);
                       user.Press(control::Ok);
@@ -77,196 +78,220 @@ protected:
     FakeHost Host;
     test::TempFolder Folder;
     test::FakeServices Store;
-    test::MemoryDesktop Desktop;
+    Screen Desktop;
     _LM_DOCUMENTLAYOUTTABLE Table = TableOf(90);
     std::string ListBefore;
 };
 
-TEST_F(ChoiceEntryDlgTest, OpensWithTitleEmptyNameAndTheNewFavoritesIcon) {
-    Run([](MemoryUser& user) {
+TYPED_TEST_SUITE(ChoiceEntryDlgTest, test::AllDesktops);
+
+using MemoryChoiceEntryDlgTest = ChoiceEntryDlgTest<test::MemoryDesktop>;
+
+TYPED_TEST(ChoiceEntryDlgTest, OpensWithTitleEmptyNameAndTheNewFavoritesIcon) {
+    this->Run([](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの登録"));
         EXPECT_EQ(user.Text(control::RegisterName), "");
         EXPECT_EQ(user.Focused(), control::RegisterName);
-        EXPECT_EQ(user.Parent(), WindowHandle{7});
-        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, 14);
+        EXPECT_TRUE(user.HasIcon(control::RegisterIcon));
         user.Escape();
     });
 }
 
-TEST_F(ChoiceEntryDlgTest, TakesAtMost32Bytes) {
-    Run([](MemoryUser& user) {
+TYPED_TEST(ChoiceEntryDlgTest, TakesAtMost32Bytes) {
+    this->Run([](DialogUser& user) {
         user.Fill(control::RegisterName, std::string(31, 'x') + Sjis(u8"表") + "yz");
         EXPECT_EQ(user.Text(control::RegisterName), std::string(31, 'x') + "y");
         user.Escape();
     });
 }
 
-TEST_F(ChoiceEntryDlgTest, StoresANewFavoriteOnTheToolbarWithIcon14) {
-    EXPECT_EQ(Register("  " + Sjis(u8"表紙") + " "), CodeOk);
-    const test::HostContent stored = FakeHost::ReadFavorite(Folder, Sjis(u8"表紙") + ".pmt");
-    EXPECT_TRUE(SameTable(stored.Table, Table));
+TYPED_TEST(ChoiceEntryDlgTest, StoresANewFavoriteOnTheToolbarWithIcon14) {
+    EXPECT_EQ(this->Register("  " + Sjis(u8"表紙") + " "), CodeOk);
+    const test::HostContent stored = FakeHost::ReadFavorite(this->Folder, Sjis(u8"表紙") + ".pmt");
+    EXPECT_TRUE(SameTable(stored.Table, this->Table));
     EXPECT_EQ(stored.Level, 1);
     EXPECT_EQ(stored.Name, Sjis(u8"表紙"));
     EXPECT_EQ(
-        Folder.Read(ListFile),
+        this->Folder.Read(ListFile),
         "[Other]\r\nkey=1\r\n[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=1~Booklet~101~1~4~4\r\n"
         "TemplateData1=0~Mine~1~0~20~Mine.pmt\r\nTemplateData2=0~" +
             Sjis(u8"表紙") + "~1~1~14~" + Sjis(u8"表紙") + ".pmt\r\n");
 }
 
-TEST_F(ChoiceEntryDlgTest, StoresThePartOfTheLevelThatTheTableBeginsWith) {
+TYPED_TEST(ChoiceEntryDlgTest, StoresThePartOfTheLevelThatTheTableBeginsWith) {
     for (const auto& [level, start] : {std::pair{2, 82}, {3, 126}, {4, 150}, {5, 2221}}) {
         const std::string name = "Level" + std::to_string(level);
-        EXPECT_EQ(Register(name, level), CodeOk);
-        const test::HostContent stored = FakeHost::ReadFavorite(Folder, name + ".pmt");
+        EXPECT_EQ(this->Register(name, level), CodeOk);
+        const test::HostContent stored = FakeHost::ReadFavorite(this->Folder, name + ".pmt");
         EXPECT_EQ(stored.Level, level);
         const _LM_DOCUMENTLAYOUTTABLE fresh = TableOf(test::FreshSeed);
         const auto length = static_cast<std::size_t>(PMX_TABLE_SIZE - start);
         EXPECT_EQ(std::memcmp(stored.Table.Bytes, fresh.Bytes, static_cast<std::size_t>(start)), 0);
-        EXPECT_EQ(std::memcmp(stored.Table.Bytes + start, Table.Bytes, length), 0);
+        EXPECT_EQ(std::memcmp(stored.Table.Bytes + start, this->Table.Bytes, length), 0);
     }
 }
 
-TEST_F(ChoiceEntryDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
+TYPED_TEST(ChoiceEntryDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
     for (const std::string& name : {std::string(), std::string("   ")}) {
-        Desktop.Messages.Expect(1019, MessageIcon::Exclamation);
-        ExpectRefused(name);
+        this->Desktop.Messages.Expect(1019, MessageIcon::Exclamation);
+        this->ExpectRefused(name);
     }
 }
 
-TEST_F(ChoiceEntryDlgTest, RefusesATildeButNotASecondByteOfThatValue) {
-    Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
-    ExpectRefused("a~b");
-    EXPECT_EQ(Register(Sjis(u8"ミ")), CodeOk);
-    EXPECT_TRUE(Folder.Exists(Sjis(u8"ミ") + ".pmt"));
+TYPED_TEST(ChoiceEntryDlgTest, RefusesATildeButNotASecondByteOfThatValue) {
+    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    this->ExpectRefused("a~b");
+    EXPECT_EQ(this->Register(Sjis(u8"ミ")), CodeOk);
+    EXPECT_TRUE(this->Folder.Exists(Sjis(u8"ミ") + ".pmt"));
 }
 
-TEST_F(ChoiceEntryDlgTest, RefusesTheNameOfAStandardFavoriteWithoutRegardToCase) {
-    Desktop.Messages.Expect(1012, MessageIcon::Exclamation);
-    ExpectRefused("bookLET");
+TYPED_TEST(ChoiceEntryDlgTest, RefusesTheNameOfAStandardFavoriteWithoutRegardToCase) {
+    this->Desktop.Messages.Expect(1012, MessageIcon::Exclamation);
+    this->ExpectRefused("bookLET");
 }
 
-TEST_F(ChoiceEntryDlgTest, NoToTheQuestionKeepsTheFavorite) {
-    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::No);
-    ExpectRefused("Mine");
+TYPED_TEST(ChoiceEntryDlgTest, NoToTheQuestionKeepsTheFavorite) {
+    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::No);
+    this->ExpectRefused("Mine");
 }
 
-TEST_F(ChoiceEntryDlgTest, YesToTheQuestionRewritesTheFavoriteAndPutsItOnTheToolbar) {
-    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
-    EXPECT_EQ(Register("Mine"), CodeOk);
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "Mine.pmt").Table, Table));
-    EXPECT_NE(Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~14~Mine.pmt\r\n"), std::string::npos);
-    EXPECT_EQ(Folder.Names().size(), 2U);
+TYPED_TEST(ChoiceEntryDlgTest, YesToTheQuestionRewritesTheFavoriteAndPutsItOnTheToolbar) {
+    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    EXPECT_EQ(this->Register("Mine"), CodeOk);
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(this->Folder, "Mine.pmt").Table, this->Table));
+    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~14~Mine.pmt\r\n"),
+              std::string::npos);
+    EXPECT_EQ(this->Folder.Names().size(), 2U);
 }
 
-TEST_F(ChoiceEntryDlgTest, ANameThatDiffersInCaseAloneIsAskedForAndThenNotStored) {
-    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
-    EXPECT_EQ(Register("MINE"), CodeOk);
-    ExpectNothingStored();
+TYPED_TEST(ChoiceEntryDlgTest, ANameThatDiffersInCaseAloneIsAskedForAndThenNotStored) {
+    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    EXPECT_EQ(this->Register("MINE"), CodeOk);
+    this->ExpectNothingStored();
 }
 
-TEST_F(ChoiceEntryDlgTest, StoresTheIconThatWasPicked) {
-    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) {
+TYPED_TEST(ChoiceEntryDlgTest, StoresTheIconThatWasPicked) {
+    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::RegisterChangeIcon);
-        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, LastPickerIcon);
+        EXPECT_TRUE(user.HasIcon(control::RegisterIcon));
         EXPECT_EQ(user.Text(control::RegisterName), "New");
         user.Press(control::Ok);
     });
-    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
         EXPECT_EQ(user.SelectedRow(control::PickerIcons), 0);
         user.ClickRow(control::PickerIcons, 45);
         user.Press(control::Ok);
     });
-    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1,
-                                     WindowHandle::None, Desktop.Services, Store.Services);
+    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
+                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_NE(Folder.Read(ListFile).find("TemplateData2=0~New~1~1~59~New.pmt\r\n"), std::string::npos);
+    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData2=0~New~1~1~59~New.pmt\r\n"), std::string::npos);
 }
 
-TEST_F(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
-    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) {
+TYPED_TEST(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
+    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Press(control::RegisterChangeIcon);
-        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, 14);
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
-    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         user.ClickRow(control::PickerIcons, 45);
         user.Press(control::Cancel);
     });
-    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1,
-                                     WindowHandle::None, Desktop.Services, Store.Services);
+    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
+                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_NE(Folder.Read(ListFile).find("TemplateData2=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
+    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData2=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
 }
 
-TEST_F(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
+TYPED_TEST(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
     std::string list = "[PMXTemplateList]\r\nTemplateNum=25\r\n";
     for (int number = 0; number < 25; ++number) {
         const std::string name = "F" + std::to_string(number);
         list += "TemplateData" + std::to_string(number) + "=0~" + name + "~1~1~14~" + name + ".pmt\r\n";
     }
-    Folder.Write(ListFile, list);
-    EXPECT_EQ(Register("New"), CodeOk);
-    EXPECT_NE(Folder.Read(ListFile).find("TemplateData25=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
+    this->Folder.Write(ListFile, list);
+    EXPECT_EQ(this->Register("New"), CodeOk);
+    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData25=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
 }
 
-TEST_F(ChoiceEntryDlgTest, CancelLeavesTheListFileAsItWas) {
-    EXPECT_EQ(Run([](MemoryUser& user) {
-                  user.Fill(control::RegisterName, "New");
-                  user.Press(control::Cancel);
-              }),
+TYPED_TEST(ChoiceEntryDlgTest, CancelLeavesTheListFileAsItWas) {
+    EXPECT_EQ(this->Run([](DialogUser& user) {
+        user.Fill(control::RegisterName, "New");
+        user.Press(control::Cancel);
+    }),
               CodeCancel);
-    ExpectNothingStored();
+    this->ExpectNothingStored();
 }
 
-TEST_F(ChoiceEntryDlgTest, AFavoriteThatCannotBeStoredEndsWithOkAndLeavesTheListFile) {
+TYPED_TEST(ChoiceEntryDlgTest, AFavoriteThatCannotBeStoredEndsWithOkAndLeavesTheListFile) {
     for (const HostCall call : {HostCall::Create, HostCall::SetTable, HostCall::Save}) {
-        Host.Plan.FailAt(call, Host.Plan.Calls(call) + 1, HostFailure::Raise);
-        EXPECT_EQ(Register("New"), CodeOk);
-        ExpectNothingStored();
-        Host.Plan.Heal();
+        this->Host.Plan.FailAt(call, this->Host.Plan.Calls(call) + 1, HostFailure::Raise);
+        EXPECT_EQ(this->Register("New"), CodeOk);
+        this->ExpectNothingStored();
+        this->Host.Plan.Heal();
     }
-    EXPECT_EQ(Host.LiveDocuments, 0U);
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
-TEST_F(ChoiceEntryDlgTest, ATableThatIsMissingStoresNothing) {
-    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", nullptr, 1, WindowHandle::None,
-                                     Desktop.Services, Store.Services);
-    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) {
+TYPED_TEST(ChoiceEntryDlgTest, ATableThatIsMissingStoresNothing) {
+    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", nullptr, 1,
+                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    ExpectNothingStored();
+    this->ExpectNothingStored();
 }
 
-TEST_F(ChoiceEntryDlgTest, AMissingListFileIsAnEmptyList) {
-    Folder.Remove(ListFile);
-    EXPECT_EQ(Register("Booklet"), CodeOk);
-    EXPECT_EQ(Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=1\r\n"
-                                     "TemplateData0=0~Booklet~1~1~14~Booklet.pmt\r\n");
+TYPED_TEST(ChoiceEntryDlgTest, AMissingListFileIsAnEmptyList) {
+    this->Folder.Remove(ListFile);
+    EXPECT_EQ(this->Register("Booklet"), CodeOk);
+    EXPECT_EQ(this->Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=1\r\n"
+                                           "TemplateData0=0~Booklet~1~1~14~Booklet.pmt\r\n");
 }
 
-TEST_F(ChoiceEntryDlgTest, AFolderThatIsMissingEndsWithOkAndStoresNothing) {
-    const std::string missing = Folder.Path("missing");
-    CPMXTemplUIChoiceEntryDlg dialog(missing.c_str(), ListFile, ".pmt", Table.Bytes, 1, WindowHandle::None,
-                                     Desktop.Services, Store.Services);
-    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) {
+TYPED_TEST(ChoiceEntryDlgTest, AFolderThatIsMissingEndsWithOkAndStoresNothing) {
+    const std::string missing = this->Folder.Path("missing");
+    CPMXTemplUIChoiceEntryDlg dialog(missing.c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
+                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    ExpectNothingStored();
-    EXPECT_FALSE(Folder.Exists("missing"));
+    this->ExpectNothingStored();
+    EXPECT_FALSE(this->Folder.Exists("missing"));
 }
 
-TEST_F(ChoiceEntryDlgTest, ShowsTheWaitCursorWhileItStores) {
+TEST_F(MemoryChoiceEntryDlgTest, ShowsTheWaitCursorWhileItStores) {
     Register("New");
     EXPECT_EQ(Desktop.Dialogs.WaitCursorsShown, 1);
     EXPECT_EQ(Desktop.Dialogs.WaitCursors, 0);
+}
+
+TEST_F(MemoryChoiceEntryDlgTest, IsModalToTheGivenWindowAndShowsTheIconThatItWillStore) {
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](test::MemoryUser& user) {
+        EXPECT_EQ(user.Parent(), WindowHandle{7});
+        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, 14);
+        user.Press(control::RegisterChangeIcon);
+        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, 14);
+        user.Press(control::RegisterChangeIcon);
+        EXPECT_EQ(user.IconIn(control::RegisterIcon)->Index, 59);
+        user.Escape();
+    });
+    for (const ControlId closing : {control::Cancel, control::Ok}) {
+        Desktop.Dialogs.OnOpened(dialog::IconPicker, [closing](test::MemoryUser& user) {
+            user.ClickRow(control::PickerIcons, 45);
+            user.Press(closing);
+        });
+    }
+    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1, WindowHandle{7},
+                                     Desktop.Services, Store.Services);
+    EXPECT_EQ(dialog.DoModal(), CodeCancel);
 }
 
 } // namespace

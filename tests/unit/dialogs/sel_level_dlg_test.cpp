@@ -1,17 +1,19 @@
 #include "dialogs/choice/sel_level_dlg.h"
 
 #include "res/ids.h"
+#include "support/desktops.h"
 #include "support/fake_host.h"
-#include "support/memory_window.h"
 #include "support/sjis.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 
 namespace pmx {
 namespace {
 
+using test::DialogUser;
 using test::MemoryDesktop;
 using test::MemoryUser;
 using test::Sjis;
@@ -22,6 +24,7 @@ constexpr std::array<ControlId, 5> LevelButtons = {control::CreateLevelDocument,
 constexpr std::array AllModes = {CreateMode::New, CreateMode::SaveAs, CreateMode::Copy,
                                  CreateMode::Overwrite};
 
+template <class Screen>
 class SelLevelDlgTest : public testing::Test {
 protected:
     CPMXTemplUIListData& AddFavorite(const std::string& name, std::uint32_t standard = 0) {
@@ -31,7 +34,7 @@ protected:
         return *List.GetAt(List.Add(std::move(record)));
     }
 
-    int Run(CPMXTemplUISelLevelDlg& dialog, const test::MemoryDialogs::Script& script) {
+    int Run(CPMXTemplUISelLevelDlg& dialog, const std::function<void(DialogUser&)>& script) {
         Desktop.Dialogs.OnOpened(dialog::CreateFavorite, script);
         return dialog.DoModal();
     }
@@ -41,7 +44,7 @@ protected:
     int Enter(CreateMode mode, const std::string& name, bool isRefused, std::uint32_t sourceIsStandard = 0) {
         Dialog.Mode = mode;
         Dialog.SetSourceIsStandard(sourceIsStandard);
-        return Run(Dialog, [&](MemoryUser& user) {
+        return Run(Dialog, [&](DialogUser& user) {
             user.Fill(control::CreateName, name);
             user.Press(control::Ok);
             EXPECT_EQ(user.IsOpen(), isRefused);
@@ -54,10 +57,14 @@ protected:
     }
 
     test::FakeHost Host;
-    MemoryDesktop Desktop;
+    Screen Desktop;
     CPMXTemplUIListDataArray List;
-    CPMXTemplUISelLevelDlg Dialog{&List, WindowHandle{7}, Desktop.Services};
+    CPMXTemplUISelLevelDlg Dialog{&List, WindowHandle::None, Desktop.Services};
 };
+
+TYPED_TEST_SUITE(SelLevelDlgTest, test::AllDesktops);
+
+using MemorySelLevelDlgTest = SelLevelDlgTest<MemoryDesktop>;
 
 struct ModeCase {
     CreateMode Mode;
@@ -66,7 +73,7 @@ struct ModeCase {
     bool LevelsEnabled;
 };
 
-TEST_F(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
+TYPED_TEST(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
     const std::array cases = {
         ModeCase{CreateMode::New, u8"お気に入りの作成",
                  u8"作成するお気に入り名と属性情報を設定してください。", true},
@@ -78,8 +85,8 @@ TEST_F(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
         ModeCase{CreateMode{4}, u8"", u8"", true},
     };
     for (const ModeCase& expected : cases) {
-        Dialog.Mode = expected.Mode;
-        Run(Dialog, [&](MemoryUser& user) {
+        this->Dialog.Mode = expected.Mode;
+        this->Run(this->Dialog, [&](DialogUser& user) {
             EXPECT_EQ(user.Title(), Sjis(expected.Title));
             EXPECT_EQ(user.Text(control::CreatePrompt), Sjis(expected.Prompt));
             EXPECT_EQ(user.IsEnabled(control::CreateLevelLabel), expected.LevelsEnabled);
@@ -92,24 +99,26 @@ TEST_F(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
     }
 }
 
-TEST_F(SelLevelDlgTest, IsModalToTheGivenParentAndStartsInTheNameBox) {
-    Run(Dialog, [](MemoryUser& user) {
+TEST_F(MemorySelLevelDlgTest, IsModalToTheGivenParentAndStartsInTheNameBox) {
+    CPMXTemplUISelLevelDlg dialog(&List, WindowHandle{7}, Desktop.Services);
+    Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
         EXPECT_EQ(user.Parent(), WindowHandle{7});
         EXPECT_EQ(user.Focused(), control::CreateName);
         user.Escape();
     });
+    EXPECT_EQ(dialog.DoModal(), CodeCancel);
 }
 
-TEST_F(SelLevelDlgTest, ProposesTheNameWithoutBlanksAtItsEnds) {
-    Dialog.SetName(" \t" + Sjis(u8"両面 印刷") + " \r\n");
-    Run(Dialog, [](MemoryUser& user) {
+TYPED_TEST(SelLevelDlgTest, ProposesTheNameWithoutBlanksAtItsEnds) {
+    this->Dialog.SetName(" \t" + Sjis(u8"両面 印刷") + " \r\n");
+    this->Run(this->Dialog, [](DialogUser& user) {
         EXPECT_EQ(user.Text(control::CreateName), Sjis(u8"両面 印刷"));
         user.Escape();
     });
 }
 
-TEST_F(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
-    Run(Dialog, [](MemoryUser& user) {
+TYPED_TEST(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
+    this->Run(this->Dialog, [](DialogUser& user) {
         user.TabTo(control::CreateName);
         user.Type("a" + Sjis(u8"あいうえおかきくけこさしすせそ") + Sjis(u8"表") + "z");
         EXPECT_EQ(user.Text(control::CreateName), "a" + Sjis(u8"あいうえおかきくけこさしすせそ") + "z");
@@ -117,28 +126,28 @@ TEST_F(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
     });
 }
 
-TEST_F(SelLevelDlgTest, GivesBackTheChosenLevel) {
+TYPED_TEST(SelLevelDlgTest, GivesBackTheChosenLevel) {
     for (std::size_t index = 0; index < LevelButtons.size(); ++index) {
-        CPMXTemplUISelLevelDlg dialog(&List, WindowHandle::None, Desktop.Services);
+        CPMXTemplUISelLevelDlg dialog(&this->List, WindowHandle::None, this->Desktop.Services);
         EXPECT_EQ(dialog.GetLevel(), 0U);
-        EXPECT_EQ(Run(dialog,
-                      [&](MemoryUser& user) {
-                          user.Fill(control::CreateName, "A");
-                          user.Press(LevelButtons[index]);
-                          user.Press(control::Ok);
-                      }),
+        EXPECT_EQ(this->Run(dialog,
+                            [&](DialogUser& user) {
+                                user.Fill(control::CreateName, "A");
+                                user.Press(LevelButtons[index]);
+                                user.Press(control::Ok);
+                            }),
                   CodeOk);
         EXPECT_EQ(dialog.GetLevel(), index + 1);
     }
 }
 
-TEST_F(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereItIsGiven) {
+TYPED_TEST(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereItIsGiven) {
     for (const CreateMode mode : {CreateMode::SaveAs, CreateMode::Copy, CreateMode::Overwrite}) {
         for (std::int32_t level = 1; level <= 5; ++level) {
-            CPMXTemplUISelLevelDlg dialog(&List, WindowHandle::None, Desktop.Services);
+            CPMXTemplUISelLevelDlg dialog(&this->List, WindowHandle::None, this->Desktop.Services);
             dialog.Mode = mode;
             dialog.SetLevel(level);
-            Run(dialog, [&](MemoryUser& user) {
+            this->Run(dialog, [&](DialogUser& user) {
                 for (std::size_t index = 0; index < LevelButtons.size(); ++index) {
                     EXPECT_EQ(user.IsChecked(LevelButtons[index]),
                               static_cast<std::int32_t>(index) + 1 == level);
@@ -152,132 +161,132 @@ TEST_F(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereItIsGi
     }
 }
 
-TEST_F(SelLevelDlgTest, KeepsTheLevelWhenAnotherValueIsProposed) {
-    Dialog.SetLevel(3);
+TYPED_TEST(SelLevelDlgTest, KeepsTheLevelWhenAnotherValueIsProposed) {
+    this->Dialog.SetLevel(3);
     for (const std::int32_t level : {0, 6, -1, 101}) {
-        Dialog.SetLevel(level);
+        this->Dialog.SetLevel(level);
     }
-    Run(Dialog, [](MemoryUser& user) {
+    this->Run(this->Dialog, [](DialogUser& user) {
         EXPECT_TRUE(user.IsChecked(control::CreateLevelSheet));
         user.Escape();
     });
 }
 
-TEST_F(SelLevelDlgTest, GivesTheNameWithoutBlanksAtItsEnds) {
-    EXPECT_EQ(Enter(CreateMode::New, "  A b ", false), CodeOk);
-    EXPECT_EQ(Dialog.GetName(), "A b");
+TYPED_TEST(SelLevelDlgTest, GivesTheNameWithoutBlanksAtItsEnds) {
+    EXPECT_EQ(this->Enter(CreateMode::New, "  A b ", false), CodeOk);
+    EXPECT_EQ(this->Dialog.GetName(), "A b");
 }
 
-TEST_F(SelLevelDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
+TYPED_TEST(SelLevelDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
     for (const std::string& name : {std::string(), std::string("   ")}) {
-        Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
-        EXPECT_EQ(Enter(CreateMode::New, name, true), CodeCancel);
+        this->Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
+        EXPECT_EQ(this->Enter(CreateMode::New, name, true), CodeCancel);
     }
 }
 
-TEST_F(SelLevelDlgTest, RefusesATildeBeforeItLooksForDuplicates) {
-    AddFavorite("a~b");
-    Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
-    Enter(CreateMode::New, "a~b", true);
+TYPED_TEST(SelLevelDlgTest, RefusesATildeBeforeItLooksForDuplicates) {
+    this->AddFavorite("a~b");
+    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    this->Enter(CreateMode::New, "a~b", true);
 }
 
-TEST_F(SelLevelDlgTest, AcceptsATildeThatIsTheSecondByteOfACharacter) {
-    EXPECT_EQ(Enter(CreateMode::New, Sjis(u8"ミリ×"), false), CodeOk);
-    EXPECT_EQ(Dialog.GetName(), Sjis(u8"ミリ×"));
+TYPED_TEST(SelLevelDlgTest, AcceptsATildeThatIsTheSecondByteOfACharacter) {
+    EXPECT_EQ(this->Enter(CreateMode::New, Sjis(u8"ミリ×"), false), CodeOk);
+    EXPECT_EQ(this->Dialog.GetName(), Sjis(u8"ミリ×"));
 }
 
-TEST_F(SelLevelDlgTest, RefusesANameInUseWithoutRegardToCaseInEveryMode) {
-    AddFavorite("Duplex");
+TYPED_TEST(SelLevelDlgTest, RefusesANameInUseWithoutRegardToCaseInEveryMode) {
+    this->AddFavorite("Duplex");
     for (const CreateMode mode : {CreateMode::New, CreateMode::SaveAs, CreateMode::Copy}) {
-        Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-        Enter(mode, "dUPLEX", true);
+        this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+        this->Enter(mode, "dUPLEX", true);
     }
 }
 
-TEST_F(SelLevelDlgTest, TellsDoubleByteCharactersApartThatDifferInOneByte) {
-    AddFavorite(Sjis(u8"ア"));
-    EXPECT_EQ(Enter(CreateMode::New, Sjis(u8"ヂ"), false), CodeOk);
+TYPED_TEST(SelLevelDlgTest, TellsDoubleByteCharactersApartThatDifferInOneByte) {
+    this->AddFavorite(Sjis(u8"ア"));
+    EXPECT_EQ(this->Enter(CreateMode::New, Sjis(u8"ヂ"), false), CodeOk);
 }
 
-TEST_F(SelLevelDlgTest, AcceptsTheNameOfADeletedFavorite) {
-    AddFavorite("Duplex").SetDeleteFlag(1);
-    EXPECT_EQ(Enter(CreateMode::New, "Duplex", false), CodeOk);
+TYPED_TEST(SelLevelDlgTest, AcceptsTheNameOfADeletedFavorite) {
+    this->AddFavorite("Duplex").SetDeleteFlag(1);
+    EXPECT_EQ(this->Enter(CreateMode::New, "Duplex", false), CodeOk);
 }
 
-TEST_F(SelLevelDlgTest, SkipsEmptySlotsOfTheList) {
-    List.Add(nullptr);
-    AddFavorite("Duplex");
-    Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-    Enter(CreateMode::New, "Duplex", true);
+TYPED_TEST(SelLevelDlgTest, SkipsEmptySlotsOfTheList) {
+    this->List.Add(nullptr);
+    this->AddFavorite("Duplex");
+    this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+    this->Enter(CreateMode::New, "Duplex", true);
 }
 
-TEST_F(SelLevelDlgTest, AcceptsAnyNameWithoutAList) {
-    CPMXTemplUISelLevelDlg dialog(nullptr, WindowHandle::None, Desktop.Services);
-    EXPECT_EQ(Run(dialog,
-                  [](MemoryUser& user) {
-                      user.Fill(control::CreateName, "Duplex");
-                      user.Press(control::Ok);
-                  }),
+TYPED_TEST(SelLevelDlgTest, AcceptsAnyNameWithoutAList) {
+    CPMXTemplUISelLevelDlg dialog(nullptr, WindowHandle::None, this->Desktop.Services);
+    EXPECT_EQ(this->Run(dialog,
+                        [](DialogUser& user) {
+                            user.Fill(control::CreateName, "Duplex");
+                            user.Press(control::Ok);
+                        }),
               CodeOk);
 }
 
-TEST_F(SelLevelDlgTest, OverwriteModeAsksAndTakesYesOnly) {
-    AddFavorite("Duplex");
-    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
-    EXPECT_EQ(Enter(CreateMode::Overwrite, "duplex", true), CodeCancel);
-    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
-    EXPECT_EQ(Enter(CreateMode::Overwrite, "duplex", false), CodeOk);
-    EXPECT_EQ(Dialog.GetName(), "duplex");
+TYPED_TEST(SelLevelDlgTest, OverwriteModeAsksAndTakesYesOnly) {
+    this->AddFavorite("Duplex");
+    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
+    EXPECT_EQ(this->Enter(CreateMode::Overwrite, "duplex", true), CodeCancel);
+    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
+    EXPECT_EQ(this->Enter(CreateMode::Overwrite, "duplex", false), CodeOk);
+    EXPECT_EQ(this->Dialog.GetName(), "duplex");
 }
 
-TEST_F(SelLevelDlgTest, OverwriteModeAsksAgainForEveryFurtherMatch) {
-    AddFavorite("Duplex");
-    AddFavorite("DUPLEX");
-    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
-    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
-    Enter(CreateMode::Overwrite, "duplex", true);
+TYPED_TEST(SelLevelDlgTest, OverwriteModeAsksAgainForEveryFurtherMatch) {
+    this->AddFavorite("Duplex");
+    this->AddFavorite("DUPLEX");
+    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
+    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
+    this->Enter(CreateMode::Overwrite, "duplex", true);
 }
 
-TEST_F(SelLevelDlgTest, ACopyOfAStandardFavoriteNeverOverwrites) {
-    AddFavorite("Duplex");
+TYPED_TEST(SelLevelDlgTest, ACopyOfAStandardFavoriteNeverOverwrites) {
+    this->AddFavorite("Duplex");
     for (const CreateMode mode : AllModes) {
-        Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-        Enter(mode, "Duplex", true, 1);
+        this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+        this->Enter(mode, "Duplex", true, 1);
     }
 }
 
-TEST_F(SelLevelDlgTest, AnUnknownModeRefusesANameInUseSilently) {
-    AddFavorite("Duplex");
-    Enter(CreateMode{4}, "Duplex", true);
-    EXPECT_TRUE(Desktop.Messages.Shown.empty());
+TYPED_TEST(SelLevelDlgTest, AnUnknownModeRefusesANameInUseSilently) {
+    this->AddFavorite("Duplex");
+    this->Enter(CreateMode{4}, "Duplex", true);
+    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
 }
 
-TEST_F(SelLevelDlgTest, MessagesBearTheTitleOfTheDialog) {
-    Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
-    Enter(CreateMode::New, "", true);
-    EXPECT_EQ(Desktop.Messages.Shown.front().Caption, Sjis(u8"お気に入りの作成"));
+TYPED_TEST(SelLevelDlgTest, MessagesBearTheTitleOfTheDialog) {
+    this->Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
+    this->Enter(CreateMode::New, "", true);
+    EXPECT_EQ(this->Desktop.Messages.Shown.front().Caption, Sjis(u8"お気に入りの作成"));
 }
 
-TEST_F(SelLevelDlgTest, CancelGivesAnEmptyName) {
-    Dialog.SetName("A");
-    EXPECT_EQ(Run(Dialog, [](MemoryUser& user) { user.Press(control::Cancel); }), CodeCancel);
-    EXPECT_EQ(Dialog.GetName(), "");
-    Dialog.SetName("A");
-    EXPECT_EQ(Run(Dialog, [](MemoryUser& user) { user.Close(); }), CodeCancel);
-    EXPECT_EQ(Dialog.GetName(), "");
+TYPED_TEST(SelLevelDlgTest, CancelGivesAnEmptyName) {
+    this->Dialog.SetName("A");
+    EXPECT_EQ(this->Run(this->Dialog, [](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
+    EXPECT_EQ(this->Dialog.GetName(), "");
+    this->Dialog.SetName("A");
+    EXPECT_EQ(this->Run(this->Dialog, [](DialogUser& user) { user.Close(); }), CodeCancel);
+    EXPECT_EQ(this->Dialog.GetName(), "");
 }
 
-TEST_F(SelLevelDlgTest, EnterAccepts) {
-    EXPECT_EQ(Run(Dialog,
-                  [](MemoryUser& user) {
-                      user.Fill(control::CreateName, "A");
-                      user.Enter();
-                  }),
+TYPED_TEST(SelLevelDlgTest, EnterAccepts) {
+    EXPECT_EQ(this->Run(this->Dialog,
+                        [](DialogUser& user) {
+                            user.Fill(control::CreateName, "A");
+                            user.Enter();
+                        }),
               CodeOk);
-    EXPECT_EQ(Dialog.GetName(), "A");
+    EXPECT_EQ(this->Dialog.GetName(), "A");
 }
 
-TEST_F(SelLevelDlgTest, ADialogThatCannotBeShownIsNeitherOkNorCancel) {
+TEST_F(MemorySelLevelDlgTest, ADialogThatCannotBeShownIsNeitherOkNorCancel) {
     Desktop.Dialogs.OnOpenedFail(dialog::CreateFavorite);
     EXPECT_EQ(Dialog.DoModal(), CPmxDlg::Failed);
 }

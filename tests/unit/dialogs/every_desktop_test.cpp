@@ -1,0 +1,508 @@
+#include "dialogs/base/icon_dlg.h"
+#include "dialogs/base/pmx_dlg.h"
+
+#include "dialogs/base/favorite_icons.h"
+#include "res/ids.h"
+#include "support/desktops.h"
+#include "support/sjis.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// What holds in memory must hold in real windows: the same scripts run over both.
+
+namespace pmx {
+namespace {
+
+using test::DialogUser;
+using test::Sjis;
+
+using Events = std::vector<std::string>;
+
+constexpr ControlId Picker = control::PickerIcons;
+
+// The icon picker
+
+template <class Desktop>
+class IconPickerTest : public testing::Test {
+protected:
+    /// Runs the picker for a favorite with that icon; the icon afterwards.
+    std::int64_t Pick(std::int64_t icon, const std::function<void(DialogUser&)>& script) {
+        CPMXTemplUIIconDlg picker(icon, 0, std::nullopt, WindowHandle::None, Screen.Services);
+        Screen.Dialogs.OnOpened(dialog::IconPicker, script);
+        Code = picker.DoModal();
+        return picker.IconValue();
+    }
+
+    int InitialRow(std::int64_t icon) {
+        int row = -1;
+        Pick(icon, [&row](DialogUser& user) {
+            row = user.SelectedRow(Picker);
+            user.Escape();
+        });
+        return row;
+    }
+
+    Desktop Screen;
+    int Code = 0;
+};
+
+TYPED_TEST_SUITE(IconPickerTest, test::AllDesktops);
+
+TYPED_TEST(IconPickerTest, Shows46IconsAndTheStandardTitle) {
+    this->Pick(14, [](DialogUser& user) {
+        EXPECT_EQ(user.RowCount(Picker), 46);
+        EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
+        EXPECT_EQ(user.Focused(), Picker);
+        user.Escape();
+    });
+}
+
+TYPED_TEST(IconPickerTest, SelectsTheIconOfTheFavoriteOrTheFirst) {
+    EXPECT_EQ(this->InitialRow(14), 0);
+    EXPECT_EQ(this->InitialRow(59), 45);
+    EXPECT_EQ(this->InitialRow(3), 0);
+    EXPECT_EQ(this->InitialRow(60), 0);
+}
+
+TYPED_TEST(IconPickerTest, OkReturnsTheUntouchedSelection) {
+    EXPECT_EQ(this->Pick(59, [](DialogUser& user) { user.Press(control::Ok); }), 59);
+    EXPECT_EQ(this->Code, CodeOk);
+    EXPECT_EQ(this->Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
+}
+
+TYPED_TEST(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
+    const std::int64_t clicked = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 40);
+        EXPECT_EQ(user.SelectedRow(Picker), 40);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(clicked, 54);
+    const std::int64_t lastByKey = this->Pick(14, [](DialogUser& user) {
+        user.Key(test::key::End);
+        user.Enter();
+    });
+    EXPECT_EQ(lastByKey, 59);
+}
+
+TYPED_TEST(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
+    const std::int64_t icon = this->Pick(20, [](DialogUser& user) {
+        user.ClickRow(Picker, 45); // scrolls to the end, where there is room beside the icons
+        user.ClickBesideRows(Picker);
+        EXPECT_EQ(user.SelectedRow(Picker), -1);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(icon, 59);
+}
+
+TYPED_TEST(IconPickerTest, CancelKeepsTheIcon) {
+    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 20);
+        user.Press(control::Cancel);
+    });
+    EXPECT_EQ(icon, 14);
+    EXPECT_EQ(this->Code, CodeCancel);
+    EXPECT_EQ(this->Pick(30, [](DialogUser& user) { user.Close(); }), 30);
+}
+
+TYPED_TEST(IconPickerTest, TitleIsTheOneGiven) {
+    CPMXTemplUIIconDlg picker(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle::None,
+                              this->Screen.Services);
+    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+        EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
+        user.Escape();
+    });
+    picker.DoModal();
+}
+
+TYPED_TEST(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
+    this->Pick(14, [](DialogUser& user) {
+        user.AskHelp();
+        user.AskHelpOn(control::PickerLabel);
+        user.Escape();
+    });
+    const std::string text =
+        Sjis(u8"【機能】\n・ツールバー上に表示されるアイコンイメージを一覧表示します。\n\n【操作】\n"
+             u8"・変更したいアイコンを選択します。");
+    ASSERT_EQ(this->Screen.Help.Requests.size(), 2U);
+    EXPECT_EQ(this->Screen.Help.Requests[0].Text, text);
+    EXPECT_EQ(this->Screen.Help.Requests[1].Text, text);
+}
+
+// The base dialog
+
+/// The template of the basic list with handlers that write down what reaches them.
+class ProbeDlg final : public CPmxDlg {
+public:
+    explicit ProbeDlg(const DialogServices& services)
+        : CPmxDlg(dialog::BasicList, WindowHandle::None, services),
+          Icons(LoadFavoriteIcons(services.Images)) {}
+
+    Events Seen;
+    std::function<void(ProbeDlg&)> WhenDeletePressed;
+    std::function<void(ProbeDlg&)> WhenOk;
+    bool RefusesNames = false;
+
+    using CPmxDlg::AskYesNo;
+    using CPmxDlg::EndDialog;
+    using CPmxDlg::NameIn;
+    using CPmxDlg::RunOver;
+    using CPmxDlg::ShowFailure;
+    using CPmxDlg::ShowWarning;
+    using CPmxDlg::Window;
+
+    void ShowIcon(std::int64_t icon) { ShowFavoriteIcon(Window(), control::BasicIcon, Icons.get(), icon); }
+
+private:
+    bool OnInitDialog() override {
+        ListControl& list = Window().ListOf(control::BasicList);
+        LimitName(control::BasicName);
+        list.SetFullRowSelection(true);
+        list.InsertColumn(0, StringOf(text::BasicColumnName), 250);
+        list.InsertColumn(1, StringOf(text::ColumnKind), 100);
+        for (int row = 0; row < 3; ++row) {
+            list.InsertRow(row, 100 + row);
+            list.SetCell(row, 0, Sjis(u8"表") + std::to_string(row));
+        }
+        list.Select(0);
+        return true;
+    }
+
+    void OnOK() override {
+        Seen.emplace_back("ok");
+        if (WhenOk) {
+            WhenOk(*this);
+        } else {
+            CPmxDlg::OnOK();
+        }
+    }
+
+    void OnControlEvent(const ControlEvent& event) override {
+        using Self = ProbeDlg;
+        static constexpr EventHandler<Self> Table[] = {
+            {control::BasicName, DialogEvent::FocusGained, &Self::OnNameEntered},
+            {control::BasicName, DialogEvent::FocusLost, &Self::OnNameLeft},
+            {control::BasicDelete, DialogEvent::Pressed, &Self::OnDelete},
+            {control::BasicList, DialogEvent::ListClicked, &Self::OnListClick},
+            {control::BasicList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClick},
+            {control::BasicList, DialogEvent::ListKeyDown, &Self::OnListKey},
+        };
+        Dispatch<Self>(*this, Table, event);
+    }
+
+    void OnNameEntered() { Seen.emplace_back("name entered"); }
+
+    void OnNameLeft(const ControlEvent& event) {
+        Seen.push_back("name left for " + std::to_string(event.Next));
+        if (RefusesNames) {
+            ShowWarning(text::NameHasSeparator);
+            Window().Focus(control::BasicName);
+        }
+    }
+
+    void OnDelete() {
+        Seen.emplace_back("delete");
+        if (WhenDeletePressed) {
+            WhenDeletePressed(*this);
+        }
+    }
+
+    void OnListClick() { Seen.push_back("list clicked on " + std::to_string(HitRow())); }
+    void OnListDoubleClick() { Seen.push_back("list double-clicked on " + std::to_string(HitRow())); }
+
+    void OnListKey(const ControlEvent& event) {
+        const int mark = Window().ListOf(control::BasicList).SelectionMark();
+        Seen.push_back("key " + std::to_string(event.Key.VirtualKey) + " at " + std::to_string(mark));
+    }
+
+    int HitRow() const { return Window().ListOf(control::BasicList).HitOfMessage().Row; }
+
+    std::unique_ptr<ImageList> Icons;
+};
+
+template <class Desktop>
+class BaseDialogTest : public testing::Test {
+protected:
+    int RunWith(const std::function<void(DialogUser&)>& script) {
+        Screen.Dialogs.OnOpened(dialog::BasicList, [this, script](DialogUser& user) {
+            Dialog.Seen.clear();
+            script(user);
+        });
+        return Dialog.DoModal();
+    }
+
+    void ExpectRefusal() { Screen.Messages.Expect(text::NameHasSeparator, MessageIcon::Exclamation); }
+
+    Desktop Screen;
+    ProbeDlg Dialog{Screen.Services};
+};
+
+TYPED_TEST_SUITE(BaseDialogTest, test::AllDesktops);
+
+TYPED_TEST(BaseDialogTest, EndsWithTheCodeOfWhatTheUserDoes) {
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Enter(); }), CodeOk);
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Escape(); }), CodeCancel);
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Close(); }), CodeCancel);
+}
+
+TYPED_TEST(BaseDialogTest, ListTellsClicksAndKeysBeforeItActsOnThem) {
+    this->RunWith([](DialogUser& user) {
+        user.ClickRow(control::BasicList, 1);
+        EXPECT_EQ(user.SelectedRow(control::BasicList), 1);
+        user.Key(test::key::Down);
+        EXPECT_EQ(user.SelectedRow(control::BasicList), 2);
+        user.Key(test::key::Down);
+        user.Key(test::key::Up);
+        EXPECT_EQ(user.SelectedRow(control::BasicList), 1);
+        user.ClickBesideRows(control::BasicList);
+        EXPECT_EQ(user.SelectedRow(control::BasicList), -1);
+        user.Key(test::key::Delete);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"list clicked on 1", "key 40 at 1", "key 40 at 2", "key 38 at 2",
+                                         "list clicked on -1", "key 46 at 1"}));
+}
+
+TYPED_TEST(BaseDialogTest, ListTellsDoubleClicks) {
+    this->RunWith([](DialogUser& user) {
+        user.DoubleClickRow(control::BasicList, 2);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"list clicked on 2", "list double-clicked on 2"}));
+}
+
+TYPED_TEST(BaseDialogTest, NameBoxTellsWhenItGetsAndLosesTheFocus) {
+    this->RunWith([](DialogUser& user) {
+        user.Press(control::BasicName);
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        user.Press(control::BasicDelete);
+        user.TabTo(control::BasicName);
+        user.ClickRow(control::BasicList, 1);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left for 3027", "delete", "name entered",
+                                         "name left for 3037", "list clicked on 1"}));
+}
+
+TYPED_TEST(BaseDialogTest, ClickThatLeavesARefusedNameIsNotCarriedOut) {
+    this->Dialog.RefusesNames = true;
+    this->ExpectRefusal();
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.Press(control::BasicDelete);
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left for 3027", "name entered"}));
+}
+
+TYPED_TEST(BaseDialogTest, ClickOnOkThatLeavesARefusedNameDoesNotEndTheDialog) {
+    this->Dialog.RefusesNames = true;
+    this->ExpectRefusal();
+    const int code = this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.Press(control::Ok);
+        EXPECT_TRUE(user.IsOpen());
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        user.Escape();
+    });
+    EXPECT_EQ(code, CodeCancel);
+}
+
+TYPED_TEST(BaseDialogTest, AccessKeyThatLeavesARefusedNameIsRefusedOnce) {
+    this->Dialog.RefusesNames = true;
+    this->ExpectRefusal();
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.PressByKey(control::BasicDelete);
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left for 3027", "name entered"}));
+}
+
+TYPED_TEST(BaseDialogTest, ClickIntoTheListThatLeavesARefusedNameKeepsTheSelection) {
+    this->Dialog.RefusesNames = true;
+    this->ExpectRefusal();
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.ClickRow(control::BasicList, 2);
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        EXPECT_EQ(user.SelectedRow(control::BasicList), 0);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left for 3037", "name entered"}));
+}
+
+TYPED_TEST(BaseDialogTest, EscapeDoesNotLeaveTheNameBox) {
+    this->Dialog.RefusesNames = true;
+    const int code = this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.Escape();
+    });
+    EXPECT_EQ(code, CodeCancel);
+    EXPECT_EQ(this->Dialog.Seen, Events{"name entered"});
+}
+
+TYPED_TEST(BaseDialogTest, MessageGivesTheFocusBackWithoutTelling) {
+    this->Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.ShowFailure(text::OutOfMemory); };
+    this->Screen.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.Enter();
+        EXPECT_EQ(user.Focused(), control::BasicName);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "ok"}));
+}
+
+TYPED_TEST(BaseDialogTest, QuestionIsAnsweredByTheUser) {
+    Events answers;
+    this->Dialog.WhenDeletePressed = [&answers](ProbeDlg& dialog) {
+        answers.emplace_back(dialog.AskYesNo(text::CreateAskOverwrite) ? "yes" : "no");
+    };
+    this->Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::No);
+    this->Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::Yes);
+    this->RunWith([](DialogUser& user) {
+        user.Press(control::BasicDelete);
+        user.PressByKey(control::BasicDelete);
+        user.Escape();
+    });
+    EXPECT_EQ(answers, (Events{"no", "yes"}));
+}
+
+TYPED_TEST(BaseDialogTest, DialogOverTheDialogIsModalToIt) {
+    int innerCode = 0;
+    this->Dialog.WhenDeletePressed = [&](ProbeDlg& dialog) {
+        CPMXTemplUIIconDlg picker(14, 0, std::nullopt, dialog.Window().Handle(), this->Screen.Services);
+        innerCode = dialog.RunOver(picker);
+    };
+    this->Screen.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.PressByKey(control::BasicDelete);
+        EXPECT_EQ(user.Focused(), control::BasicDelete);
+        user.Escape();
+    });
+    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) { user.Press(control::Ok); });
+    EXPECT_EQ(this->Dialog.DoModal(), CodeCancel);
+    EXPECT_EQ(innerCode, CodeOk);
+}
+
+TYPED_TEST(BaseDialogTest, ExceptionOfAHandlerLeavesTheDialog) {
+    this->Dialog.WhenDeletePressed = [](ProbeDlg& /*dialog*/) { throw std::runtime_error("from a handler"); };
+    EXPECT_THROW(this->RunWith([](DialogUser& user) { user.Press(control::BasicDelete); }),
+                 std::runtime_error);
+    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
+}
+
+TYPED_TEST(BaseDialogTest, DisablingTheFocusedControlMovesTheFocusOn) {
+    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
+        dialog.Window().Enable(control::BasicDelete, false);
+    };
+    this->RunWith([](DialogUser& user) {
+        user.Press(control::BasicDelete);
+        EXPECT_FALSE(user.IsEnabled(control::BasicDelete));
+        EXPECT_EQ(user.Focused(), control::BasicUp);
+        user.Press(control::BasicDelete);
+        user.Escape();
+    });
+    EXPECT_EQ(this->Dialog.Seen, Events{"delete"});
+}
+
+TYPED_TEST(BaseDialogTest, MarkFollowsItsRow) {
+    std::vector<int> marks;
+    this->Dialog.WhenDeletePressed = [&marks](ProbeDlg& dialog) {
+        ListControl& list = dialog.Window().ListOf(control::BasicList);
+        const auto note = [&] { marks.push_back(list.SelectionMark()); };
+        list.Select(1);
+        list.InsertRow(0, 7);
+        note();
+        list.InsertRow(4, 8);
+        note();
+        list.DeleteRow(0);
+        note();
+        list.DeleteRow(3);
+        note();
+        EXPECT_TRUE(list.IsSelected(1));
+        list.DeleteRow(1);
+        note();
+        EXPECT_EQ(list.RowCount(), 2);
+        EXPECT_EQ(list.RowData(0), 100);
+        EXPECT_EQ(list.RowData(1), 102);
+        EXPECT_EQ(list.RowData(2), -1);
+        EXPECT_EQ(list.Cell(1, 0), Sjis(u8"表2"));
+    };
+    this->RunWith([](DialogUser& user) {
+        user.PressByKey(control::BasicDelete);
+        user.Escape();
+    });
+    EXPECT_EQ(marks, (std::vector<int>{2, 2, 1, 1, -1}));
+}
+
+TYPED_TEST(BaseDialogTest, IconBoxKeepsItsIconWhenThereIsNone) {
+    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.ShowIcon(14); };
+    this->Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.ShowIcon(60); };
+    this->RunWith([](DialogUser& user) {
+        EXPECT_FALSE(user.HasIcon(control::BasicIcon));
+        user.Press(control::BasicDelete);
+        EXPECT_TRUE(user.HasIcon(control::BasicIcon));
+        user.Press(control::Ok);
+        EXPECT_TRUE(user.HasIcon(control::BasicIcon));
+        user.Escape();
+    });
+}
+
+TYPED_TEST(BaseDialogTest, HelpIsThatOfTheControl) {
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::Cancel);
+        user.AskHelp();
+        user.AskHelpOn(control::CurrentIconLabel);
+        user.AskHelpOn(control::Separator);
+        user.Escape();
+    });
+    auto& requests = this->Screen.Help.Requests;
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(requests[0].Text, Sjis(u8"【機能】\n・処理を中断し画面を閉じます。"));
+    EXPECT_NE(requests[0].Caller, WindowHandle::None);
+    EXPECT_EQ(requests[1].Text, Sjis(u8"【機能】\n・現在使用しているアイコンを表示します。"));
+}
+
+TYPED_TEST(BaseDialogTest, NameBoxTakes32BytesHoweverTheyCome) {
+    const std::string name31(31, 'a');
+    this->RunWith([&](DialogUser& user) {
+        user.Fill(control::BasicName, name31 + Sjis(u8"表"));
+        EXPECT_EQ(user.Text(control::BasicName), name31);
+        user.Type("bc");
+        EXPECT_EQ(user.Text(control::BasicName), name31 + "b");
+        user.TabTo(control::BasicName);
+        user.Paste("x" + Sjis(u8"ミミミミミミミミミミミミミミミミ"));
+        EXPECT_EQ(user.Text(control::BasicName), "x" + Sjis(u8"ミミミミミミミミミミミミミミミ"));
+        user.Escape();
+    });
+}
+
+TYPED_TEST(BaseDialogTest, NameBoxTakesOneLineOfWhatIsPasted) {
+    this->RunWith([](DialogUser& user) {
+        user.TabTo(control::BasicName);
+        user.Paste("one\r\ntwo");
+        EXPECT_EQ(user.Text(control::BasicName), "one");
+        user.Escape();
+    });
+}
+
+TYPED_TEST(BaseDialogTest, NameBoxCutsWhatTheDialogPutsIn) {
+    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
+        dialog.Window().SetText(control::BasicName, "a" + Sjis(u8"ソソソソソソソソソソソソソソソソ"));
+    };
+    this->RunWith([](DialogUser& user) {
+        user.Press(control::BasicDelete);
+        EXPECT_EQ(user.Text(control::BasicName), "a" + Sjis(u8"ソソソソソソソソソソソソソソソ"));
+        user.Escape();
+    });
+}
+
+} // namespace
+} // namespace pmx
