@@ -1,6 +1,7 @@
 #include "frame/dialog_exports.h"
 
 #include "dialogs/base/pmx_dlg.h"
+#include "dialogs/choice/choice_basic_dlg.h"
 #include "dialogs/choice/choice_entry_dlg.h"
 #include "dialogs/editor/main_dlg.h"
 
@@ -46,6 +47,13 @@ std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, co
                                 const DialogServices& services, const StoreServices& storeServices) {
     CPMXTemplUIChoiceEntryDlg dialog(folder, listFileName, extension, table, level, owner, services,
                                      storeServices);
+    return ResultOfDialog(dialog.DoModal());
+}
+
+std::int64_t ShowBasicList(const char* folder, const char* listFileName, const char* extension,
+                           WindowHandle owner, const DialogServices& services,
+                           const StoreServices& storeServices) {
+    CPMXTemplUIChoiceBasicDlg dialog(folder, listFileName, extension, owner, services, storeServices);
     return ResultOfDialog(dialog.DoModal());
 }
 

@@ -32,4 +32,9 @@ std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, co
                                 const DialogServices& services = SystemDialogServices(),
                                 const StoreServices& storeServices = SystemStoreServices());
 
+/// Runs the basic list.
+std::int64_t ShowBasicList(const char* folder, const char* listFileName, const char* extension,
+                           WindowHandle owner, const DialogServices& services = SystemDialogServices(),
+                           const StoreServices& storeServices = SystemStoreServices());
+
 } // namespace pmx

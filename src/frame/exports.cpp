@@ -159,12 +159,12 @@ std::int64_t EX_ShowChoiceUIEntry(const char* folder, const char* listFileName, 
 }
 
 std::int64_t EX_ShowChoiceUIBasic(const char* folder, const char* listFileName, const char* extension,
-                                  void* /*parentWindow*/) {
+                                  void* parentWindow) {
     return InModule(Failure, [&] {
         if (IsMissing(folder) || IsMissing(listFileName) || IsMissing(extension)) {
             return Failure;
         }
-        return Failure; // the basic list does not exist yet
+        return pmx::ShowBasicList(folder, listFileName, extension, pmx::OwnerOf(parentWindow));
     });
 }
 

@@ -2,72 +2,71 @@
 
 #include "dialogs/editor/main_dlg.h"
 #include "res/ids.h"
+#include "support/desktops.h"
 #include "support/fake_attribute_dialog.h"
-#include "support/fake_host.h"
-#include "support/fake_services.h"
-#include "support/memory_window.h"
-#include "support/sjis.h"
-#include "support/temp_folder.h"
+#include "support/favorite_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace pmx::test {
 
-/// One favorite of a list file, and of a favorite file of the same name and level.
-struct ListedFavorite {
-    std::string Name{}; ///< code page 932
-    std::int32_t Level = 1;
-    bool OnToolbar = false;
-    std::int64_t Icon = 14;
-    bool IsStandard = false;
-    std::string File{}; ///< empty: F0.pmt, F1.pmt … by position
-    bool HasFile = true;
-};
-
-/// A standard favorite as the exports make it.
-ListedFavorite Standard(const std::string& name, std::int32_t level = 101);
-
-/// Runs the favorites editor in memory on a real folder, with the host's libraries faked.
-class EditorTest : public testing::Test {
+/// Runs the favorites editor on a desktop and a real folder, with the host's libraries faked.
+template <class AnyDesktop>
+class EditorTestOn : public testing::Test, public FavoriteFolder {
 protected:
-    EditorTest() { FakeAttributeDialog::PutInto(Desktop.Libraries); }
+    using Script = typename decltype(AnyDesktop::Dialogs)::Script;
 
-    /// Writes the list file and the files of its user favorites. The table of the favorite at position n is
-    /// TableOf(SeedOf(n)).
-    void Given(std::vector<ListedFavorite> favorites);
-
-    static unsigned char SeedOf(std::size_t position) { return static_cast<unsigned char>(100 + position); }
+    EditorTestOn() { FakeAttributeDialog::PutInto(Desktop.Libraries); }
 
     /// Runs the editor with a script; its end code.
-    int Run(const MemoryDialogs::Script& script);
+    int Run(const Script& script) {
+        CPMXTemplUIMainDlg editor(Folder.Path(), ListFile, ".pmt", Parent, Desktop.Services, Store.Services);
+        Desktop.Dialogs.OnOpened(dialog::Editor, script);
+        return editor.DoModal();
+    }
 
     /// The same, with the editor's window accepted or cancelled after the script.
-    void RunAndAccept(const MemoryDialogs::Script& script);
-    void RunAndCancel(const MemoryDialogs::Script& script);
+    void RunAndAccept(const Script& script) {
+        EXPECT_EQ(Run([&script](auto& user) {
+                      script(user);
+                      user.Press(control::Ok);
+                  }),
+                  CodeOk);
+    }
+
+    void RunAndCancel(const Script& script) {
+        EXPECT_EQ(Run([&script](auto& user) {
+                      script(user);
+                      user.Escape();
+                  }),
+                  CodeCancel);
+    }
 
     /// The next dialog is the create-favorite dialog, in which the user enters a name and presses OK.
-    void AnswerName(const std::string& name);
+    void AnswerName(const std::string& name) {
+        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [name](DialogUser& user) {
+            user.Fill(control::CreateName, name);
+            user.Press(control::Ok);
+        });
+    }
 
-    /// The number of favorites that the list file states, and the values of its numbered keys up to the first
-    /// gap.
-    std::string ListedCount() const;
-    std::vector<std::string> ListedValues() const;
+    static std::vector<std::string> NamesInRows(const DialogUser& user) {
+        std::vector<std::string> names;
+        for (int row = 0; row < user.RowCount(control::EditorList); ++row) {
+            names.push_back(user.Cell(control::EditorList, row, 1));
+        }
+        return names;
+    }
 
-    /// The names in those values, in order.
-    std::vector<std::string> ListedNames() const;
-
-    static std::vector<std::string> NamesInRows(const MemoryUser& user);
-
-    TempFolder Folder{"editor"};
-    FakeHost Host;
-    FakeServices Store;
-    MemoryDesktop Desktop;
+    AnyDesktop Desktop;
     FakeAttributeDialog Attributes;
+    WindowHandle Parent = WindowHandle::None;
 };
 
-inline constexpr const char* ListFile = "PmxTempleList.ini";
+using EditorTest = EditorTestOn<MemoryDesktop>;
 
 } // namespace pmx::test

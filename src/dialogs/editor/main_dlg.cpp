@@ -7,10 +7,31 @@
 
 namespace pmx {
 
+namespace {
+
+constexpr ControlId ForUserFavorites[] = {control::EditorEdit, control::EditorDelete, control::EditorExport,
+                                          control::EditorName, control::EditorCopy};
+
+constexpr ControlId ForRows[] = {control::EditorEdit,   control::EditorCopy, control::EditorDelete,
+                                 control::EditorExport, control::EditorUp,   control::EditorDown,
+                                 control::EditorName,   control::ChangeIcon, control::EditorIcon};
+
+constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
+                                          .Name = control::EditorName,
+                                          .Icon = control::EditorIcon,
+                                          .ChangeIcon = control::ChangeIcon,
+                                          .Up = control::EditorUp,
+                                          .Down = control::EditorDown,
+                                          .WithoutRows = control::EditorNew,
+                                          .ForUserFavorites = ForUserFavorites,
+                                          .ForRows = ForRows};
+
+} // namespace
+
 CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName,
                                        std::string extension, WindowHandle parent,
                                        const DialogServices& services, const StoreServices& storeServices)
-    : CPmxDlg(dialog::Editor, parent, services),
+    : FavoriteListDlg(dialog::Editor, EditorLayout, parent, services),
       Extension(std::move(extension)),
       Folder(std::move(folder)),
       List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
@@ -55,11 +76,11 @@ void CPMXTemplUIMainDlg::OpenList() {
 
 void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIMainDlg;
-    static constexpr EventHandler<Self> Table[] = {
+    static const EventHandler<Self> Table[] = {
         {control::EditorName, DialogEvent::FocusGained, &Self::OnNameEntered},
         {control::EditorName, DialogEvent::FocusLost, &Self::OnNameLeft},
-        {control::EditorList, DialogEvent::ListClicked, &Self::OnListClicked},
-        {control::EditorList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClicked},
+        {control::EditorList, DialogEvent::ListClicked, &Self::OnListClick},
+        {control::EditorList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClick},
         {control::EditorList, DialogEvent::ListKeyDown, &Self::OnListKey},
         {control::EditorNew, DialogEvent::Pressed, &Self::OnNew},
         {control::EditorEdit, DialogEvent::Pressed, &Self::OnEdit},
@@ -72,15 +93,6 @@ void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
         {control::EditorExport, DialogEvent::Pressed, &Self::OnExport},
     };
     Dispatch<Self>(*this, Table, event);
-}
-
-void CPMXTemplUIMainDlg::OnOK() {
-    // Enter leaves the name box without its losing the focus.
-    if (Window().FocusedControl() == control::EditorName && !Rename()) {
-        return;
-    }
-    CommitList();
-    EndDialog(CodeOk);
 }
 
 void CPMXTemplUIMainDlg::OnCancel() {
@@ -98,16 +110,6 @@ bool CPMXTemplUIMainDlg::EnsureLoaded(CPMXTemplUIListData& record) const {
     }
     record.ReleaseDocument(guard); // an empty document must not pass for the file's content
     return false;
-}
-
-void CPMXTemplUIMainDlg::Warn(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    Message = FormatString(id, arguments);
-    ShowText(Message, MessageIcon::Exclamation);
-}
-
-void CPMXTemplUIMainDlg::Fail(ResourceId id) {
-    Message = StringOf(id);
-    ShowText(Message, MessageIcon::Stop);
 }
 
 } // namespace pmx

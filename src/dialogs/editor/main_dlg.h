@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/base/pmx_dlg.h"
+#include "dialogs/base/favorite_list_dlg.h"
 #include "platform/dynamic_library.h"
 #include "platform/file_dialogs.h"
 #include "platform/image_list.h"
@@ -11,7 +11,6 @@
 #include "host/PMXPropUI.h"
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,11 +22,7 @@ class CPMXTemplUISelLevelDlg;
 /// The favorites editor: shows every favorite of a folder and lets the user rename, reorder, delete, create,
 /// edit, copy, import and export them, and choose those on the host's toolbar and their icons. Works on a
 /// list of its own; the list file is written when the user accepts.
-///
-/// A row of the list view carries as its item data the index of its record in `List`, where records never
-/// move while the editor is open: moving changes the order of the rows, deleting takes the row away and marks
-/// the record.
-class CPMXTemplUIMainDlg final : public CPmxDlg {
+class CPMXTemplUIMainDlg final : public FavoriteListDlg {
 public:
     /// Most records that may be on the toolbar.
     static constexpr std::int64_t ToolbarLimit = 20;
@@ -46,56 +41,28 @@ private:
 
     bool OnInitDialog() override;
     void OnControlEvent(const ControlEvent& event) override;
-    void OnOK() override;
     void OnCancel() override;
     void LoadAttributeDialog();
     void OpenList();
+    void FillListView();
 
     // Rows
 
-    ListControl& ListView() const;
-    void FillListView();
-    void InsertFavorite(int position, std::int64_t index);
-    void AppendRow(std::int64_t index);
-    void MoveRow(int from, int to);
+    CPMXTemplUIListData* GetRecord(std::int64_t index) const override;
+    void FillRow(int row, const CPMXTemplUIListData& record) override;
+    bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
+    void OnRecordMissing() override;
 
-    /// The row that commands act on: the selection mark when that row is selected, else -1.
-    int CurrentRow() const;
+    // Renaming
 
-    /// The record at that index of the list, owned by it; null for an index outside.
-    CPMXTemplUIListData* GetRecord(std::int64_t index) const;
-    CPMXTemplUIListData* RecordOfRow(int row) const;
-
-    /// Sets `EditName`, the icon and the enabling of the controls from the row's record.
-    void RefreshControls(int row);
-    void EnableRowControl(ControlId id, bool enabled);
-    void EnableMoving(int row);
-    void DisableRowControls();
-
-    /// Puts `EditName` into the name box.
-    void TransferName() const;
-    void ShowRow(int row);
-    void ShowCurrentRow();
-    void SelectRow(int row);
-    void ReturnToList();
-
-    // The name box
-
-    void OnNameEntered();
-    void OnNameLeft();
-    bool Rename();
-    void ApplyName(CPMXTemplUIListData& record, const std::string& name);
-    std::string EnteredName(const CPMXTemplUIListData& record) const;
-    void RefuseName(ResourceId id);
+    bool IsNameFree(std::int64_t index, const std::string& name) const override;
+    void TakeName(int row, CPMXTemplUIListData& record, const std::string& name) override;
 
     // Mouse and keyboard
 
-    void OnListClicked();
-    void OnListDoubleClicked();
+    void OnListClick();
+    void OnListDoubleClick();
     void OnListKey(const ControlEvent& event);
-    void OnUpKey();
-    void OnDownKey();
-    void OnToggleKey();
 
     // Commands
 
@@ -107,10 +74,6 @@ private:
     void CopyFavorite(const CPMXTemplUIListData& source, bool skipDialog);
     bool DraftFrom(CPMXTemplUIListData& draft, const CPMXTemplUIListData& source);
     void AddCopy(const std::string& name, std::int32_t level, const CPmxDocument& source);
-    void OnDelete();
-    void OnUp();
-    void OnDown();
-    void OnChangeIcon();
     bool AddFavorite(const std::string& name, std::int32_t level, const CPmxDocument& source,
                      std::unique_ptr<CPMXTemplUIListData> record);
     bool WriteNewFavorite(const CPmxDocument& source, CPMXTemplUIListData& record);
@@ -158,6 +121,8 @@ private:
 
     // The end
 
+    void Commit() override { CommitList(); }
+
     /// Writes the list file in the order of the rows, and then deletes the files of deleted favorites.
     /// Reports success in every case.
     bool CommitList();
@@ -165,12 +130,6 @@ private:
     /// Deletes the favorite files that were made while the editor is open. Reports success in every case.
     bool DiscardChanges();
 
-    // Messages
-
-    void Warn(ResourceId id, std::initializer_list<TextArgument> arguments = {});
-    void Fail(ResourceId id);
-
-    std::string EditName;     ///< bound to the name box
     std::string Extension;    ///< of favorite files, with its dot
     std::string Folder;       ///< once opened, as the list has it
     std::string ListFilePath; ///< empty while the folder cannot be used
@@ -178,9 +137,6 @@ private:
     std::unique_ptr<DynamicLibrary> PropUILibrary; ///< null when there is none
     PmxShowPropUI ShowPropUI = nullptr;            ///< null when it cannot be used
     std::unique_ptr<ImageList> StateImages;
-    std::unique_ptr<ImageList> IconImages;
-    std::string Message; ///< the text of the last message
-    int EditRow = -1;    ///< the row whose name is in the name box
 };
 
 } // namespace pmx

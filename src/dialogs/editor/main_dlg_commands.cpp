@@ -1,10 +1,8 @@
-#include "dialogs/base/icon_dlg.h"
 #include "dialogs/choice/sel_level_dlg.h"
 #include "dialogs/editor/main_dlg.h"
 #include "res/ids.h"
 #include "store/levels.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace pmx {
@@ -179,70 +177,6 @@ bool CPMXTemplUIMainDlg::WriteNewFavorite(const CPmxDocument& source, CPMXTemplU
         record.ReleaseDocument(ServicesInUse().ForeignCalls);
     }
     return true;
-}
-
-/// Marks the current favorite deleted and takes its row away; its file is deleted when the user accepts.
-void CPMXTemplUIMainDlg::OnDelete() {
-    const int row = CurrentRow();
-    CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (row < 0 || record == nullptr || record->IsStandard()) {
-        return;
-    }
-    record->SetDeleteFlag(1);
-    ListView().DeleteRow(row);
-    EditName.clear();
-    const int next = std::max(row - 1, 0);
-    SelectRow(next);
-    ShowRow(next);
-    if (ListView().RowCount() == 0) {
-        DisableRowControls();
-        Window().Focus(control::EditorNew);
-    } else {
-        ReturnToList();
-    }
-}
-
-void CPMXTemplUIMainDlg::OnUp() {
-    const int row = CurrentRow();
-    if (row <= 0 || RecordOfRow(row - 1) == nullptr) {
-        return;
-    }
-    MoveRow(row - 1, row);
-    ListView().SetSelectionMark(row - 1);
-    ListView().EnsureVisible(row - 1);
-    EnableMoving(row - 1);
-}
-
-void CPMXTemplUIMainDlg::OnDown() {
-    const int row = CurrentRow();
-    if (row < 0 || row >= ListView().RowCount() - 1 || RecordOfRow(row + 1) == nullptr) {
-        return;
-    }
-    MoveRow(row + 1, row);
-    ListView().SetSelectionMark(row + 1);
-    ListView().EnsureVisible(row + 1);
-    EnableMoving(row + 1);
-}
-
-void CPMXTemplUIMainDlg::OnChangeIcon() {
-    const int row = CurrentRow();
-    if (row < 0) {
-        return;
-    }
-    CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (record == nullptr) {
-        Fail(text::FavoriteInfoFailed);
-        return;
-    }
-    CPMXTemplUIIconDlg picker(record->GetIconIndex(), static_cast<std::uint32_t>(record->GetToolbar()),
-                              FormatString(text::PickerTitleFor, {record->GetName()}), Window().Handle(),
-                              ServicesInUse());
-    if (RunOver(picker) == CodeCancel) {
-        return;
-    }
-    record->SetIconIndex(picker.IconValue());
-    ShowRow(row);
-    ReturnToList();
 }
 
 } // namespace pmx

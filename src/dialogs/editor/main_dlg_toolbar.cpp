@@ -1,4 +1,4 @@
-#include "dialogs/editor/favorite_row.h"
+#include "dialogs/base/favorite_row.h"
 #include "dialogs/editor/main_dlg.h"
 #include "res/ids.h"
 

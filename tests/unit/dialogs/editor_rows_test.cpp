@@ -1,4 +1,4 @@
-#include "dialogs/editor/favorite_row.h"
+#include "dialogs/base/favorite_row.h"
 #include "support/editor_test.h"
 
 #include <initializer_list>
@@ -32,6 +32,7 @@ ListedFavorite Named(const std::string& name, std::int32_t level = 1, bool onToo
 }
 
 TEST_F(EditorRows, WindowHasTheTitleAndIsModalToTheParent) {
+    Parent = WindowHandle{7};
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
         EXPECT_EQ(user.Parent(), WindowHandle{7});

@@ -62,5 +62,42 @@ TEST_F(ShowEditorTest, FolderIsCutTo519BytesAndNoCharacterIsSplit) {
     EXPECT_EQ(askedFor(std::string(518, 'x') + Sjis(u8"表") + "y"), std::string(518, 'x'));
 }
 
+class ShowBasicListTest : public testing::Test, public test::FavoriteFolder {
+protected:
+    std::int64_t Show(const test::MemoryDialogs::Script& script) {
+        Desktop.Dialogs.OnOpened(dialog::BasicList, script);
+        return ShowBasicList(Folder.Path().c_str(), "Mine.ini", ".fav", WindowHandle{7}, Desktop.Services,
+                             Store.Services);
+    }
+
+    test::MemoryDesktop Desktop;
+};
+
+TEST_F(ShowBasicListTest, AcceptedListGives0AndUsesTheListFileOfTheCaller) {
+    EXPECT_EQ(Show([](MemoryUser& user) {
+                  EXPECT_EQ(user.Parent(), WindowHandle{7});
+                  user.Press(control::Ok);
+              }),
+              0);
+    EXPECT_EQ(Folder.Names(), std::vector<std::string>{"Mine.ini"});
+}
+
+TEST_F(ShowBasicListTest, CancelledListGives1) {
+    EXPECT_EQ(Show([](MemoryUser& user) { user.Escape(); }), 1);
+}
+
+TEST_F(ShowBasicListTest, ListThatCannotBeShownGivesMinus1) {
+    EXPECT_EQ(Show({}), -1);
+}
+
+TEST_F(ShowBasicListTest, LongFolderReachesTheListAsItIs) {
+    FolderNotingFiles files;
+    const StoreServices services{files, Store.Profiles, SystemText(), Store.Clock};
+    Desktop.Dialogs.OnOpened(dialog::BasicList, [](MemoryUser& user) { user.Escape(); });
+    ShowBasicList(std::string(600, 'x').c_str(), "Mine.ini", ".fav", WindowHandle::None, Desktop.Services,
+                  services);
+    EXPECT_EQ(files.AskedFolder, std::string(600, 'x'));
+}
+
 } // namespace
 } // namespace pmx

@@ -8,13 +8,10 @@
 
 namespace pmx {
 
-/// The columns of the editor's list.
-enum FavoriteColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
-
-/// The pictures of the toolbar column.
+/// The pictures of the editor's toolbar column.
 enum class ToolbarMark : int { Empty = 1, Ticked = 2, Unavailable = 3 };
 
-/// What a row of the editor's list shows of a favorite. Texts are in the system's code page.
+/// What the rows of lists show of a favorite. Texts are in the system's code page.
 struct FavoriteRow {
     ToolbarMark Mark = ToolbarMark::Unavailable;
     std::string

@@ -1,6 +1,7 @@
-#include "support/editor_test.h"
+#include "support/favorite_folder.h"
 
 #include <sstream>
+#include <utility>
 
 namespace pmx::test {
 
@@ -14,7 +15,7 @@ ListedFavorite Standard(const std::string& name, std::int32_t level) {
     return favorite;
 }
 
-void EditorTest::Given(std::vector<ListedFavorite> favorites) {
+void FavoriteFolder::Given(std::vector<ListedFavorite> favorites) {
     std::ostringstream list;
     list << "[PMXTemplateList]\r\nTemplateNum=" << favorites.size() << "\r\n";
     for (std::size_t position = 0; position < favorites.size(); ++position) {
@@ -34,41 +35,11 @@ void EditorTest::Given(std::vector<ListedFavorite> favorites) {
     Folder.Write(ListFile, list.str());
 }
 
-int EditorTest::Run(const MemoryDialogs::Script& script) {
-    CPMXTemplUIMainDlg editor(Folder.Path(), ListFile, ".pmt", WindowHandle{7}, Desktop.Services,
-                              Store.Services);
-    Desktop.Dialogs.OnOpened(dialog::Editor, script);
-    return editor.DoModal();
-}
-
-void EditorTest::RunAndAccept(const MemoryDialogs::Script& script) {
-    EXPECT_EQ(Run([&script](MemoryUser& user) {
-                  script(user);
-                  user.Press(control::Ok);
-              }),
-              CodeOk);
-}
-
-void EditorTest::RunAndCancel(const MemoryDialogs::Script& script) {
-    EXPECT_EQ(Run([&script](MemoryUser& user) {
-                  script(user);
-                  user.Escape();
-              }),
-              CodeCancel);
-}
-
-void EditorTest::AnswerName(const std::string& name) {
-    Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [name](MemoryUser& user) {
-        user.Fill(control::CreateName, name);
-        user.Press(control::Ok);
-    });
-}
-
-std::string EditorTest::ListedCount() const {
+std::string FavoriteFolder::ListedCount() const {
     return SystemProfile().ReadString(Folder.Path(ListFile), "PMXTemplateList", "TemplateNum", "none");
 }
 
-std::vector<std::string> EditorTest::ListedValues() const {
+std::vector<std::string> FavoriteFolder::ListedValues() const {
     std::vector<std::string> values;
     for (;;) {
         std::string value = SystemProfile().ReadString(Folder.Path(ListFile), "PMXTemplateList",
@@ -80,20 +51,12 @@ std::vector<std::string> EditorTest::ListedValues() const {
     }
 }
 
-std::vector<std::string> EditorTest::ListedNames() const {
+std::vector<std::string> FavoriteFolder::ListedNames() const {
     std::vector<std::string> names;
     for (const std::string& value : ListedValues()) {
         const std::size_t begin = value.find('~') + 1;
         const std::size_t length = FindSingleByte(value.substr(begin), '~', SystemText().LeadBytes());
         names.push_back(value.substr(begin, length));
-    }
-    return names;
-}
-
-std::vector<std::string> EditorTest::NamesInRows(const MemoryUser& user) {
-    std::vector<std::string> names;
-    for (int row = 0; row < user.RowCount(control::EditorList); ++row) {
-        names.push_back(user.Cell(control::EditorList, row, 1));
     }
     return names;
 }

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "dialogs/base/favorite_list_dlg.h"
+#include "store/list_holder.h"
+
+#include <cstdint>
+#include <string>
+
+namespace pmx {
+
+/// The basic list: lets the user rename, reorder and delete the favorites of a folder and change their icons.
+/// The list file is written in the order of the rows when the user accepts; favorite files stay as they are,
+/// those of deleted favorites too.
+class CPMXTemplUIChoiceBasicDlg final : public FavoriteListDlg {
+public:
+    /// `folder`, `listFileName`, `extension`: the favorites to work on; copied. `parent` may be none. The
+    /// services must outlive the dialog.
+    CPMXTemplUIChoiceBasicDlg(std::string folder, std::string listFileName, std::string extension,
+                              WindowHandle parent, const DialogServices& services = SystemDialogServices(),
+                              const StoreServices& storeServices = SystemStoreServices());
+
+private:
+    bool OnInitDialog() override;
+    void OnControlEvent(const ControlEvent& event) override;
+    void Commit() override;
+
+    void OnListKey(const ControlEvent& event);
+
+    CPMXTemplUIListData* GetRecord(std::int64_t index) const override;
+    void FillRow(int row, const CPMXTemplUIListData& record) override;
+    bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
+    bool IsNameFree(std::int64_t index, const std::string& name) const override;
+    void TakeName(int row, CPMXTemplUIListData& record, const std::string& name) override;
+
+    std::string Folder;
+    std::string ListFileName;
+    std::string Extension;
+    CPMXTemplUIListHolder Favorites;
+};
+
+} // namespace pmx
