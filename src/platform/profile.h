@@ -1,19 +1,15 @@
 #pragma once
 
+#include "platform/files.h"
+#include "platform/profile_entries.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace pmx {
-
-/// One key of a section and its value, in the system's code page.
-struct ProfileEntry {
-    std::string Key;
-    std::string Value;
-};
 
 /// Private profile (INI) files, with the meaning of the platform's profile functions. The Windows
 /// implementation calls them; the posix one follows what they do under Wine with code page 932 (docs/files.md
@@ -48,12 +44,15 @@ public:
     virtual bool WriteString(const std::string& path, std::string_view section,
                              std::optional<std::string_view> key, std::optional<std::string_view> value) = 0;
 
-    /// Replaces the section: removes every section of that name and writes a new one with these entries in
-    /// order, at a cost linear in file and entries. Leaves the bytes that removing the section until it is
-    /// gone and then writing the entries one by one with WriteString leave. False on failure, also when the
-    /// file has become incomplete for lack of room.
-    virtual bool ReplaceSection(const std::string& path, std::string_view section,
-                                const std::vector<ProfileEntry>& entries) = 0;
+    /// Writes to `target` what `source` holds, but with the section replaced: without any section of that
+    /// name, and with a new one that has these entries in order; at a cost linear in file and entries. Those
+    /// are the bytes that are left by removing the section until it is gone and then writing the entries one
+    /// by one with WriteString. A missing source counts as empty; `target`, which may be the source, is
+    /// overwritten. On failure, also when
+    /// it is incomplete for lack of room, the content of `target` is undefined; errors are those of
+    /// Files::Copy.
+    virtual FileError ReplaceSection(const std::string& source, const std::string& target,
+                                     std::string_view section, const ProfileEntries& entries) = 0;
 
 protected:
     Profile() = default;

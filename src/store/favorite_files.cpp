@@ -21,23 +21,6 @@ bool IsHeldByAnother(FileError error) {
     return error == FileError::SharingViolation || error == FileError::AccessDenied;
 }
 
-/// Repeats `attempt`, which gives a FileError, while the file is held by another, on the schedule of the
-/// header.
-template <typename Attempt>
-FileError Retry(Files& files, Clock& clock, Attempt attempt) {
-    FileError error = attempt();
-    for (std::uint32_t wait = FirstRetryWait; wait <= LastRetryWait; wait *= 2) {
-        for (int count = 0; count < AttemptsAtOneWait && IsHeldByAnother(error); ++count) {
-            clock.Sleep(wait);
-            error = attempt();
-        }
-    }
-    if (error != FileError::None) {
-        files.SetLastError(error);
-    }
-    return error;
-}
-
 char UpperLetter(char letter) {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
@@ -55,31 +38,41 @@ bool IsDeviceName(std::string_view fileName) {
 
 } // namespace
 
+FileError RetryWhileHeld(Files& files, Clock& clock, const std::function<FileError()>& attempt) {
+    FileError error = attempt();
+    for (std::uint32_t wait = FirstRetryWait; wait <= LastRetryWait; wait *= 2) {
+        for (int count = 0; count < AttemptsAtOneWait && IsHeldByAnother(error); ++count) {
+            clock.Sleep(wait);
+            error = attempt();
+        }
+    }
+    if (error != FileError::None) {
+        files.SetLastError(error);
+    }
+    return error;
+}
+
 OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& request) {
     OpenResult result;
-    Retry(files, clock, [&] {
+    RetryWhileHeld(files, clock, [&] {
         result = files.Open(request);
         return result.Error;
     });
     return result;
 }
 
-FileError CopyWithRetries(Files& files, Clock& clock, const std::string& source, const std::string& target,
-                          bool failIfExists) {
-    return Retry(files, clock, [&] { return files.Copy(source, target, failIfExists); });
-}
-
 bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
                    bool failIfExists) {
-    return CopyWithRetries(files, clock, source, target, failIfExists) == FileError::None;
+    return RetryWhileHeld(files, clock, [&] { return files.Copy(source, target, failIfExists); }) ==
+           FileError::None;
 }
 
 bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
-    return Retry(files, clock, [&] { return files.Remove(path); }) == FileError::None;
+    return RetryWhileHeld(files, clock, [&] { return files.Remove(path); }) == FileError::None;
 }
 
 bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target) {
-    return Retry(files, clock, [&] { return files.Replace(source, target); }) == FileError::None;
+    return RetryWhileHeld(files, clock, [&] { return files.Replace(source, target); }) == FileError::None;
 }
 
 std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadBytes) {

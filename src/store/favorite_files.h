@@ -4,6 +4,7 @@
 #include "platform/files.h"
 #include "platform/text.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,9 +18,8 @@ inline constexpr std::uint32_t LastRetryWait = 4000;
 /// error ends at the first attempt. On failure the thread's last error is the operation's.
 OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& request);
 
-/// Copies a file with the same retries; gives the last attempt's error.
-FileError CopyWithRetries(Files& files, Clock& clock, const std::string& source, const std::string& target,
-                          bool failIfExists);
+/// Repeats any attempt with the same retries; gives the last one's error.
+FileError RetryWhileHeld(Files& files, Clock& clock, const std::function<FileError()>& attempt);
 
 /// Copies a file with the same retries; true on success.
 bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,

@@ -71,22 +71,98 @@ std::size_t FieldEnd(std::string_view value, std::size_t begin, const LeadByteTa
     return std::min(position, value.size());
 }
 
-/// Takes over the fields of a value, passing over empty ones; false unless there are exactly as many as a
-/// favorite has and all are accepted.
-bool ReadFields(std::string_view value, const LeadByteTable& leadBytes, CPMXTemplUIListData& record) {
+// One structure for each field of a favorite's value: how it is written, and how its text is taken over,
+// which is false when the text cannot be accepted.
+
+struct StandardField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) {
+        WriteFlag(text, record.GetStandard() == 1);
+    }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
+        record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
+        return true;
+    }
+};
+
+struct NameField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) { text += record.GetName(); }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
+        record.SetName(Trimmed(text, leadBytes));
+        return !record.GetName().empty();
+    }
+};
+
+struct LevelField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) {
+        AppendNumber(text, record.GetLevel());
+    }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
+        record.SetLevel(LeadingNumber(text));
+        return true;
+    }
+};
+
+struct ToolbarField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) {
+        WriteFlag(text, record.GetToolbar() == 1);
+    }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
+        record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
+        return true;
+    }
+};
+
+struct IconField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) {
+        AppendNumber(text, static_cast<std::int32_t>(record.GetIconIndex()));
+    }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
+        record.SetIconIndex(LeadingNumber(text));
+        return true;
+    }
+};
+
+struct FileField {
+    static void Write(const CPMXTemplUIListData& record, std::string& text) { text += record.GetFileName(); }
+    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
+        record.SetFileName(Trimmed(text, leadBytes));
+        return !record.GetFileName().empty();
+    }
+};
+
+/// The fields in the order in which they stand in a value.
+template <typename... Field>
+struct FieldOrder {
+    static constexpr std::size_t Count = sizeof...(Field);
+    using Texts = std::array<std::string_view, Count>;
+
+    static void Write(const CPMXTemplUIListData& record, std::string& text) {
+        std::size_t number = 0;
+        ((number++ == 0 ? void() : text.push_back(FieldSeparator), Field::Write(record, text)), ...);
+    }
+
+    static bool Read(CPMXTemplUIListData& record, const Texts& texts, const LeadByteTable& leadBytes) {
+        std::size_t number = 0;
+        return (Field::Read(record, texts[number++], leadBytes) && ...);
+    }
+};
+
+using ListFields = FieldOrder<StandardField, NameField, LevelField, ToolbarField, IconField, FileField>;
+
+/// Takes a value apart, passing over empty fields; false unless there are exactly as many as a favorite has.
+bool Split(std::string_view value, const LeadByteTable& leadBytes, ListFields::Texts& texts) {
     std::size_t count = 0;
     for (std::size_t begin = 0; begin < value.size();) {
         const std::size_t end = FieldEnd(value, begin, leadBytes);
         if (end > begin) {
-            const std::string_view text(value.data() + begin, end - begin);
-            if (count == ListFields.size() || !ListFields[count].Read(record, text, leadBytes)) {
+            if (count == texts.size()) {
                 return false;
             }
-            ++count;
+            texts[count++] = std::string_view(value.data() + begin, end - begin);
         }
         begin = end + 1;
     }
-    return count == ListFields.size();
+    return count == texts.size();
 }
 
 /// Puts the values of a section, met in any order and with duplicates, into the order of their numbers. Those
@@ -151,45 +227,6 @@ private:
 
 } // namespace
 
-const std::array<ListField, ListFieldCount> ListFields = {{
-    {[](const CPMXTemplUIListData& record, std::string& value) {
-         WriteFlag(value, record.GetStandard() == 1);
-     },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
-         record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
-         return true;
-     }},
-    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetName(); },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-         record.SetName(Trimmed(text, leadBytes));
-         return !record.GetName().empty();
-     }},
-    {[](const CPMXTemplUIListData& record, std::string& value) { AppendNumber(value, record.GetLevel()); },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
-         record.SetLevel(LeadingNumber(text));
-         return true;
-     }},
-    {[](const CPMXTemplUIListData& record, std::string& value) {
-         WriteFlag(value, record.GetToolbar() == 1);
-     },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
-         record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
-         return true;
-     }},
-    {[](const CPMXTemplUIListData& record, std::string& value) {
-         AppendNumber(value, static_cast<std::int32_t>(record.GetIconIndex()));
-     },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable&) {
-         record.SetIconIndex(LeadingNumber(text));
-         return true;
-     }},
-    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetFileName(); },
-     [](CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-         record.SetFileName(Trimmed(text, leadBytes));
-         return !record.GetFileName().empty();
-     }},
-}};
-
 std::int32_t LeadingNumber(std::string_view text) {
     if (text.size() == 1) {
         return IsDigit(text[0]) ? text[0] - '0' : 0;
@@ -209,22 +246,23 @@ std::int32_t LeadingNumber(std::string_view text) {
     return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
 }
 
+void AppendListValue(const CPMXTemplUIListData& record, std::string& text) {
+    ListFields::Write(record, text);
+}
+
 std::string FormatListValue(const CPMXTemplUIListData& record) {
-    constexpr std::size_t NumbersAndSeparators = 48;
     std::string value;
-    value.reserve(record.GetName().size() + record.GetFileName().size() + NumbersAndSeparators);
-    for (const ListField& field : ListFields) {
-        if (&field != ListFields.data()) {
-            value.push_back(FieldSeparator);
-        }
-        field.Write(record, value);
-    }
+    AppendListValue(record, value);
     return value;
 }
 
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes) {
+    ListFields::Texts texts;
+    if (!Split(value, leadBytes, texts)) {
+        return nullptr;
+    }
     auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!ReadFields(value, leadBytes, *record)) {
+    if (!ListFields::Read(*record, texts, leadBytes)) {
         return nullptr;
     }
     if (IsStandardLevel(record->GetLevel()) && !IsKnownStandardNumber(LeadingNumber(record->GetFileName()))) {
@@ -242,25 +280,34 @@ void ReadListFile(const std::string& path, std::size_t valueLimit, const StoreSe
     collector.Finish();
 }
 
-std::vector<ProfileEntry> MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records,
-                                          std::int64_t count) {
-    std::vector<ProfileEntry> entries;
-    entries.reserve(records.size() + 1);
-    entries.push_back({std::string(CountKey), std::to_string(static_cast<std::int32_t>(count))});
+ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) {
+    const auto isWritten = [](const CPMXTemplUIListData* record) {
+        return record != nullptr && record->GetDeleteFlag() != 1;
+    };
+    constexpr std::size_t KeyNumbersAndSeparators = 40;
+    std::size_t size = 0;
+    for (const CPMXTemplUIListData* const record : records) {
+        if (isWritten(record)) {
+            size += record->GetName().size() + record->GetFileName().size() + KeyNumbersAndSeparators;
+        }
+    }
+    ProfileEntries entries;
+    entries.Reserve(records.size() + 1, size + KeyNumbersAndSeparators);
+    entries.Add(CountKey, std::to_string(static_cast<std::int32_t>(count)));
+    std::string key(DataKeyPrefix);
     std::int32_t number = 0;
     for (const CPMXTemplUIListData* const record : records) {
-        if (record == nullptr || record->GetDeleteFlag() == 1) {
-            continue;
+        if (isWritten(record)) {
+            key.resize(DataKeyPrefix.size());
+            AppendNumber(key, number++);
+            entries.Add(key, [record](std::string& text) { AppendListValue(*record, text); });
         }
-        std::string key(DataKeyPrefix);
-        AppendNumber(key, number++);
-        entries.push_back({std::move(key), FormatListValue(*record)});
     }
     return entries;
 }
 
-bool ReplaceListFile(const std::string& folder, const std::string& path,
-                     const std::vector<ProfileEntry>& entries, const StoreServices& services) {
+bool ReplaceListFile(const std::string& folder, const std::string& path, const ProfileEntries& entries,
+                     const StoreServices& services) {
     Files& files = services.FileSystem;
     if (files.IsReadOnly(path)) {
         return false;
@@ -269,12 +316,10 @@ bool ReplaceListFile(const std::string& folder, const std::string& path,
     if (aside.GetPath().empty()) {
         return false;
     }
-    const FileError copied = CopyWithRetries(files, services.Timer, path, aside.GetPath(), false);
-    if (copied != FileError::None && copied != FileError::NotFound) {
-        return false;
-    }
-    if (!services.Profiles.ReplaceSection(aside.GetPath(), ListSection, entries) ||
-        files.Flush(aside.GetPath()) != FileError::None ||
+    const FileError written = RetryWhileHeld(files, services.Timer, [&] {
+        return services.Profiles.ReplaceSection(path, aside.GetPath(), ListSection, entries);
+    });
+    if (written != FileError::None || files.Flush(aside.GetPath()) != FileError::None ||
         !RetryReplaceFile(files, services.Timer, aside.GetPath(), path)) {
         return false;
     }

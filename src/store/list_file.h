@@ -20,22 +20,12 @@ inline constexpr std::string_view CountKey = "TemplateNum";
 inline constexpr std::string_view DataKeyPrefix = "TemplateData";
 inline constexpr char FieldSeparator = '~';
 
-/// One field of a favorite's value in the list file.
-struct ListField {
-    /// Appends the field as it is written.
-    void (*Write)(const CPMXTemplUIListData& record, std::string& value);
-    /// Takes the field over; false when its text cannot be accepted.
-    bool (*Read)(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes);
-};
-
-inline constexpr std::size_t ListFieldCount = 6;
-
-/// The fields in the order in which they stand: kind, name, level, toolbar, icon, file.
-extern const std::array<ListField, ListFieldCount> ListFields;
-
 /// The number that a text begins with, as the C library's string-to-long conversion gives it with 32 bits:
 /// leading blanks and a sign allowed, saturating, 0 when there are no digits.
 std::int32_t LeadingNumber(std::string_view text);
+
+/// Appends a favorite's value as it stands in the list file.
+void AppendListValue(const CPMXTemplUIListData& record, std::string& text);
 
 /// A favorite's value as it stands in the list file.
 std::string FormatListValue(const CPMXTemplUIListData& record);
@@ -51,14 +41,13 @@ void ReadListFile(const std::string& path, std::size_t valueLimit, const StoreSe
 
 /// The entries of the section for the given records in order; null and deleted ones are left out. `count` is
 /// the number that is written.
-std::vector<ProfileEntry> MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records,
-                                          std::int64_t count);
+ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count);
 
-/// Replaces the section in the list file at `path` in `folder` by these entries, atomically: a copy of the
-/// file is changed aside and renamed over it. At any moment the folder holds the old list file or the new
+/// Replaces the section in the list file at `path` in `folder` by these entries, atomically: the new
+/// file is written aside and renamed over it. At any moment the folder holds the old list file or the new
 /// one; a power failure may still lose the rename itself, never the old content. False when the file is
 /// read-only or the new one cannot be made; the old one is then as it was and nothing is left aside.
-bool ReplaceListFile(const std::string& folder, const std::string& path,
-                     const std::vector<ProfileEntry>& entries, const StoreServices& services);
+bool ReplaceListFile(const std::string& folder, const std::string& path, const ProfileEntries& entries,
+                     const StoreServices& services);
 
 } // namespace pmx

@@ -73,7 +73,7 @@ TEST_F(PosixProfileTest, WriteThatFindsNoRoomFails) {
     Folder.Write(FileName, "[S]\nk=1\n");
     const FileSizeLimit limit(1000);
     EXPECT_FALSE(System.WriteString(File(), "S", "k", value));
-    EXPECT_FALSE(System.ReplaceSection(File(), "S", {{"k", value}}));
+    EXPECT_FALSE(ReplaceInPlace(File(), "S", {{"k", value}}));
     EXPECT_FALSE(System.WriteString(Folder.Path("new.ini"), "S", "k", value));
 }
 
@@ -88,7 +88,7 @@ TEST_F(PosixProfileTest, SymbolicLinkIsWrittenThrough) {
 TEST_F(PosixProfileTest, SecondHardLinkIsWrittenThrough) {
     Folder.Write(FileName, "[S]\nk=1\n");
     fs::create_hard_link(OnDisk(FileName), OnDisk("second.ini"));
-    EXPECT_TRUE(System.ReplaceSection(File(), "S", {{"k", "v"}}));
+    EXPECT_TRUE(ReplaceInPlace(File(), "S", {{"k", "v"}}));
     EXPECT_EQ(Folder.Read("second.ini"), "[S]\r\nk=v\r\n");
 }
 
@@ -110,7 +110,7 @@ TEST_F(PosixProfileTest, FileThatMayNotBeWrittenIsLeftAlone) {
     const auto time = fs::last_write_time(path);
     EXPECT_FALSE(System.WriteString(path, "S", "k", "v"));
     EXPECT_FALSE(System.WriteString(path, "S", std::nullopt, std::nullopt));
-    EXPECT_FALSE(System.ReplaceSection(path, "S", {{"k", "v"}}));
+    EXPECT_FALSE(ReplaceInPlace(path, "S", {{"k", "v"}}));
     EXPECT_EQ(fs::last_write_time(path), time);
 }
 
@@ -132,19 +132,19 @@ TEST_F(PosixProfileTest, ManyLinesWithoutSignAreVisitedInOnePass) {
 
 TEST_F(PosixProfileTest, ManyCopiesOfTheSectionAreReplacedInOnePass) {
     Folder.Write(FileName, Repeated(200000, "[List]\nk=v\n"));
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", {{"Num", "0"}}));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", {{"Num", "0"}}));
     EXPECT_EQ(Folder.Read(FileName), "[List]\r\nNum=0\r\n");
 }
 
 TEST_F(PosixProfileTest, ManyEntriesOutOfOrderAreWrittenInOnePass) {
-    std::vector<ProfileEntry> entries;
+    ProfileEntries entries;
     std::string expected = Repeated(100000, "[Other]\r\nk=v\r\n") + "[List]\r\n";
     for (int number = 200000; number > 0; --number) {
         entries.push_back({"Data" + std::to_string(number), "v"});
         expected += entries.back().Key + "=v\r\n";
     }
     Folder.Write(FileName, Repeated(100000, "[Other]\r\nk=v\r\n"));
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", entries));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", entries));
     EXPECT_TRUE(Folder.Read(FileName) == expected);
 }
 

@@ -3,6 +3,7 @@
 #include "store/list_file.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/profile_checks.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -82,18 +83,19 @@ TEST_F(FullDisk, AListIsSavedWholeOrNotAtAll) {
 
 TEST_F(FullDisk, AReplacedSectionIsWholeOrAFailure) {
     const std::string old = "[PMXTemplateList]\nTemplateNum=0\n[Other]\nx=1\n";
-    std::vector<ProfileEntry> entries;
+    ProfileEntries entries;
     std::string replaced = "[Other]\r\nx=1\r\n[PMXTemplateList]\r\n";
     for (int number = 0; number < 1000; ++number) {
-        entries.push_back({"TemplateData" + std::to_string(number), "value"});
-        replaced += entries.back().Key + "=value\r\n";
+        const std::string key = "TemplateData" + std::to_string(number);
+        entries.Add(key, "value");
+        replaced += key + "=value\r\n";
     }
     std::size_t failures = 0;
     for (std::size_t blocks = 0; blocks <= MostBlocks - 2; ++blocks) {
         SCOPED_TRACE(blocks);
         Folder->Write(ListFile, old);
         Fill(blocks);
-        if (SystemProfile().ReplaceSection(File(), "PMXTemplateList", entries)) {
+        if (ReplaceInPlace(File(), "PMXTemplateList", entries)) {
             EXPECT_TRUE(Folder->Read(ListFile) == replaced);
         } else {
             ++failures;
@@ -108,7 +110,7 @@ TEST_F(FullDisk, AShortSectionIsWholeOrAFailure) {
     for (std::size_t blocks = 0; blocks < 2; ++blocks) {
         Folder->Write(ListFile, "[S]\nk=1\n");
         Fill(blocks);
-        EXPECT_FALSE(SystemProfile().ReplaceSection(File(), "S", {{"k", value}}));
+        EXPECT_FALSE(ReplaceInPlace(File(), "S", {{"k", value}}));
         Folder->Remove(Filler);
     }
 }

@@ -13,8 +13,11 @@ namespace pmx::test {
 
 enum class ProfileOperation { VisitSection, ReadString, ReadInt, WriteString, ReplaceSection };
 
-/// Tells nothing more about a planned failure than that it happens.
-struct ProfileFailure {};
+/// How a planned failure of ReplaceSection ends; of the other operations nothing more is told than that they
+/// fail.
+struct ProfileFailure {
+    FileError Error = FileError::Other;
+};
 
 /// Real profile files, some of whose operations fail as planned, without having done anything: a read as if
 /// the file could not be read, a write with false.
@@ -48,9 +51,10 @@ public:
         return !Plan.Next(ProfileOperation::WriteString) && Inner.WriteString(path, section, key, value);
     }
 
-    bool ReplaceSection(const std::string& path, std::string_view section,
-                        const std::vector<ProfileEntry>& entries) override {
-        return !Plan.Next(ProfileOperation::ReplaceSection) && Inner.ReplaceSection(path, section, entries);
+    FileError ReplaceSection(const std::string& source, const std::string& target, std::string_view section,
+                             const ProfileEntries& entries) override {
+        const std::optional<ProfileFailure> failure = Plan.Next(ProfileOperation::ReplaceSection);
+        return failure ? failure->Error : Inner.ReplaceSection(source, target, section, entries);
     }
 
 private:

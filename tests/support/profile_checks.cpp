@@ -22,7 +22,7 @@ std::string Escaped(std::string_view bytes) {
 }
 
 std::string ReplacedPlainly(const TempFolder& folder, std::string_view content, std::string_view section,
-                            const std::vector<ProfileEntry>& entries) {
+                            const ProfileEntries& entries) {
     constexpr const char* Name = "plain.ini";
     Profile& system = SystemProfile();
     folder.Write(Name, content);
@@ -35,6 +35,10 @@ std::string ReplacedPlainly(const TempFolder& folder, std::string_view content, 
         EXPECT_TRUE(system.WriteString(folder.Path(Name), section, entry.Key, entry.Value));
     }
     return folder.Read(Name);
+}
+
+bool ReplaceInPlace(const std::string& path, std::string_view section, const ProfileEntries& entries) {
+    return SystemProfile().ReplaceSection(path, path, section, entries) == FileError::None;
 }
 
 } // namespace pmx::test

@@ -16,6 +16,9 @@ std::string Escaped(std::string_view bytes);
 /// removed until it is gone, then key by key. Uses a file of its own in the folder. A write that fails fails
 /// the test.
 std::string ReplacedPlainly(const TempFolder& folder, std::string_view content, std::string_view section,
-                            const std::vector<ProfileEntry>& entries);
+                            const ProfileEntries& entries);
+
+/// Replaces the section in the file itself; true on success.
+bool ReplaceInPlace(const std::string& path, std::string_view section, const ProfileEntries& entries);
 
 } // namespace pmx::test

@@ -80,8 +80,8 @@ TEST_F(WindowsProfileTest, FileHeldByAnotherCannotBeWritten) {
     const HeldFile held(File(), FILE_SHARE_READ);
     ASSERT_TRUE(held.IsHeld());
     EXPECT_FALSE(System.WriteString(File(), "S", "k", "v"));
-    EXPECT_FALSE(System.ReplaceSection(File(), "S", {{"k", "v"}}));
-    EXPECT_FALSE(System.ReplaceSection(File(), "missing", {}));
+    EXPECT_FALSE(ReplaceInPlace(File(), "S", {{"k", "v"}}));
+    EXPECT_FALSE(ReplaceInPlace(File(), "missing", {}));
 }
 
 TEST_F(WindowsProfileTest, FileHeldWithoutSharingReadsAsEmpty) {
@@ -97,7 +97,7 @@ TEST_F(WindowsProfileTest, TooLongNamesAreThereForNobody) {
     Folder.Write(FileName, "[S]\nk=1\n");
     EXPECT_FALSE(System.WriteString(File(), name, "k", "v"));
     EXPECT_FALSE(System.WriteString(File(), "S", name, "v"));
-    EXPECT_FALSE(System.ReplaceSection(File(), name, {{"k", "v"}}));
+    EXPECT_FALSE(ReplaceInPlace(File(), name, {{"k", "v"}}));
     EXPECT_EQ(Folder.Read(FileName), "[S]\nk=1\n");
 
     Folder.Write(FileName, "[" + name + "]\nk=1\n[S]\n" + name + "=2\n");

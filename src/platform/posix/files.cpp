@@ -18,6 +18,8 @@
 
 namespace pmx {
 
+using posix::ErrorOf;
+
 namespace {
 
 using posix::FileDescriptor;
@@ -50,37 +52,6 @@ std::string FolderOf(const std::string& native) {
 
 FileError MissingError(const std::string& native) {
     return IsFolderStatus(StatusOf(FolderOf(native))) ? FileError::NotFound : FileError::PathNotFound;
-}
-
-/// The number that Windows has for what `errno` says about an operation on `native`.
-FileError ErrorOf(int error, const std::string& native) {
-    switch (error) {
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-        return FileError::AccessDenied;
-    case EBUSY:
-    case ETXTBSY:
-    case EWOULDBLOCK:
-        return FileError::SharingViolation;
-    case ENOENT:
-        return MissingError(native);
-    case ENOTDIR:
-        return FileError::PathNotFound;
-    case EEXIST:
-        return FileError::FileExists;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return FileError::DiskFull;
-    case ENAMETOOLONG:
-        return FileError::InvalidName;
-    case EINVAL:
-        return FileError::InvalidParameter;
-    default:
-        return FileError::Other;
-    }
 }
 
 FileError PathErrors(const std::string& source, const std::string& target) {
@@ -256,7 +227,7 @@ void FlushFolder(const std::string& folder) {
 
 FileError CopyNative(const std::string& source, const std::string& target, bool failIfExists) {
     FileError error = FileError::None;
-    const FileDescriptor from = OpenLocked(source, O_RDONLY, false, error);
+    const FileDescriptor from = posix::OpenToCopy(source, error);
     if (!from.IsOpen()) {
         return error;
     }
@@ -415,6 +386,40 @@ namespace posix {
 
 FileError LastError() {
     return LastErrorOfThread;
+}
+
+FileError ErrorOf(int error, const std::string& native) {
+    switch (error) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+        return FileError::AccessDenied;
+    case EBUSY:
+    case ETXTBSY:
+    case EWOULDBLOCK:
+        return FileError::SharingViolation;
+    case ENOENT:
+        return MissingError(native);
+    case ENOTDIR:
+        return FileError::PathNotFound;
+    case EEXIST:
+        return FileError::FileExists;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return FileError::DiskFull;
+    case ENAMETOOLONG:
+        return FileError::InvalidName;
+    case EINVAL:
+        return FileError::InvalidParameter;
+    default:
+        return FileError::Other;
+    }
+}
+
+FileDescriptor OpenToCopy(const std::string& native, FileError& error) {
+    return OpenLocked(native, O_RDONLY, false, error);
 }
 
 } // namespace posix

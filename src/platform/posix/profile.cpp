@@ -2,6 +2,7 @@
 
 #include "platform/posix/code_page.h"
 #include "platform/posix/file_descriptor.h"
+#include "platform/posix/files.h"
 #include "platform/posix/profile_document.h"
 #include "platform/posix/profile_text.h"
 #include "platform/profile_lines.h"
@@ -59,9 +60,7 @@ bool ReadAll(const FileDescriptor& file, FileBytes& bytes) {
     return true;
 }
 
-/// Exchanges the content of the file, which must be at its beginning. On failure its content is undefined.
-bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
-    const auto size = static_cast<off_t>(bytes.size());
+bool WriteBytes(const FileDescriptor& file, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = write(file.Get(), bytes.data(), bytes.size());
         if (count < 0 && errno == EINTR) {
@@ -72,7 +71,23 @@ bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
         }
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
-    return ftruncate(file.Get(), size) == 0;
+    return true;
+}
+
+/// Exchanges the content of the file, which must be at its beginning. On failure its content is undefined.
+bool WriteAll(const FileDescriptor& file, const ProfileEditor::Content& content) {
+    return WriteBytes(file, content.Head) && WriteBytes(file, content.Tail) &&
+           ftruncate(file.Get(), static_cast<off_t>(content.Head.size() + content.Tail.size())) == 0;
+}
+
+/// Reads a file as one that is copied, so that it must not be held by another; a missing one is empty.
+FileError ReadWhole(const std::string& nativePath, FileBytes& bytes) {
+    FileError error = FileError::None;
+    const FileDescriptor file = posix::OpenToCopy(nativePath, error);
+    if (!file.IsOpen()) {
+        return error == FileError::NotFound ? FileError::None : error;
+    }
+    return ReadAll(file, bytes) ? FileError::None : FileError::Other;
 }
 
 ProfileText ReadProfile(const std::string& path) {
@@ -102,9 +117,9 @@ bool ReadForChange(const std::string& nativePath, FileBytes& bytes) {
     return ReadAll(file, bytes);
 }
 
-bool WriteProfile(const std::string& nativePath, std::string_view bytes) {
+bool WriteProfile(const std::string& nativePath, const ProfileEditor::Content& content) {
     const FileDescriptor file = OpenProfile(nativePath, O_WRONLY | O_CREAT);
-    return file.IsOpen() && WriteAll(file, bytes);
+    return file.IsOpen() && WriteAll(file, content);
 }
 
 /// Reads the file, lets `edit` change it and writes it if that made a difference.
@@ -216,18 +231,35 @@ public:
         });
     }
 
-    bool ReplaceSection(const std::string& path, std::string_view section,
-                        const std::vector<ProfileEntry>& entries) override {
+    FileError ReplaceSection(const std::string& source, const std::string& target, std::string_view section,
+                             const ProfileEntries& entries) override {
         if (IsBlank(section)) {
-            return false;
+            return FileError::InvalidParameter;
         }
-        return ChangeProfile(path, [&](ProfileEditor& editor) {
-            editor.RemoveSections(section);
-            editor.SetAll(section, entries);
-        });
+        FileBytes bytes;
+        const FileError error = ReadWhole(posix::NativePath(source), bytes);
+        if (error != FileError::None) {
+            return error;
+        }
+        ProfileText text(std::move(bytes));
+        ProfileEditor editor(text);
+        editor.RemoveSections(section);
+        editor.SetAll(section, entries);
+        if (!editor.IsChanged()) {
+            return CopyUnchanged(source, target);
+        }
+        errno = 0;
+        const bool isWritten = WriteProfile(posix::NativePath(target), editor.Bytes());
+        return isWritten ? FileError::None : posix::ErrorOf(errno, posix::NativePath(target));
     }
 
 private:
+    static FileError CopyUnchanged(const std::string& source, const std::string& target) {
+        const FileError error =
+            source == target ? FileError::None : SystemFiles().Copy(source, target, false);
+        return error == FileError::NotFound ? FileError::None : error;
+    }
+
     static std::string_view IntegerText(std::string_view value) {
         const std::string_view text = WithoutQuotes(value);
         const bool wasQuoted = text.size() != value.size();

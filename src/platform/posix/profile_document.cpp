@@ -14,6 +14,14 @@ bool IsLineEnd(char character) {
     return character == '\r' || character == '\n';
 }
 
+/// True when only blanks stand between `place` and the line end before it, or `begin`.
+bool IsFirstOfLine(const char* begin, const char* place) {
+    while (place != begin && IsProfileBlank(place[-1]) && !IsLineEnd(place[-1])) {
+        --place;
+    }
+    return place == begin || IsLineEnd(place[-1]);
+}
+
 /// The first such character between two places, or the second place.
 const char* Find(const char* from, const char* to, char wanted) {
     const void* const found =
@@ -40,6 +48,16 @@ char Folded(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+/// So many bytes at the beginning of both texts, of the same size, are equal, counted in words.
+std::ptrdiff_t CommonWords(std::string_view left, std::string_view right) {
+    std::size_t count = 0;
+    while (left.size() - count >= sizeof(std::uint64_t) &&
+           std::memcmp(left.data() + count, right.data() + count, sizeof(std::uint64_t)) == 0) {
+        count += sizeof(std::uint64_t);
+    }
+    return static_cast<std::ptrdiff_t>(count);
+}
+
 /// True when the names are surely different, and in an order in which no name can come again: longer ones
 /// after shorter ones, else byte by byte. All bytes are compared without case, which makes more of them
 /// equal.
@@ -47,16 +65,42 @@ bool IsAscending(std::string_view left, std::string_view right) {
     if (left.size() != right.size()) {
         return left.size() < right.size();
     }
-    const auto [first, second] = std::mismatch(left.begin(), left.end(), right.begin(),
+    const std::ptrdiff_t common = CommonWords(left, right);
+    const auto [first, second] = std::mismatch(left.begin() + common, left.end(), right.begin() + common,
                                                [](char a, char b) { return Folded(a) == Folded(b); });
     return first != left.end() &&
            static_cast<unsigned char>(Folded(*first)) < static_cast<unsigned char>(Folded(*second));
 }
 
-/// True when a text of a call is the same in a profile of the code page.
-bool IsPlainText(std::string_view callText) {
-    const bool startsBlank = !callText.empty() && IsProfileBlank(callText.front());
-    return !startsBlank && callText.find('\0') == std::string_view::npos && IsCanonical(callText);
+/// True when any byte of the text is a control character: a line end, a zero or a blank other than the space.
+bool HasControls(std::string_view text) {
+    constexpr std::uint64_t Ones = 0x0101010101010101U;
+    constexpr std::uint64_t HighBits = Ones * 0x80U;
+    const char* position = text.data();
+    const char* const end = position + text.size();
+    std::uint64_t found = 0;
+    for (std::uint64_t bytes = 0; static_cast<std::size_t>(end - position) >= sizeof bytes;
+         position += sizeof bytes) {
+        std::memcpy(&bytes, position, sizeof bytes);
+        found |= (bytes - Ones * ' ') & ~bytes & HighBits; // set in some byte when one is below the space
+    }
+    return found != 0 ||
+           std::any_of(position, end, [](char byte) { return static_cast<unsigned char>(byte) < ' '; });
+}
+
+bool HasSpaceAtEnds(std::string_view text) {
+    return !text.empty() && (text.front() == ' ' || text.back() == ' ');
+}
+
+/// True when a canonical key is surely found again as it is in the line that it is written into.
+bool IsPlainName(std::string_view name) {
+    return !name.empty() && name.front() != '[' && !HasSpaceAtEnds(name) && !HasControls(name) &&
+           name.find('=') == std::string_view::npos;
+}
+
+/// True when a canonical value surely reads back as it is.
+bool IsPlainValue(std::string_view value) {
+    return !HasSpaceAtEnds(value) && !HasControls(value);
 }
 
 void AppendLine(std::string& text, const ProfileLine& line) {
@@ -163,15 +207,20 @@ bool ProfileReader::NextLine(ProfileLine& line) {
 std::string_view ProfileReader::SkipLines() {
     const char* const begin = HasLine ? Line.data() : Position;
     const char* end = begin;
-    while (HasLine || ReadLine()) {
-        std::string_view header;
-        HasLine = Line.front() == '[' && ReadHeader(header);
-        if (HasLine) {
+    while (!HasLine) {
+        end = Find(Position, End, '[');
+        Position = end;
+        if (end == End) {
             break;
         }
-        end = Line.data() + Line.size();
+        std::string_view header;
+        if (!IsFirstOfLine(begin, end)) {
+            ++Position;
+        } else if (ReadLine()) {
+            HasLine = ReadHeader(header);
+        }
     }
-    return {begin, static_cast<std::size_t>(end - begin)};
+    return WithoutTrailingBlanks({begin, static_cast<std::size_t>(end - begin)});
 }
 
 bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding encoding) {
@@ -215,7 +264,7 @@ void ProfileEditor::Settle() {
         return;
     }
     MustSettle = false;
-    std::string text = Joined();
+    std::string text = Joined(true);
     Written.reset();
     if (Source.Encoding() == ProfileEncoding::CodePage && HasUnicodeMark(text)) {
         SettledAfter = Rewrites + RewritesToSettle;
@@ -389,55 +438,58 @@ void ProfileEditor::Set(std::string_view section, std::string_view key, std::str
     NoteChange(isPlainHeader && ReadsBackAsIs(changed.Name, valueText));
 }
 
-/// True when adding the entries as lines at the end of the target section is all that setting them does.
-bool ProfileEditor::CanAppend(std::span<const ProfileEntry> entries) {
+/// True when adding the entries from `first` on as lines at the end of the target section is all that setting
+/// them does.
+bool ProfileEditor::CanAppend(const ProfileEntries& entries, std::size_t first) {
     if (TargetNumber == 0 || MustSettle || Source.Encoding() != ProfileEncoding::CodePage) {
         return false;
     }
     const std::vector<ProfileLine>& lines = Sections[TargetNumber - 1].Lines;
-    if (lines.empty() || !AreAscending(lines)) {
+    if (lines.empty() || !AreAscending(lines) || !IsCanonical(entries.Lines(first))) {
         return false;
     }
     std::string_view last = lines.back().Name;
-    return std::all_of(entries.begin(), entries.end(), [&](const ProfileEntry& entry) {
-        const bool isAscending = IsAscending(last, entry.Key);
+    for (std::size_t index = first; index < entries.Size(); ++index) {
+        const ProfileEntry entry = entries[index];
+        if (!IsAscending(last, entry.Key) || !IsPlainName(entry.Key) || !IsPlainValue(entry.Value)) {
+            return false;
+        }
         last = entry.Key;
-        return isAscending && IsPlainText(entry.Key) && IsPlainText(entry.Value) &&
-               ReadsBackAsIs(entry.Key, entry.Value);
-    });
+    }
+    return true;
 }
 
-void ProfileEditor::SetAll(std::string_view section, const std::vector<ProfileEntry>& entries) {
-    std::span<const ProfileEntry> rest = entries;
+void ProfileEditor::SetAll(std::string_view section, const ProfileEntries& entries) {
     bool mayAppend = true;
-    while (!rest.empty()) {
+    for (std::size_t index = 0; index < entries.Size(); ++index) {
         if (mayAppend && Rewrites > SettledAfter) {
             mayAppend = false;
-            if (CanAppend(rest)) {
-                Appended = rest;
+            if (CanAppend(entries, index)) {
+                Appended = entries.Lines(index);
                 MustSettle = true;
                 return;
             }
         }
-        Set(section, rest.front().Key, rest.front().Value);
-        rest = rest.subspan(1);
+        const ProfileEntry entry = entries[index];
+        Set(section, entry.Key, entry.Value);
     }
 }
 
-std::string ProfileEditor::Bytes() const {
+/// True when the appended lines are the last of the file.
+bool ProfileEditor::HasTail() const {
+    return !Appended.empty() && TargetNumber == Sections.size();
+}
+
+ProfileEditor::Content ProfileEditor::Bytes() const {
     if (IsAsRead && Written) {
-        return *Written;
+        return {*Written, {}};
     }
-    return EncodedProfile(IsAsRead ? std::string(Source.View()) : Joined(), Source.Encoding());
+    std::string text = IsAsRead ? std::string(Source.View()) : Joined(!HasTail());
+    return {EncodedProfile(std::move(text), Source.Encoding()), HasTail() ? Appended : std::string_view()};
 }
 
-std::string ProfileEditor::Joined() const {
+std::string ProfileEditor::Joined(bool withTail) const {
     std::string text;
-    std::size_t size = Source.View().size();
-    for (const ProfileEntry& entry : Appended) {
-        size += entry.Key.size() + entry.Value.size() + 1 + LineEnd.size();
-    }
-    text.reserve(size);
     for (std::size_t number = 0; number < Sections.size(); ++number) {
         const Section& section = Sections[number];
         if (!section.Name.empty()) {
@@ -454,10 +506,8 @@ std::string ProfileEditor::Joined() const {
                 AppendLine(text, line);
             }
         }
-        if (number + 1 == TargetNumber) {
-            for (const ProfileEntry& entry : Appended) {
-                text.append(entry.Key).append("=").append(entry.Value).append(LineEnd);
-            }
+        if (number + 1 == TargetNumber && withTail) {
+            text.append(Appended);
         }
     }
     return text;

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/posix/profile_text.h"
-#include "platform/profile.h"
+#include "platform/profile_entries.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,13 +78,17 @@ public:
     /// the section, or adds the section at the end.
     void Set(std::string_view section, std::string_view key, std::string_view value);
 
-    /// Sets all of them, in order.
-    void SetAll(std::string_view section, const std::vector<ProfileEntry>& entries);
+    /// Sets all of them, in order. The entries must stay until the editor is gone.
+    void SetAll(std::string_view section, const ProfileEntries& entries);
 
     bool IsChanged() const { return Rewrites != 0; }
 
-    /// The content of the file after the changes.
-    std::string Bytes() const;
+    /// The content of the file after the changes, in two parts to be written one after the other.
+    struct Content {
+        std::string Head;
+        std::string_view Tail; ///< refers to the entries of SetAll
+    };
+    Content Bytes() const;
 
 private:
     /// After this many rewrites a profile is in a form that further ones do not change: the first drops what
@@ -101,7 +104,8 @@ private:
 
     std::string_view FromCaller(std::string_view callText);
     void Parse();
-    std::string Joined() const;
+    bool HasTail() const;
+    std::string Joined(bool withTail) const;
     void Settle();
     void NoteChange(bool readsBackAsIs);
     std::vector<ProfileLine>& LinesOf(Section& section) const;
@@ -110,7 +114,7 @@ private:
     void IndexLine(const std::vector<ProfileLine>& lines, std::size_t line);
     void ForgetIndex();
     bool AreAscending(const std::vector<ProfileLine>& lines);
-    bool CanAppend(std::span<const ProfileEntry> entries);
+    bool CanAppend(const ProfileEntries& entries, std::size_t first);
 
     ProfileText& Source;
     std::vector<Section> Sections;     ///< the first holds the lines before the first header
@@ -126,7 +130,7 @@ private:
     std::size_t AscendingLines = 0;   ///< so many lines at its beginning are in ascending order
     std::vector<std::uint32_t> Index; ///< hash table of its line numbers plus one, 0 for free places
     std::size_t IndexedLines = 0;
-    std::span<const ProfileEntry> Appended; ///< further lines of it
+    std::string_view Appended; ///< further lines of it
 };
 
 } // namespace pmx::posix

@@ -125,21 +125,21 @@ unsigned ByteAt(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
 }
 
-/// Position of the first byte at or after `position` that is not ASCII.
-std::size_t SkipAscii(std::string_view text, std::size_t position) {
+/// The first byte of a text that is not ASCII, or its end.
+inline const char* SkipAscii(const char* position, const char* end) {
     constexpr std::uint64_t HighBits = 0x8080808080808080U;
     std::uint64_t bytes = 0;
-    while (text.size() - position >= sizeof bytes) {
-        std::memcpy(&bytes, text.data() + position, sizeof bytes);
+    while (static_cast<std::size_t>(end - position) >= sizeof bytes) {
+        std::memcpy(&bytes, position, sizeof bytes);
         bytes &= HighBits;
         if (bytes != 0) {
             const int zeros = std::endian::native == std::endian::little ? std::countr_zero(bytes)
                                                                          : std::countl_zero(bytes);
-            return position + static_cast<std::size_t>(zeros) / 8;
+            return position + zeros / 8;
         }
         position += sizeof bytes;
     }
-    while (position < text.size() && ByteAt(text, position) < 0x80) {
+    while (position != end && static_cast<unsigned char>(*position) < 0x80) {
         ++position;
     }
     return position;
@@ -318,20 +318,20 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, Profile
 } // namespace
 
 bool IsCanonical(std::string_view codePageText) {
-    const std::size_t size = codePageText.size();
-    std::size_t position = SkipAscii(codePageText, 0);
-    while (position < size) {
-        const unsigned lead = ByteAt(codePageText, position);
-        if (!IsLead(lead)) {
-            ++position;
-        } else if (position + 1 < size && Kept.Has(lead << 8U | ByteAt(codePageText, position + 1))) {
+    const char* position = codePageText.data();
+    const char* const end = position + codePageText.size();
+    while ((position = SkipAscii(position, end)) != end) {
+        do {
+            const auto lead = static_cast<unsigned char>(*position);
+            if (!IsLead(lead)) {
+                ++position;
+                continue;
+            }
+            if (end - position < 2 || !Kept.Has(lead << 8U | static_cast<unsigned char>(position[1]))) {
+                return false;
+            }
             position += 2;
-        } else {
-            return false;
-        }
-        if (position < size && ByteAt(codePageText, position) < 0x80) {
-            position = SkipAscii(codePageText, position);
-        }
+        } while (position != end && static_cast<unsigned char>(*position) >= 0x80);
     }
     return true;
 }

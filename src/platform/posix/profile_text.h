@@ -103,12 +103,16 @@ constexpr std::string_view WithoutLeadingBlanks(std::string_view text) {
     return text;
 }
 
-/// Without those at both ends.
-constexpr std::string_view WithoutBlanks(std::string_view text) {
+constexpr std::string_view WithoutTrailingBlanks(std::string_view text) {
     while (!text.empty() && IsProfileBlank(text.back())) {
         text.remove_suffix(1);
     }
-    return WithoutLeadingBlanks(text);
+    return text;
+}
+
+/// Without those at both ends.
+constexpr std::string_view WithoutBlanks(std::string_view text) {
+    return WithoutLeadingBlanks(WithoutTrailingBlanks(text));
 }
 
 /// The part before the first zero byte.

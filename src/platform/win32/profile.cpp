@@ -1,5 +1,6 @@
 #include "platform/win32/profile.h"
 
+#include "platform/files.h"
 #include "platform/profile_lines.h"
 #include "platform/text.h"
 
@@ -177,7 +178,7 @@ bool IsPlainKey(std::string_view key) {
 }
 
 /// True when writing the entries as one section leaves the bytes that writing them one by one leaves.
-bool CanWriteAsSection(std::string_view section, const std::vector<ProfileEntry>& entries) {
+bool CanWriteAsSection(std::string_view section, const ProfileEntries& entries) {
     std::set<std::string> names;
     return IsPlain(section) && std::all_of(entries.begin(), entries.end(), [&](const ProfileEntry& entry) {
                return IsPlainKey(entry.Key) && IsPlain(entry.Value) &&
@@ -185,7 +186,7 @@ bool CanWriteAsSection(std::string_view section, const std::vector<ProfileEntry>
            });
 }
 
-std::string SectionText(const std::vector<ProfileEntry>& entries) {
+std::string SectionText(const ProfileEntries& entries) {
     std::string text;
     for (const ProfileEntry& entry : entries) {
         text.append(entry.Key).append("=").append(entry.Value).push_back('\0');
@@ -235,10 +236,12 @@ bool EndsWithLine(const std::string& path) {
 
 /// Whether the last of the entries, which end the file, have reached it. On a full disk the platform says
 /// that it has written and leaves the file cut where the room ended.
-bool IsWritten(const std::string& path, const std::string& section, const std::vector<ProfileEntry>& entries,
+bool IsWritten(const std::string& path, const std::string& section, const ProfileEntries& entries,
                bool arePlain) {
     ForgetFile(path);
-    return EndsWithLine(path) && (!arePlain || ListedValue(path, section, entries.back().Key).has_value());
+    return EndsWithLine(path) &&
+           (!arePlain ||
+            ListedValue(path, section, std::string(entries[entries.Size() - 1].Key)).has_value());
 }
 
 } // namespace
@@ -296,35 +299,48 @@ bool WindowsProfile::WriteString(const std::string& path, std::string_view secti
 }
 
 bool WindowsProfile::WriteKeys(const std::string& path, const std::string& section,
-                               const std::vector<ProfileEntry>& entries, std::size_t count) {
-    return std::all_of(
-        entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count),
-        [&](const ProfileEntry& entry) { return WriteString(path, section, entry.Key, entry.Value); });
+                               const ProfileEntries& entries, std::size_t count) {
+    for (std::size_t index = 0; index < count; ++index) {
+        const ProfileEntry entry = entries[index];
+        if (!WriteString(path, section, entry.Key, entry.Value)) {
+            return false;
+        }
+    }
+    return true;
 }
 
-bool WindowsProfile::ReplaceSection(const std::string& path, std::string_view section,
-                                    const std::vector<ProfileEntry>& entries) {
+FileError WindowsProfile::ReplaceSection(const std::string& source, const std::string& target,
+                                         std::string_view section, const ProfileEntries& entries) {
     const std::string name = CallText(section);
     if (WithoutBlanks(name).empty() || !IsPassable(name)) {
-        return false;
+        return FileError::InvalidParameter;
     }
+    const FileError copied = source == target ? FileError::None : SystemFiles().Copy(source, target, false);
+    if (copied != FileError::None && copied != FileError::NotFound) {
+        return copied;
+    }
+    return ReplaceInPlace(target, name, entries) ? FileError::None : FileError::Other;
+}
+
+bool WindowsProfile::ReplaceInPlace(const std::string& path, const std::string& section,
+                                    const ProfileEntries& entries) {
     ForgetFile(path);
-    if (!RemoveSections(path, name)) {
+    if (!RemoveSections(path, section)) {
         return false;
     }
-    if (entries.empty()) {
+    if (entries.Size() == 0) {
         return true;
     }
-    const bool arePlain = CanWriteAsSection(name, entries);
-    const bool asSection = arePlain && entries.size() > KeysToSettle;
-    if (!WriteKeys(path, name, entries, asSection ? KeysToSettle : entries.size())) {
+    const bool arePlain = CanWriteAsSection(section, entries);
+    const bool asSection = arePlain && entries.Size() > KeysToSettle;
+    if (!WriteKeys(path, section, entries, asSection ? KeysToSettle : entries.Size())) {
         return false;
     }
     if (asSection &&
-        WritePrivateProfileSectionA(name.c_str(), SectionText(entries).c_str(), path.c_str()) == 0) {
+        WritePrivateProfileSectionA(section.c_str(), SectionText(entries).c_str(), path.c_str()) == 0) {
         return false;
     }
-    return IsWritten(path, name, entries, arePlain);
+    return IsWritten(path, section, entries, arePlain);
 }
 
 } // namespace win32

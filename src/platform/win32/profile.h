@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace pmx::win32 {
 
@@ -30,12 +29,13 @@ public:
                          std::int32_t defaultValue) override;
     bool WriteString(const std::string& path, std::string_view section, std::optional<std::string_view> key,
                      std::optional<std::string_view> value) override;
-    bool ReplaceSection(const std::string& path, std::string_view section,
-                        const std::vector<ProfileEntry>& entries) override;
+    FileError ReplaceSection(const std::string& source, const std::string& target, std::string_view section,
+                             const ProfileEntries& entries) override;
 
 private:
-    bool WriteKeys(const std::string& path, const std::string& section,
-                   const std::vector<ProfileEntry>& entries, std::size_t count);
+    bool ReplaceInPlace(const std::string& path, const std::string& section, const ProfileEntries& entries);
+    bool WriteKeys(const std::string& path, const std::string& section, const ProfileEntries& entries,
+                   std::size_t count);
 
     std::size_t LargestSectionBuffer;
 };

@@ -60,11 +60,12 @@ public:
     std::string Value() { return std::string(Pick(ValueTexts)); }
     std::size_t Below(std::size_t limit) { return Random() % limit; }
 
-    std::vector<ProfileEntry> Entries() {
-        std::vector<ProfileEntry> entries;
+    ProfileEntries Entries() {
+        ProfileEntries entries;
         for (std::size_t count = Below(7); count > 0; --count) {
             const bool isOdd = Below(3) == 0;
-            entries.push_back({isOdd ? Key() : "Data" + std::to_string(entries.size()), Value()});
+            const std::string key = isOdd ? Key() : "Data" + std::to_string(entries.Size());
+            entries.Add(key, Value());
         }
         return entries;
     }
@@ -214,9 +215,9 @@ private:
 
     void AddReplacing() {
         const std::string section = Odd.Section();
-        const std::vector<ProfileEntry> entries = Odd.Entries();
+        const ProfileEntries entries = Odd.Entries();
         Folder.Write(FileName, Content);
-        System.ReplaceSection(Path, section, entries);
+        ReplaceInPlace(Path, section, entries);
         std::string call = section;
         for (const ProfileEntry& entry : entries) {
             call.append("|").append(entry.Key).append("=").append(entry.Value);
@@ -284,9 +285,9 @@ TEST(ProfileGolden, ReplacingASectionInAnOddFileLeavesTheBytesOfThePlainSequence
         Oddities odd(number + CaseCount);
         const std::string content = odd.File();
         const std::string section = odd.Section();
-        const std::vector<ProfileEntry> entries = odd.Entries();
+        const ProfileEntries entries = odd.Entries();
         folder.Write(FileName, content);
-        EXPECT_TRUE(SystemProfile().ReplaceSection(folder.Path(FileName), section, entries));
+        EXPECT_TRUE(ReplaceInPlace(folder.Path(FileName), section, entries));
         ASSERT_EQ(Escaped(folder.Read(FileName)), Escaped(ReplacedPlainly(folder, content, section, entries)))
             << "odd file " << number << ": " << Escaped(content);
     }

@@ -487,14 +487,14 @@ TEST_F(ProfileTest, RemovingInAMissingFileMakesNone) {
 TEST_F(ProfileTest, WritingIntoAMissingFolderFailsAndMakesNone) {
     EXPECT_FALSE(System.WriteString(Folder.Path("missing\\list.ini"), "S", "k", "v"));
     EXPECT_FALSE(System.WriteString(Folder.Path("missing\\list.ini"), "S", std::nullopt, std::nullopt));
-    EXPECT_FALSE(System.ReplaceSection(Folder.Path("missing\\list.ini"), "S", {{"k", "v"}}));
+    EXPECT_FALSE(ReplaceInPlace(Folder.Path("missing\\list.ini"), "S", {{"k", "v"}}));
     EXPECT_TRUE(Folder.Names().empty());
 }
 
 TEST_F(ProfileTest, WritingToAFolderFails) {
     Folder.AddFolder(FileName);
     EXPECT_FALSE(System.WriteString(File(), "S", "k", "v"));
-    EXPECT_FALSE(System.ReplaceSection(File(), "S", {{"k", "v"}}));
+    EXPECT_FALSE(ReplaceInPlace(File(), "S", {{"k", "v"}}));
 }
 
 TEST_F(ProfileTest, FileWithAJapaneseNameIsFound) {
@@ -510,8 +510,6 @@ TEST_F(ProfileTest, ChangesByOthersAreSeen) {
 }
 
 // Replacing a section
-
-using Entries = std::vector<ProfileEntry>;
 
 struct ContentCase {
     const char* Name;
@@ -539,13 +537,16 @@ constexpr ContentCase Contents[] = {
     {"EmptyHeaders", "=1\n[]\n=2\n[ ]\n=3\n[List]\n[]\n=4\n[x]\n[]\na=b\n"sv},
     {"LeadByteBeforeTheHeader", "[Alpha]\nx=\x83\n[List]\nNum=1\n"sv},
     {"SecondCodes", "[Alpha]\nx=\xED\x40\n[List]\nNum=1\n"sv},
+    {"Brackets",
+     "a=[List]\n[open\n[Alpha]\n x [List]\n[List\n\x81\x5BList]\n \t[List]\nNum=1\n[[List]\n]\n[B]x"sv},
+    {"OnlyBlanksBetweenHeaders", "[Alpha]\n \n\r\n[List]\r\r \x1A \n[Beta] ;\n"sv},
     {"Japanese", "[\x83\x5D]\n\x83\x7E=\x95\x5C\n[List]\nNum=1\n"sv},
     {"BeginsWithAMarkOnceWritten", " \xFF\xFE[A\r\n[List]\r\nNum=1\r\n[B]\r\nb=1\r\n"sv},
     {"Utf8", "\xEF\xBB\xBF[Alpha]\nx=\xE3\x82\xA2\n[List]\nNum=1\n"sv},
     {"Utf16", "\xFF\xFE[\0L\0i\0s\0t\0]\0\n\0a\0=\0\x31\0\n\0[\0B\0]\0"sv},
 };
 
-using NamedEntries = std::pair<const char*, Entries>;
+using NamedEntries = std::pair<const char*, ProfileEntries>;
 
 const NamedEntries PlainEntries = {"plain",
                                    {{"Num", "5"},
@@ -593,7 +594,7 @@ class ProfileReplacingOdd : public ProfileTest {
 protected:
     void ExpectSameAsPlainSequence(std::string_view content, const NamedEntries& list) const {
         Folder.Write(FileName, content);
-        EXPECT_TRUE(System.ReplaceSection(File(), "List", list.second));
+        EXPECT_TRUE(ReplaceInPlace(File(), "List", list.second));
         EXPECT_EQ(Escaped(Folder.Read(FileName)),
                   Escaped(ReplacedPlainly(Folder, content, "List", list.second)))
             << list.first;
@@ -616,11 +617,11 @@ TEST_F(ProfileReplacingOdd, LeavesTheBytesOfThePlainSequence) {
 }
 
 TEST_F(ProfileTest, ReplacingASectionWithAnOddNameLeavesTheBytesOfThePlainSequence) {
-    const Entries entries = {{"Num", "4"}, {"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}};
+    const ProfileEntries entries = {{"Num", "4"}, {"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}};
     for (const std::string_view section : {" S"sv, "S "sv, "S]"sv, "[S]"sv, "S\nT"sv, "S\x83"sv, ";S"sv}) {
         for (const std::string_view content : {""sv, "[S]\na=0\n[R]\n[S ]\nb=0\n"sv}) {
             Folder.Write(FileName, content);
-            EXPECT_TRUE(System.ReplaceSection(File(), section, entries));
+            EXPECT_TRUE(ReplaceInPlace(File(), section, entries));
             EXPECT_EQ(Escaped(Folder.Read(FileName)),
                       Escaped(ReplacedPlainly(Folder, content, section, entries)))
                 << Escaped(section) << " in " << Escaped(content);
@@ -630,56 +631,98 @@ TEST_F(ProfileTest, ReplacingASectionWithAnOddNameLeavesTheBytesOfThePlainSequen
 
 TEST_F(ProfileTest, ReplacedSectionMovesToTheEnd) {
     Folder.Write(FileName, "[Alpha]\nx=1\n\n[List]\nNum=9\nData7=stale\n[Beta]\nz=3\n\n");
-    EXPECT_TRUE(System.ReplaceSection(File(), "List",
-                                      {{"Num", "3"}, {"Data0", "a"}, {"Data1", "b"}, {"Data2", "c"}}));
+    EXPECT_TRUE(
+        ReplaceInPlace(File(), "List", {{"Num", "3"}, {"Data0", "a"}, {"Data1", "b"}, {"Data2", "c"}}));
     EXPECT_EQ(Folder.Read(FileName), "[Alpha]\r\nx=1\r\n[Beta]\r\nz=3\r\n"
                                      "[List]\r\nNum=3\r\nData0=a\r\nData1=b\r\nData2=c\r\n");
 }
 
 TEST_F(ProfileTest, ReplacingMakesAMissingFile) {
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", {{"Num", "0"}}));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", {{"Num", "0"}}));
     EXPECT_EQ(Folder.Read(FileName), "[List]\r\nNum=0\r\n");
 }
 
 TEST_F(ProfileTest, ReplacingByNothingRemovesTheSection) {
     Folder.Write(FileName, "[List]\nNum=1\n[Beta]\nz=3\n[List]\n");
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", {}));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", {}));
     EXPECT_EQ(Folder.Read(FileName), "[Beta]\r\nz=3\r\n");
 }
 
 TEST_F(ProfileTest, ReplacingByNothingTouchesNothingWhenThereIsNone) {
     Folder.Write(FileName, "[Beta]\n z = 3\n");
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", {}));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", {}));
     EXPECT_EQ(Folder.Read(FileName), "[Beta]\n z = 3\n");
 }
 
 TEST_F(ProfileTest, SectionWithoutANameCannotBeReplaced) {
     Folder.Write(FileName, "a=1\n");
     for (const std::string_view section : {""sv, "  "sv, "\0S"sv}) {
-        EXPECT_FALSE(System.ReplaceSection(File(), section, {{"k", "v"}}));
+        EXPECT_FALSE(ReplaceInPlace(File(), section, {{"k", "v"}}));
     }
     EXPECT_EQ(Folder.Read(FileName), "a=1\n");
 }
 
 TEST_F(ProfileTest, ReplacingWithALongValueLeavesTheBytesOfThePlainSequence) {
     for (const std::size_t length : {32766U, 32767U, 65536U, 70000U}) {
-        const Entries entries = {{"Num", "4"}, {"a", "1"}, {"b", "2"}, {"c", Times(length, "x")}, {"d", "3"}};
+        const ProfileEntries entries = {
+            {"Num", "4"}, {"a", "1"}, {"b", "2"}, {"c", Times(length, "x")}, {"d", "3"}};
         Folder.Write(FileName, "[List]\nNum=1\n[B]\n");
-        EXPECT_TRUE(System.ReplaceSection(File(), "List", entries));
+        EXPECT_TRUE(ReplaceInPlace(File(), "List", entries));
         const std::string expected = ReplacedPlainly(Folder, "[List]\nNum=1\n[B]\n", "List", entries);
         EXPECT_EQ(Folder.Read(FileName), expected) << length;
     }
 }
 
+TEST_F(ProfileTest, ReplacingIntoAnotherFileLeavesTheSourceAlone) {
+    const std::string content = "[List]\nNum=1\n[Beta]\n z = 3\n";
+    Folder.Write(FileName, content);
+    Folder.Write("target.ini", "overwritten");
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("target.ini"), "List", {{"Num", "0"}}),
+              FileError::None);
+    EXPECT_EQ(Folder.Read("target.ini"), "[Beta]\r\nz=3\r\n[List]\r\nNum=0\r\n");
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("target.ini"), "None", {}), FileError::None);
+    EXPECT_EQ(Folder.Read("target.ini"), content);
+    EXPECT_EQ(Folder.Read(FileName), content);
+}
+
+TEST_F(ProfileTest, AMissingSourceCountsAsEmpty) {
+    Folder.Write("target.ini", "");
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("target.ini"), "List", {{"Num", "0"}}),
+              FileError::None);
+    EXPECT_EQ(Folder.Read("target.ini"), "[List]\r\nNum=0\r\n");
+    EXPECT_EQ(Folder.Names(), std::vector<std::string>{"target.ini"});
+}
+
+TEST_F(ProfileTest, ASourceThatCannotBeReadIsAnError) {
+    Folder.AddFolder(FileName);
+    Folder.Write("target.ini", "");
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("target.ini"), "List", {{"Num", "0"}}),
+              FileError::AccessDenied);
+    EXPECT_EQ(System.ReplaceSection(Folder.Path("none\\a.ini"), Folder.Path("target.ini"), "List", {}),
+              FileError::PathNotFound);
+}
+
+TEST_F(ProfileTest, ASourceThatAnotherHoldsIsASharingViolation) {
+    Folder.Write(FileName, "[List]\nNum=1\n");
+    Folder.Write("target.ini", "");
+    const OpenResult held =
+        SystemFiles().Open({File(), FileAccess::ReadWrite, FileShare::None, FileDisposition::OpenExisting});
+    ASSERT_EQ(held.Error, FileError::None);
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("target.ini"), "List", {{"Num", "0"}}),
+              FileError::SharingViolation);
+}
+
 TEST_F(ProfileTest, ReplacedSectionReadsBack) {
-    Entries entries = {{"Num", "1000"}};
+    ProfileEntries entries = {{"Num", "1000"}};
     std::string expected = "Num=1000|";
     for (int number = 0; number < 1000; ++number) {
-        entries.push_back({"Data" + std::to_string(number), "0~\x83\x7E\x95\x5C" + std::to_string(number)});
-        expected += entries.back().Key + "=" + entries.back().Value + "|";
+        const std::string key = "Data" + std::to_string(number);
+        const std::string value = "0~\x83\x7E\x95\x5C" + std::to_string(number);
+        entries.Add(key, value);
+        expected.append(key).append("=").append(value).append("|");
     }
     Folder.Write(FileName, "[List]\nNum=1\n[Beta]\nz=3\n");
-    EXPECT_TRUE(System.ReplaceSection(File(), "List", entries));
+    EXPECT_TRUE(ReplaceInPlace(File(), "List", entries));
     EXPECT_EQ(Visited("List"), expected);
 }
 

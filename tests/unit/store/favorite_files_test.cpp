@@ -197,8 +197,8 @@ TEST_F(RetryingFilesTest, CopyingRefusesOrReplacesAnExistingTarget) {
     EXPECT_EQ(Fakes.Disk.LastError, FileError::FileExists);
     EXPECT_TRUE(RetryCopyFile(Fakes.Disk, Fakes.Clock, Folder.Path("a"), Folder.Path("b"), false));
     EXPECT_EQ(Folder.Read("b"), "new");
-    EXPECT_EQ(CopyWithRetries(Fakes.Disk, Fakes.Clock, Folder.Path("missing"), Folder.Path("b"), false),
-              FileError::NotFound);
+    EXPECT_FALSE(RetryCopyFile(Fakes.Disk, Fakes.Clock, Folder.Path("missing"), Folder.Path("b"), false));
+    EXPECT_EQ(Fakes.Disk.LastError, FileError::NotFound);
 }
 
 TEST_F(RetryingFilesTest, AMissingFileIsNotDeleted) {

@@ -434,7 +434,7 @@ TEST_F(ListFileTest, StaleEntriesOfALongerListVanish) {
 }
 
 /// Writes the list as the plain sequence of profile writes.
-void WritePlainly(const std::string& path, const std::vector<ProfileEntry>& entries) {
+void WritePlainly(const std::string& path, const ProfileEntries& entries) {
     Profile& profile = SystemProfile();
     EXPECT_TRUE(profile.WriteString(path, "PMXTemplateList", std::nullopt, std::nullopt));
     for (const ProfileEntry& entry : entries) {
@@ -467,7 +467,7 @@ TEST_F(ListFileTest, TheBytesAreThoseOfThePlainSequenceOfProfileWrites) {
     List.Add(Record(0, " blanks ", 5, 0, 59, " x.pmt "));
     List.Add(Record(0, "\"quoted\"", 2, 0, -1, "'q'"));
     List.Add(Record(0, "a=b;c#d[e]", 3, 0, 0, "x"));
-    const std::vector<ProfileEntry> entries = MakeListEntries(List.GetRecords(), List.GetSize());
+    const ProfileEntries entries = MakeListEntries(List.GetRecords(), List.GetSize());
     for (const std::string& content : files) {
         if (content.empty()) {
             std::filesystem::remove(DiskPath(Folder.Path(ListFile)));
@@ -539,10 +539,10 @@ TEST_F(ListFileTest, AFolderInTheListFilesPlaceIsNeitherReadNorWritten) {
     EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
 }
 
-TEST_F(ListFileTest, AFileThatIsHeldForAMomentIsCopiedAndReplacedLater) {
+TEST_F(ListFileTest, AFileThatIsHeldForAMomentIsReadAndReplacedLater) {
     Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}) + "[Beta]\r\nz=3\r\n");
     EXPECT_TRUE(List.LoadList());
-    Fakes.Disk.Plan.FailAt(FileOperation::Copy, 1, FileError::SharingViolation);
+    Fakes.Profiles.Plan.FailAt(ProfileOperation::ReplaceSection, 1, {FileError::SharingViolation});
     Fakes.Disk.Plan.FailAt(FileOperation::Replace, 1, FileError::AccessDenied);
     EXPECT_TRUE(List.WriteListFile());
     EXPECT_EQ(Folder.Read(ListFile), "[Beta]\r\nz=3\r\n" + Section("1", {"0~A~1~0~14~a"}));
@@ -607,7 +607,7 @@ TEST(FailingListFile, EveryFileCallThatFailsOnceLeavesTheOldListOrTheNewOne) {
 TEST(FailingListFile, EveryFileOperationThatFailsForGoodLeavesTheOldListOrTheNewOne) {
     for (const FileOperation operation :
          {FileOperation::Exists, FileOperation::IsFolder, FileOperation::IsReadOnly, FileOperation::Open,
-          FileOperation::Copy, FileOperation::Remove, FileOperation::Flush, FileOperation::Replace,
+          FileOperation::Remove, FileOperation::Flush, FileOperation::Replace,
           FileOperation::CreateTemporary}) {
         for (const FileError error : Errors) {
             SCOPED_TRACE(testing::Message() << "operation " << static_cast<int>(operation) << " with error "
@@ -622,7 +622,7 @@ TEST(FailingListFile, EveryFileOperationThatFailsForGoodLeavesTheOldListOrTheNew
 }
 
 TEST(FailingListFile, WhenAllFileOperationsFailForGoodTheOldListStays) {
-    for (std::size_t call = 1; call <= 5; ++call) {
+    for (std::size_t call = 1; call <= 4; ++call) {
         FailingSave save;
         save.Fakes.Disk.Plan.FailFromAny(save.Before + call, FileError::Other);
         EXPECT_FALSE(save.List.WriteListFile());
@@ -644,11 +644,18 @@ TEST(FailingListFile, AProfileThatCannotBeWrittenAtAllLeavesTheOldList) {
     EXPECT_FALSE(save.Save());
 }
 
+TEST(FailingListFile, AProfileThatIsHeldForGoodIsTriedForHalfAMinuteAndLeavesTheOldList) {
+    FailingSave save;
+    save.Fakes.Profiles.Plan.FailFromAny(1, {FileError::AccessDenied});
+    EXPECT_FALSE(save.Save());
+    EXPECT_EQ(save.Fakes.Profiles.Plan.Calls(ProfileOperation::ReplaceSection), 13U);
+}
+
 /// Profiles that lack memory for writing.
 class PoorWriter : public FakeProfile {
 public:
-    bool ReplaceSection(const std::string& /*path*/, std::string_view /*section*/,
-                        const std::vector<ProfileEntry>& /*entries*/) override {
+    FileError ReplaceSection(const std::string& /*source*/, const std::string& /*target*/,
+                             std::string_view /*section*/, const ProfileEntries& /*entries*/) override {
         throw std::bad_alloc();
     }
 };
