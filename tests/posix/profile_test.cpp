@@ -140,8 +140,9 @@ TEST_F(PosixProfileTest, ManyEntriesOutOfOrderAreWrittenInOnePass) {
     ProfileEntries entries;
     std::string expected = Repeated(100000, "[Other]\r\nk=v\r\n") + "[List]\r\n";
     for (int number = 200000; number > 0; --number) {
-        entries.push_back({"Data" + std::to_string(number), "v"});
-        expected += entries.back().Key + "=v\r\n";
+        const std::string key = "Data" + std::to_string(number);
+        entries.Add(key, "v");
+        expected += key + "=v\r\n";
     }
     Folder.Write(FileName, Repeated(100000, "[Other]\r\nk=v\r\n"));
     EXPECT_TRUE(ReplaceInPlace(File(), "List", entries));
