@@ -5,10 +5,12 @@
 namespace pmx {
 namespace {
 
-using test::EditorTest;
+using test::DialogUser;
+using test::EditorTestOn;
 using test::FakeHost;
 using test::HostCall;
 using test::HostFailure;
+using test::MemoryDesktop;
 using test::MemoryUser;
 using test::SameTable;
 using test::TableOf;
@@ -23,14 +25,20 @@ struct LevelPart {
 
 constexpr LevelPart LevelParts[] = {{1, 0, 0}, {2, 1, 82}, {3, 2, 126}, {4, 3, 150}, {5, 4, 2221}};
 
-class EditorAttributes : public EditorTest {
+template <class AnyDesktop>
+class EditorAttributes : public EditorTestOn<AnyDesktop> {
 protected:
-    void ExpectFailure(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Stop); }
+    void ExpectFailure(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Stop); }
 
-    static void Edit(MemoryUser& user) { user.Press(control::EditorEdit); }
+    static void Edit(DialogUser& user) { user.Press(control::EditorEdit); }
 };
 
-class EditorAttributeLevels : public EditorAttributes, public testing::WithParamInterface<LevelPart> {};
+TYPED_TEST_SUITE(EditorAttributes, test::AllDesktops);
+
+using EditorAttributesInMemory = EditorAttributes<MemoryDesktop>;
+
+class EditorAttributeLevels : public EditorAttributesInMemory,
+                              public testing::WithParamInterface<LevelPart> {};
 
 TEST_P(EditorAttributeLevels, DialogGetsTheKindAndThePartOfTheLevel) {
     const LevelPart part = GetParam();
@@ -57,7 +65,7 @@ TEST_P(EditorAttributeLevels, DialogGetsTheKindAndThePartOfTheLevel) {
 
 INSTANTIATE_TEST_SUITE_P(AllLevels, EditorAttributeLevels, testing::ValuesIn(LevelParts));
 
-TEST_F(EditorAttributes, DialogIsModalToTheEditorAndGetsTheFixedArguments) {
+TEST_F(EditorAttributesInMemory, DialogIsModalToTheEditorAndGetsTheFixedArguments) {
     Given({{.Name = "A"}});
     RunAndCancel([this](MemoryUser& user) {
         Edit(user);
@@ -69,7 +77,7 @@ TEST_F(EditorAttributes, DialogIsModalToTheEditorAndGetsTheFixedArguments) {
     });
 }
 
-TEST_F(EditorAttributes, EventsWhileTheDialogIsOpenAreIgnored) {
+TEST_F(EditorAttributesInMemory, EventsWhileTheDialogIsOpenAreIgnored) {
     Given({{.Name = "A"}, {.Name = "B"}});
     RunAndCancel([this](MemoryUser& user) {
         Attributes.User = [&user](unsigned char*) {
@@ -84,87 +92,88 @@ TEST_F(EditorAttributes, EventsWhileTheDialogIsOpenAreIgnored) {
     });
 }
 
-TEST_F(EditorAttributes, MissingLibraryIsReportedWhenTheDialogIsNeeded) {
-    Given({{.Name = "A"}});
-    Desktop.Libraries.Present.clear();
-    ExpectFailure(text::AttributeDialogMissing);
-    RunAndCancel(Edit);
+TYPED_TEST(EditorAttributes, MissingLibraryIsReportedWhenTheDialogIsNeeded) {
+    this->Given({{.Name = "A"}});
+    this->Desktop.Libraries.Present.clear();
+    this->ExpectFailure(text::AttributeDialogMissing);
+    this->RunAndCancel(TestFixture::Edit);
 }
 
-TEST_F(EditorAttributes, MissingEntryIsReportedWhenTheDialogIsNeeded) {
-    Given({{.Name = "A"}});
-    Desktop.Libraries.Present["PMXPropUI.dll"] = {};
-    ExpectFailure(text::AttributeDialogMissing);
-    RunAndCancel(Edit);
+TYPED_TEST(EditorAttributes, MissingEntryIsReportedWhenTheDialogIsNeeded) {
+    this->Given({{.Name = "A"}});
+    this->Desktop.Libraries.Present["PMXPropUI.dll"] = {};
+    this->ExpectFailure(text::AttributeDialogMissing);
+    this->RunAndCancel(TestFixture::Edit);
 }
 
-TEST_F(EditorAttributes, MissingLibraryKeepsNewFromMakingAnything) {
-    Desktop.Libraries.Present.clear();
-    ExpectFailure(text::AttributeDialogMissing);
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("N");
+TYPED_TEST(EditorAttributes, MissingLibraryKeepsNewFromMakingAnything) {
+    this->Desktop.Libraries.Present.clear();
+    this->ExpectFailure(text::AttributeDialogMissing);
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("N");
         user.Press(control::EditorNew);
         EXPECT_EQ(user.RowCount(List), 0);
     });
-    EXPECT_FALSE(Folder.Exists("N.pmt"));
-    EXPECT_EQ(Host.LiveDocuments, 0U);
+    EXPECT_FALSE(this->Folder.Exists("N.pmt"));
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
-TEST_F(EditorAttributes, MissingLibraryDoesNotKeepCopyFromWorking) {
-    Given({{.Name = "A"}});
-    Desktop.Libraries.Present.clear();
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("N");
+TYPED_TEST(EditorAttributes, MissingLibraryDoesNotKeepCopyFromWorking) {
+    this->Given({{.Name = "A"}});
+    this->Desktop.Libraries.Present.clear();
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("N");
         user.Press(control::EditorCopy);
     });
-    EXPECT_TRUE(Folder.Exists("N.pmt"));
+    EXPECT_TRUE(this->Folder.Exists("N.pmt"));
 }
 
-TEST_F(EditorAttributes, FailingDialogIsReported) {
+TYPED_TEST(EditorAttributes, FailingDialogIsReported) {
     for (const std::int32_t result : {0, -1, 3}) {
-        Given({{.Name = "A"}});
-        Attributes.User = [result](unsigned char* part) {
+        this->Given({{.Name = "A"}});
+        this->Attributes.User = [result](unsigned char* part) {
             part[0] = 0xEE;
             return result;
         };
-        ExpectFailure(text::AttributeDialogFailed);
-        RunAndCancel(Edit);
-        EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F0.pmt").Table, TableOf(SeedOf(0))));
+        this->ExpectFailure(text::AttributeDialogFailed);
+        this->RunAndCancel(TestFixture::Edit);
+        EXPECT_TRUE(
+            SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(TestFixture::SeedOf(0))));
     }
 }
 
-TEST_F(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEditorIsOpenedAnew) {
-    Given({{.Name = "A"}});
-    Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
-    ExpectFailure(text::AttributeDialogMissing);
-    ExpectFailure(text::AttributeDialogMissing);
-    RunAndCancel([this](MemoryUser& user) {
-        Edit(user);
-        Edit(user);
-        EXPECT_EQ(Attributes.Calls.size(), 1U);
+TYPED_TEST(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEditorIsOpenedAnew) {
+    this->Given({{.Name = "A"}});
+    this->Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
+    this->ExpectFailure(text::AttributeDialogMissing);
+    this->ExpectFailure(text::AttributeDialogMissing);
+    this->RunAndCancel([this](DialogUser& user) {
+        TestFixture::Edit(user);
+        TestFixture::Edit(user);
+        EXPECT_EQ(this->Attributes.Calls.size(), 1U);
     });
-    Attributes.User = [](unsigned char*) { return PMX_PROPUI_OK; };
-    RunAndCancel(Edit);
-    EXPECT_EQ(Attributes.Calls.size(), 2U);
+    this->Attributes.User = [](unsigned char*) { return PMX_PROPUI_OK; };
+    this->RunAndCancel(TestFixture::Edit);
+    EXPECT_EQ(this->Attributes.Calls.size(), 2U);
 }
 
-TEST_F(EditorAttributes, TableThatTheDocumentRefusesIsReportedAndTheFileStays) {
+TYPED_TEST(EditorAttributes, TableThatTheDocumentRefusesIsReportedAndTheFileStays) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-        Given({{.Name = "A"}});
-        Host.Plan.Heal();
-        Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
-        ExpectFailure(text::AttributeTableFailed);
-        RunAndCancel(Edit);
+        this->Given({{.Name = "A"}});
+        this->Host.Plan.Heal();
+        this->Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
+        this->ExpectFailure(text::AttributeTableFailed);
+        this->RunAndCancel(TestFixture::Edit);
     }
-    EXPECT_TRUE(Host.SavedPaths.empty());
+    EXPECT_TRUE(this->Host.SavedPaths.empty());
 }
 
-TEST_F(EditorAttributes, TableThatCannotBeReadIsReportedWithoutTheDialog) {
-    Given({{.Name = "A"}});
-    Host.Plan.FailFrom(HostCall::GetTable, 1, HostFailure::Raise);
-    ExpectFailure(text::AttributeTableFailed);
-    RunAndCancel(Edit);
-    EXPECT_TRUE(Attributes.Calls.empty());
+TYPED_TEST(EditorAttributes, TableThatCannotBeReadIsReportedWithoutTheDialog) {
+    this->Given({{.Name = "A"}});
+    this->Host.Plan.FailFrom(HostCall::GetTable, 1, HostFailure::Raise);
+    this->ExpectFailure(text::AttributeTableFailed);
+    this->RunAndCancel(TestFixture::Edit);
+    EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
 } // namespace

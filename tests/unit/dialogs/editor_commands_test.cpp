@@ -3,11 +3,13 @@
 namespace pmx {
 namespace {
 
-using test::EditorTest;
+using test::DialogUser;
+using test::EditorTestOn;
 using test::FakeHost;
 using test::FreshSeed;
 using test::HostCall;
 using test::HostFailure;
+using test::MemoryDesktop;
 using test::MemoryUser;
 using test::SameTable;
 using test::Sjis;
@@ -19,64 +21,78 @@ constexpr ControlId Name = control::EditorName;
 
 using Names = std::vector<std::string>;
 
-class EditorCommands : public EditorTest {
+template <class AnyDesktop>
+class EditorCommands : public EditorTestOn<AnyDesktop> {
 protected:
-    void GivenThree() { Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
+    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
 
-    void ExpectWarning(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
-    void ExpectFailure(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Stop); }
-};
+    void ExpectWarning(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
+    void ExpectFailure(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Stop); }
 
-class EditorNew : public EditorCommands {
-protected:
     /// Presses New, answers the name and gives the user back.
-    void Create(MemoryUser& user, const std::string& name) {
-        AnswerName(name);
+    void Create(DialogUser& user, const std::string& name) {
+        this->AnswerName(name);
         user.Press(control::EditorNew);
     }
 };
 
-using EditorEdit = EditorCommands;
-using EditorCopy = EditorCommands;
-using EditorDelete = EditorCommands;
-using EditorMove = EditorCommands;
-using EditorIcon = EditorCommands;
+template <class AnyDesktop>
+using EditorNew = EditorCommands<AnyDesktop>;
+template <class AnyDesktop>
+using EditorEdit = EditorCommands<AnyDesktop>;
+template <class AnyDesktop>
+using EditorCopy = EditorCommands<AnyDesktop>;
+template <class AnyDesktop>
+using EditorDelete = EditorCommands<AnyDesktop>;
+template <class AnyDesktop>
+using EditorMove = EditorCommands<AnyDesktop>;
+template <class AnyDesktop>
+using EditorIcon = EditorCommands<AnyDesktop>;
+
+TYPED_TEST_SUITE(EditorNew, test::AllDesktops);
+TYPED_TEST_SUITE(EditorEdit, test::AllDesktops);
+TYPED_TEST_SUITE(EditorCopy, test::AllDesktops);
+TYPED_TEST_SUITE(EditorDelete, test::AllDesktops);
+TYPED_TEST_SUITE(EditorMove, test::AllDesktops);
+TYPED_TEST_SUITE(EditorIcon, test::AllDesktops);
+
+using EditorNewInMemory = EditorNew<MemoryDesktop>;
+using EditorMoveInMemory = EditorMove<MemoryDesktop>;
+using EditorIconInMemory = EditorIcon<MemoryDesktop>;
 
 // New
 
-TEST_F(EditorNew, AddsARowAtTheEndAndAFavoriteFile) {
-    GivenThree();
-    RunAndAccept([this](MemoryUser& user) {
-        Create(user, "N");
-        EXPECT_EQ(NamesInRows(user), (Names{"A", "B", "C", "N"}));
+TYPED_TEST(EditorNew, AddsARowAtTheEndAndAFavoriteFile) {
+    this->GivenThree();
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Create(user, "N");
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "B", "C", "N"}));
         EXPECT_EQ(user.Cell(List, 3, 2), Sjis(u8"文書"));
         EXPECT_EQ(user.Cell(List, 3, 3), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.StateImage(List, 3), 1);
-        EXPECT_TRUE(Folder.Exists("N.pmt"));
+        EXPECT_TRUE(this->Folder.Exists("N.pmt"));
     });
-    EXPECT_EQ(ListedValues().back(), "0~N~1~0~14~N.pmt");
-    const test::HostContent content = FakeHost::ReadFavorite(Folder, "N.pmt");
+    EXPECT_EQ(this->ListedValues().back(), "0~N~1~0~14~N.pmt");
+    const test::HostContent content = FakeHost::ReadFavorite(this->Folder, "N.pmt");
     EXPECT_EQ(content.Name, "N");
     EXPECT_EQ(content.Level, 1);
     EXPECT_TRUE(SameTable(content.Table, TableOf(FreshSeed)));
 }
 
-TEST_F(EditorNew, SelectionStaysAndTheListHasTheFocus) {
-    GivenThree();
-    RunAndCancel([this](MemoryUser& user) {
+TYPED_TEST(EditorNew, SelectionStaysAndTheListHasTheFocus) {
+    this->GivenThree();
+    this->RunAndCancel([this](DialogUser& user) {
         user.ClickRow(List, 1);
-        Create(user, "N");
+        this->Create(user, "N");
         EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.List(List).LastMadeVisible, 1);
         EXPECT_EQ(user.Focused(), List);
     });
 }
 
-TEST_F(EditorNew, AsksForNameAndLevelWithEmptyNameAndDocumentLevel) {
-    GivenThree();
-    RunAndCancel([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [&editor](MemoryUser& user) {
-            EXPECT_EQ(user.Parent(), editor.Handle());
+TYPED_TEST(EditorNew, AsksForNameAndLevelWithEmptyNameAndDocumentLevel) {
+    this->GivenThree();
+    this->RunAndCancel([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの作成"));
             EXPECT_EQ(user.Text(control::CreateName), "");
             EXPECT_TRUE(user.IsChecked(control::CreateLevelDocument));
@@ -86,12 +102,27 @@ TEST_F(EditorNew, AsksForNameAndLevelWithEmptyNameAndDocumentLevel) {
         editor.Press(control::EditorNew);
         EXPECT_EQ(editor.RowCount(List), 3);
     });
-    EXPECT_TRUE(Attributes.Calls.empty());
+    EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
-TEST_F(EditorNew, LevelIsTheChosenOneAndOtherLevelsCannotBeOnTheToolbar) {
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
+TEST_F(EditorNewInMemory, DialogIsModalToTheEditorAndTheSelectedRowComesIntoView) {
+    GivenThree();
+    RunAndCancel([this](MemoryUser& editor) {
+        editor.ClickRow(List, 1);
+        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [&editor](MemoryUser& user) {
+            EXPECT_EQ(user.Parent(), editor.Handle());
+            user.Fill(control::CreateName, "N");
+            user.Press(control::Ok);
+        });
+        editor.Press(control::EditorNew);
+        EXPECT_EQ(editor.List(List).LastMadeVisible, 1);
+        EXPECT_EQ(editor.List(List).RowData(3), 3);
+    });
+}
+
+TYPED_TEST(EditorNew, LevelIsTheChosenOneAndOtherLevelsCannotBeOnTheToolbar) {
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             user.Fill(control::CreateName, "N");
             user.Press(control::CreateLevelSheet);
             user.Press(control::Ok);
@@ -100,15 +131,15 @@ TEST_F(EditorNew, LevelIsTheChosenOneAndOtherLevelsCannotBeOnTheToolbar) {
         EXPECT_EQ(editor.StateImage(List, 0), 3);
         EXPECT_EQ(editor.Cell(List, 0, 2), Sjis(u8"用紙"));
     });
-    EXPECT_EQ(ListedValues(), Names{"0~N~3~0~14~N.pmt"});
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "N.pmt").Level, 3);
+    EXPECT_EQ(this->ListedValues(), Names{"0~N~3~0~14~N.pmt"});
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "N.pmt").Level, 3);
 }
 
-TEST_F(EditorNew, NameInUseIsRefusedByTheDialog) {
-    GivenThree();
-    ExpectWarning(text::CreateNameExists);
-    RunAndCancel([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
+TYPED_TEST(EditorNew, NameInUseIsRefusedByTheDialog) {
+    this->GivenThree();
+    this->ExpectWarning(text::CreateNameExists);
+    this->RunAndCancel([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             user.Fill(control::CreateName, "b");
             user.Press(control::Ok);
             user.Escape();
@@ -117,53 +148,53 @@ TEST_F(EditorNew, NameInUseIsRefusedByTheDialog) {
     });
 }
 
-TEST_F(EditorNew, CancellingTheAttributeDialogLeavesNoRecordAndNoFile) {
-    GivenThree();
-    Attributes.User = [](unsigned char*) { return PMX_PROPUI_CANCEL; };
-    RunAndAccept([this](MemoryUser& user) {
-        Create(user, "N");
+TYPED_TEST(EditorNew, CancellingTheAttributeDialogLeavesNoRecordAndNoFile) {
+    this->GivenThree();
+    this->Attributes.User = [](unsigned char*) { return PMX_PROPUI_CANCEL; };
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Create(user, "N");
         EXPECT_EQ(user.RowCount(List), 3);
     });
-    EXPECT_FALSE(Folder.Exists("N.pmt"));
-    EXPECT_EQ(ListedCount(), "3");
-    EXPECT_EQ(Host.LiveDocuments, 0U);
+    EXPECT_FALSE(this->Folder.Exists("N.pmt"));
+    EXPECT_EQ(this->ListedCount(), "3");
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
-TEST_F(EditorNew, TakenFileNameGetsANumber) {
-    Folder.Write("N.pmt", "somebody else's");
-    RunAndAccept([this](MemoryUser& user) { Create(user, "N"); });
-    EXPECT_EQ(ListedValues(), Names{"0~N~1~0~14~N-1.pmt"});
-    EXPECT_EQ(Folder.Read("N.pmt"), "somebody else's");
+TYPED_TEST(EditorNew, TakenFileNameGetsANumber) {
+    this->Folder.Write("N.pmt", "somebody else's");
+    this->RunAndAccept([this](DialogUser& user) { this->Create(user, "N"); });
+    EXPECT_EQ(this->ListedValues(), Names{"0~N~1~0~14~N-1.pmt"});
+    EXPECT_EQ(this->Folder.Read("N.pmt"), "somebody else's");
 }
 
-TEST_F(EditorNew, DocumentThatCannotBeMadeIsReported) {
+TYPED_TEST(EditorNew, DocumentThatCannotBeMadeIsReported) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-        Host.Plan.Heal();
-        Host.Plan.FailFrom(HostCall::Create, 1, failure);
-        ExpectFailure(text::OutOfMemory);
-        RunAndCancel([this](MemoryUser& user) {
-            Create(user, "N");
+        this->Host.Plan.Heal();
+        this->Host.Plan.FailFrom(HostCall::Create, 1, failure);
+        this->ExpectFailure(text::OutOfMemory);
+        this->RunAndCancel([this](DialogUser& user) {
+            this->Create(user, "N");
             EXPECT_EQ(user.RowCount(List), 0);
         });
     }
-    EXPECT_TRUE(Attributes.Calls.empty());
+    EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
-TEST_F(EditorNew, FileThatCannotBeWrittenIsReportedAndNothingIsAdded) {
+TYPED_TEST(EditorNew, FileThatCannotBeWrittenIsReportedAndNothingIsAdded) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-        Host.Plan.Heal();
-        Host.Plan.FailFrom(HostCall::Save, 1, failure);
-        ExpectWarning(text::FileNotCreated);
-        RunAndAccept([this](MemoryUser& user) {
-            Create(user, "N");
+        this->Host.Plan.Heal();
+        this->Host.Plan.FailFrom(HostCall::Save, 1, failure);
+        this->ExpectWarning(text::FileNotCreated);
+        this->RunAndAccept([this](DialogUser& user) {
+            this->Create(user, "N");
             EXPECT_EQ(user.RowCount(List), 0);
         });
-        EXPECT_EQ(ListedCount(), "0");
-        EXPECT_EQ(Host.LiveDocuments, 0U);
+        EXPECT_EQ(this->ListedCount(), "0");
+        EXPECT_EQ(this->Host.LiveDocuments, 0U);
     }
 }
 
-TEST_F(EditorNew, FileNameThatNobodyCanProbeFreelyShowsTheWaitCursorMeanwhile) {
+TEST_F(EditorNewInMemory, FileNameThatNobodyCanProbeFreelyShowsTheWaitCursorMeanwhile) {
     Folder.Write("N.pmt", "");
     Store.Disk.Plan.FailAt(test::FileOperation::Open, 2, FileError::SharingViolation); // 1: the list file
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
@@ -172,9 +203,9 @@ TEST_F(EditorNew, FileNameThatNobodyCanProbeFreelyShowsTheWaitCursorMeanwhile) {
     EXPECT_EQ(Desktop.Dialogs.WaitCursors, 0);
 }
 
-TEST_F(EditorNew, NewFavoriteCanBeSelectedWithTheDownKeyInAListThatWasEmpty) {
-    RunAndAccept([this](MemoryUser& user) {
-        Create(user, "N");
+TYPED_TEST(EditorNew, NewFavoriteCanBeSelectedWithTheDownKeyInAListThatWasEmpty) {
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Create(user, "N");
         EXPECT_EQ(user.SelectedRow(List), -1);
         user.Key(test::key::Down);
         EXPECT_EQ(user.SelectedRow(List), 0);
@@ -188,142 +219,144 @@ TEST_F(EditorNew, NewFavoriteCanBeSelectedWithTheDownKeyInAListThatWasEmpty) {
 
 // Edit
 
-TEST_F(EditorEdit, OverwritesTheFavoriteFileAtOnce) {
-    GivenThree();
-    Attributes.User = [](unsigned char* part) {
+TYPED_TEST(EditorEdit, OverwritesTheFavoriteFileAtOnce) {
+    this->GivenThree();
+    this->Attributes.User = [](unsigned char* part) {
         part[0] = 0xEE;
         return PMX_PROPUI_OK;
     };
-    RunAndCancel([](MemoryUser& user) {
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorEdit);
         EXPECT_EQ(user.Focused(), List);
     });
-    _LM_DOCUMENTLAYOUTTABLE expected = TableOf(SeedOf(1));
+    _LM_DOCUMENTLAYOUTTABLE expected = TableOf(TestFixture::SeedOf(1));
     expected.Bytes[0] = 0xEE;
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F1.pmt").Table, expected));
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Table, expected));
 }
 
-TEST_F(EditorEdit, KeepsNameLevelIconMarkAndPlace) {
-    Given({{.Name = "A"}, {.Name = "B", .OnToolbar = true, .Icon = 33}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorEdit, KeepsNameLevelIconMarkAndPlace) {
+    this->Given({{.Name = "A"}, {.Name = "B", .OnToolbar = true, .Icon = 33}});
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorEdit);
         EXPECT_EQ(user.SelectedRow(List), 1);
     });
-    EXPECT_EQ(ListedValues()[1], "0~B~1~1~33~F1.pmt");
+    EXPECT_EQ(this->ListedValues()[1], "0~B~1~1~33~F1.pmt");
 }
 
-TEST_F(EditorEdit, StampsANameGivenMeanwhileIntoTheFile) {
-    GivenThree();
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorEdit, StampsANameGivenMeanwhileIntoTheFile) {
+    this->GivenThree();
+    this->RunAndCancel([](DialogUser& user) {
         user.Fill(Name, "New");
         user.Press(control::EditorEdit);
     });
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F0.pmt").Name, "New");
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Name, "New");
 }
 
-TEST_F(EditorEdit, CancelledDialogChangesNothing) {
-    GivenThree();
-    Attributes.User = [](unsigned char* part) {
+TYPED_TEST(EditorEdit, CancelledDialogChangesNothing) {
+    this->GivenThree();
+    this->Attributes.User = [](unsigned char* part) {
         part[0] = 0xEE;
         return PMX_PROPUI_CANCEL;
     };
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F0.pmt").Table, TableOf(SeedOf(0))));
-    EXPECT_TRUE(Host.SavedPaths.empty());
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_TRUE(
+        SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(TestFixture::SeedOf(0))));
+    EXPECT_TRUE(this->Host.SavedPaths.empty());
 }
 
-TEST_F(EditorEdit, MissingFileIsReported) {
-    Given({{.Name = "A", .HasFile = false}});
-    ExpectWarning(text::EditorFavoriteUnreadable);
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_TRUE(Attributes.Calls.empty());
+TYPED_TEST(EditorEdit, MissingFileIsReported) {
+    this->Given({{.Name = "A", .HasFile = false}});
+    this->ExpectWarning(text::EditorFavoriteUnreadable);
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
-TEST_F(EditorEdit, MissingFileIsReportedAgainAndReadOnceItIsThere) {
-    Given({{.Name = "A", .HasFile = false}});
-    ExpectWarning(text::EditorFavoriteUnreadable);
-    RunAndCancel([this](MemoryUser& user) {
+TYPED_TEST(EditorEdit, MissingFileIsReportedAgainAndReadOnceItIsThere) {
+    this->Given({{.Name = "A", .HasFile = false}});
+    this->ExpectWarning(text::EditorFavoriteUnreadable);
+    this->RunAndCancel([this](DialogUser& user) {
         user.Press(control::EditorEdit);
-        FakeHost::WriteFavorite(Folder, "F0.pmt", {.Table = TableOf(9), .Level = 1, .Name = "A"});
+        FakeHost::WriteFavorite(this->Folder, "F0.pmt", {.Table = TableOf(9), .Level = 1, .Name = "A"});
         user.Press(control::EditorEdit);
     });
-    EXPECT_EQ(Attributes.Calls.size(), 1U);
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F0.pmt").Table, TableOf(9)));
+    EXPECT_EQ(this->Attributes.Calls.size(), 1U);
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(9)));
 }
 
-TEST_F(EditorEdit, FileThatCannotBeWrittenIsReported) {
-    GivenThree();
-    Host.Plan.FailFrom(HostCall::Save, 1, HostFailure::Refuse);
-    ExpectWarning(text::FileNotCreated);
-    RunAndAccept([](MemoryUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_EQ(ListedNames(), (Names{"A", "B", "C"}));
+TYPED_TEST(EditorEdit, FileThatCannotBeWrittenIsReported) {
+    this->GivenThree();
+    this->Host.Plan.FailFrom(HostCall::Save, 1, HostFailure::Refuse);
+    this->ExpectWarning(text::FileNotCreated);
+    this->RunAndAccept([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
 }
 
-TEST_F(EditorEdit, LevelsOfStandardFavoritesEndSilently) {
+TYPED_TEST(EditorEdit, LevelsOfStandardFavoritesEndSilently) {
     for (const std::int32_t level : {101, 103, 105}) {
-        Given({{.Name = "A", .Level = level, .File = "1"}});
-        RunAndCancel([](MemoryUser& user) { user.Press(control::EditorEdit); });
+        this->Given({{.Name = "A", .Level = level, .File = "1"}});
+        this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorEdit); });
     }
-    EXPECT_TRUE(Attributes.Calls.empty());
-    EXPECT_TRUE(Host.SavedPaths.empty());
+    EXPECT_TRUE(this->Attributes.Calls.empty());
+    EXPECT_TRUE(this->Host.SavedPaths.empty());
 }
 
-TEST_F(EditorEdit, HostThatCannotCopyTheDocumentIsReported) {
-    GivenThree();
-    Host.Plan.FailAt(HostCall::Assign, 1, HostFailure::Raise);
-    ExpectFailure(text::FavoriteInfoFailed);
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_TRUE(Attributes.Calls.empty());
-    EXPECT_EQ(Host.LiveDocuments, 0U);
+TYPED_TEST(EditorEdit, HostThatCannotCopyTheDocumentIsReported) {
+    this->GivenThree();
+    this->Host.Plan.FailAt(HostCall::Assign, 1, HostFailure::Raise);
+    this->ExpectFailure(text::FavoriteInfoFailed);
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_TRUE(this->Attributes.Calls.empty());
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
-TEST_F(EditorEdit, HostThatCannotTakeTheEditedDocumentOverIsReportedAndTheFileStays) {
-    GivenThree();
-    Host.Plan.FailAt(HostCall::Assign, 2, HostFailure::Raise);
-    Attributes.User = [](unsigned char* part) {
+TYPED_TEST(EditorEdit, HostThatCannotTakeTheEditedDocumentOverIsReportedAndTheFileStays) {
+    this->GivenThree();
+    this->Host.Plan.FailAt(HostCall::Assign, 2, HostFailure::Raise);
+    this->Attributes.User = [](unsigned char* part) {
         part[0] = 0xEE;
         return PMX_PROPUI_OK;
     };
-    ExpectWarning(text::FileNotCreated);
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F0.pmt").Table, TableOf(SeedOf(0))));
+    this->ExpectWarning(text::FileNotCreated);
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_TRUE(
+        SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(TestFixture::SeedOf(0))));
 }
 
 // Copy
 
-TEST_F(EditorCopy, MakesAFavoriteWithTheSameTableUnderANewName) {
-    GivenThree();
-    RunAndAccept([this](MemoryUser& user) {
+TYPED_TEST(EditorCopy, MakesAFavoriteWithTheSameTableUnderANewName) {
+    this->GivenThree();
+    this->RunAndAccept([this](DialogUser& user) {
         user.ClickRow(List, 1);
-        AnswerName("N");
+        this->AnswerName("N");
         user.Press(control::EditorCopy);
-        EXPECT_EQ(NamesInRows(user), (Names{"A", "B", "C", "N"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "B", "C", "N"}));
         EXPECT_EQ(user.SelectedRow(List), 1);
         EXPECT_EQ(user.Focused(), List);
     });
-    const test::HostContent content = FakeHost::ReadFavorite(Folder, "N.pmt");
+    const test::HostContent content = FakeHost::ReadFavorite(this->Folder, "N.pmt");
     EXPECT_EQ(content.Name, "N");
-    EXPECT_TRUE(SameTable(content.Table, TableOf(SeedOf(1))));
-    EXPECT_TRUE(Attributes.Calls.empty()) << "a copy is not edited";
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "B");
+    EXPECT_TRUE(SameTable(content.Table, TableOf(TestFixture::SeedOf(1))));
+    EXPECT_TRUE(this->Attributes.Calls.empty()) << "a copy is not edited";
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Name, "B");
 }
 
-TEST_F(EditorCopy, HasIcon14AndIsNotOnTheToolbar) {
-    Given({{.Name = "A", .OnToolbar = true, .Icon = 40}});
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("N");
+TYPED_TEST(EditorCopy, HasIcon14AndIsNotOnTheToolbar) {
+    this->Given({{.Name = "A", .OnToolbar = true, .Icon = 40}});
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("N");
         user.Press(control::EditorCopy);
         EXPECT_EQ(user.StateImage(List, 1), 1);
     });
-    EXPECT_EQ(ListedValues(), (Names{"0~A~1~1~40~F0.pmt", "0~N~1~0~14~N.pmt"}));
+    EXPECT_EQ(this->ListedValues(), (Names{"0~A~1~1~40~F0.pmt", "0~N~1~0~14~N.pmt"}));
 }
 
-TEST_F(EditorCopy, DialogProposesNoNameAndKeepsTheLevel) {
-    Given({{.Name = "A", .Level = 4}});
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
+TYPED_TEST(EditorCopy, DialogProposesNoNameAndKeepsTheLevel) {
+    this->Given({{.Name = "A", .Level = 4}});
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             EXPECT_EQ(user.Text(control::CreateName), "");
             EXPECT_TRUE(user.IsChecked(control::CreateLevelFace));
             EXPECT_FALSE(user.IsEnabled(control::CreateLevelFace));
@@ -332,37 +365,37 @@ TEST_F(EditorCopy, DialogProposesNoNameAndKeepsTheLevel) {
         });
         editor.Press(control::EditorCopy);
     });
-    EXPECT_EQ(ListedValues()[1], "0~N~4~0~14~N.pmt");
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "N.pmt").Level, 4);
+    EXPECT_EQ(this->ListedValues()[1], "0~N~4~0~14~N.pmt");
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "N.pmt").Level, 4);
 }
 
-TEST_F(EditorCopy, CancelledDialogAddsNothing) {
-    GivenThree();
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) { user.Escape(); });
+TYPED_TEST(EditorCopy, CancelledDialogAddsNothing) {
+    this->GivenThree();
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) { user.Escape(); });
         editor.Press(control::EditorCopy);
     });
-    EXPECT_EQ(ListedCount(), "3");
+    EXPECT_EQ(this->ListedCount(), "3");
 }
 
-TEST_F(EditorCopy, MissingFileIsReportedBeforeTheNameIsAsked) {
-    Given({{.Name = "A", .HasFile = false}});
-    ExpectWarning(text::EditorFavoriteUnreadable);
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorCopy); });
+TYPED_TEST(EditorCopy, MissingFileIsReportedBeforeTheNameIsAsked) {
+    this->Given({{.Name = "A", .HasFile = false}});
+    this->ExpectWarning(text::EditorFavoriteUnreadable);
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorCopy); });
 }
 
-TEST_F(EditorCopy, TableThatIsNotTakenIsReportedAndNothingIsAdded) {
+TYPED_TEST(EditorCopy, TableThatIsNotTakenIsReportedAndNothingIsAdded) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-        GivenThree();
-        Host.Plan.Heal();
-        Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
-        ExpectFailure(text::AttributeTableFailed);
-        RunAndAccept([this](MemoryUser& user) {
-            AnswerName("N");
+        this->GivenThree();
+        this->Host.Plan.Heal();
+        this->Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
+        this->ExpectFailure(text::AttributeTableFailed);
+        this->RunAndAccept([this](DialogUser& user) {
+            this->AnswerName("N");
             user.Press(control::EditorCopy);
         });
-        EXPECT_EQ(ListedCount(), "3");
-        EXPECT_FALSE(Folder.Exists("N.pmt"));
+        EXPECT_EQ(this->ListedCount(), "3");
+        EXPECT_FALSE(this->Folder.Exists("N.pmt"));
     }
 }
 
@@ -374,7 +407,8 @@ struct HostProblem {
     bool NameIsAsked = true;
 };
 
-class EditorCopyProblems : public EditorCommands, public testing::WithParamInterface<HostProblem> {};
+class EditorCopyProblems : public EditorCommands<MemoryDesktop>,
+                           public testing::WithParamInterface<HostProblem> {};
 
 TEST_P(EditorCopyProblems, ShowTheirMessageAndLeaveTheListAsItWas) {
     GivenThree();
@@ -408,41 +442,40 @@ constexpr HostProblem CopyProblems[] = {
 
 INSTANTIATE_TEST_SUITE_P(AllCalls, EditorCopyProblems, testing::ValuesIn(CopyProblems));
 
-TEST_F(EditorCopy, DocumentThatCannotBeTakenOverAfterTheFileIsWrittenIsReadAgainWhenNeeded) {
-    GivenThree();
-    Host.Plan.FailAt(HostCall::Assign, 3, HostFailure::Raise);
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("N");
+TYPED_TEST(EditorCopy, DocumentThatCannotBeTakenOverAfterTheFileIsWrittenIsReadAgainWhenNeeded) {
+    this->GivenThree();
+    this->Host.Plan.FailAt(HostCall::Assign, 3, HostFailure::Raise);
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("N");
         user.Press(control::EditorCopy);
         user.ClickRow(List, 3);
         user.Press(control::EditorEdit);
     });
-    EXPECT_EQ(ListedNames(), (Names{"A", "B", "C", "N"}));
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "N.pmt").Table, TableOf(SeedOf(0))));
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C", "N"}));
+    EXPECT_TRUE(
+        SameTable(FakeHost::ReadFavorite(this->Folder, "N.pmt").Table, TableOf(TestFixture::SeedOf(0))));
 }
 
 // Delete
 
-TEST_F(EditorDelete, TakesTheRowAwayAndSelectsTheOneBefore) {
-    GivenThree();
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorDelete, TakesTheRowAwayAndSelectsTheOneBefore) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::EditorDelete);
-        EXPECT_EQ(NamesInRows(user), (Names{"A", "B"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "B"}));
         EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.List(List).SelectionMark(), 1);
-        EXPECT_EQ(user.List(List).LastMadeVisible, 1);
         EXPECT_EQ(user.Text(Name), "B");
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
         EXPECT_EQ(user.Focused(), List);
     });
-    EXPECT_EQ(ListedNames(), (Names{"A", "B"}));
-    EXPECT_EQ(ListedCount(), "2");
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B"}));
+    EXPECT_EQ(this->ListedCount(), "2");
 }
 
-TEST_F(EditorDelete, FirstRowSelectsTheNewFirstRow) {
-    GivenThree();
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorDelete, FirstRowSelectsTheNewFirstRow) {
+    this->GivenThree();
+    this->RunAndCancel([](DialogUser& user) {
         user.Press(control::EditorDelete);
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Text(Name), "B");
@@ -450,9 +483,9 @@ TEST_F(EditorDelete, FirstRowSelectsTheNewFirstRow) {
     });
 }
 
-TEST_F(EditorDelete, OnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
-    Given({{.Name = "A"}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorDelete, OnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
+    this->Given({{.Name = "A"}});
+    this->RunAndAccept([](DialogUser& user) {
         user.Press(control::EditorDelete);
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_EQ(user.Text(Name), "");
@@ -462,30 +495,30 @@ TEST_F(EditorDelete, OnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
         }
         EXPECT_EQ(user.Focused(), control::EditorNew);
     });
-    EXPECT_EQ(ListedCount(), "0");
+    EXPECT_EQ(this->ListedCount(), "0");
 }
 
-TEST_F(EditorDelete, FileStaysUntilTheEditorIsAccepted) {
-    GivenThree();
-    RunAndAccept([this](MemoryUser& user) {
+TYPED_TEST(EditorDelete, FileStaysUntilTheEditorIsAccepted) {
+    this->GivenThree();
+    this->RunAndAccept([this](DialogUser& user) {
         user.Press(control::EditorDelete);
-        EXPECT_TRUE(Folder.Exists("F0.pmt"));
+        EXPECT_TRUE(this->Folder.Exists("F0.pmt"));
     });
-    EXPECT_FALSE(Folder.Exists("F0.pmt"));
+    EXPECT_FALSE(this->Folder.Exists("F0.pmt"));
 }
 
-TEST_F(EditorDelete, StandardFavoriteStays) {
-    Given({Standard("S")});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorDelete, StandardFavoriteStays) {
+    this->Given({Standard("S")});
+    this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Delete);
         EXPECT_EQ(user.RowCount(List), 1);
     });
 }
 
-TEST_F(EditorDelete, RowAfterAStandardFavoriteLeavesTheFocusInTheList) {
-    Given({Standard("S"), {.Name = "A"}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorDelete, RowAfterAStandardFavoriteLeavesTheFocusInTheList) {
+    this->Given({Standard("S"), {.Name = "A"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
         EXPECT_FALSE(user.IsEnabled(control::EditorDelete));
@@ -495,121 +528,142 @@ TEST_F(EditorDelete, RowAfterAStandardFavoriteLeavesTheFocusInTheList) {
 
 // Up and down
 
-TEST_F(EditorMove, UpOnTheSecondRowMovesItToTheTopAndDisablesUp) {
-    GivenThree();
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMove, UpOnTheSecondRowMovesItToTheTopAndDisablesUp) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorUp);
-        EXPECT_EQ(NamesInRows(user), (Names{"B", "A", "C"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"B", "A", "C"}));
         EXPECT_EQ(user.SelectedRow(List), 0);
-        EXPECT_EQ(user.List(List).SelectionMark(), 0);
-        EXPECT_EQ(user.List(List).LastMadeVisible, 0);
         EXPECT_FALSE(user.IsEnabled(control::EditorUp));
         EXPECT_TRUE(user.IsEnabled(control::EditorDown));
         EXPECT_EQ(user.Text(Name), "B");
     });
-    EXPECT_EQ(ListedNames(), (Names{"B", "A", "C"}));
+    EXPECT_EQ(this->ListedNames(), (Names{"B", "A", "C"}));
 }
 
-TEST_F(EditorMove, DownOnTheRowBeforeTheLastMovesItToTheEndAndDisablesDown) {
-    GivenThree();
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMove, DownOnTheRowBeforeTheLastMovesItToTheEndAndDisablesDown) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDown);
-        EXPECT_EQ(NamesInRows(user), (Names{"A", "C", "B"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "C", "B"}));
         EXPECT_EQ(user.SelectedRow(List), 2);
-        EXPECT_EQ(user.List(List).SelectionMark(), 2);
-        EXPECT_EQ(user.List(List).LastMadeVisible, 2);
         EXPECT_TRUE(user.IsEnabled(control::EditorUp));
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
     });
-    EXPECT_EQ(ListedNames(), (Names{"A", "C", "B"}));
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "C", "B"}));
 }
 
-TEST_F(EditorMove, ButtonKeepsTheFocusWhileItCanBePressedAgainAndThenTheListHasIt) {
-    GivenThree();
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorMove, ButtonKeepsTheFocusWhileItCanBePressedAgainAndThenTheListHasIt) {
+    this->GivenThree();
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::EditorUp);
         EXPECT_EQ(user.Focused(), control::EditorUp);
         user.Key(test::key::Space);
-        EXPECT_EQ(NamesInRows(user), (Names{"C", "A", "B"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"C", "A", "B"}));
         EXPECT_EQ(user.Focused(), List);
     });
-    EXPECT_TRUE(Host.LoadedPaths.empty()) << "the focus never passed through the name box";
+    EXPECT_TRUE(this->Host.LoadedPaths.empty()) << "the focus never passed through the name box";
 }
 
-TEST_F(EditorMove, MovedRowKeepsEverythingThatItShowed) {
-    Given({{.Name = "A", .OnToolbar = true}, Standard("S", 104), {.Name = "C", .Level = 2}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMove, MovedRowKeepsEverythingThatItShowed) {
+    this->Given({{.Name = "A", .OnToolbar = true}, Standard("S", 104), {.Name = "C", .Level = 2}});
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::EditorUp);
         user.Press(control::EditorUp);
-        EXPECT_EQ(NamesInRows(user), (Names{"C", "A", "S"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"C", "A", "S"}));
         EXPECT_EQ(user.StateImage(List, 0), 3);
         EXPECT_EQ(user.StateImage(List, 1), 2);
         EXPECT_EQ(user.StateImage(List, 2), 3);
         EXPECT_EQ(user.Cell(List, 2, 2), Sjis(u8"面"));
         EXPECT_EQ(user.Cell(List, 2, 3), Sjis(u8"標準"));
-        EXPECT_EQ(user.List(List).RowData(0), 2);
     });
-    EXPECT_EQ(ListedValues(), (Names{"0~C~2~0~14~F2.pmt", "0~A~1~1~14~F0.pmt", "1~S~104~0~14~3"}));
+    EXPECT_EQ(this->ListedValues(), (Names{"0~C~2~0~14~F2.pmt", "0~A~1~1~14~F0.pmt", "1~S~104~0~14~3"}));
 }
 
-TEST_F(EditorMove, MovingDrawsTheListOnce) {
+TEST_F(EditorMoveInMemory, MovingDrawsTheListOnceAndKeepsTheRowMarkedAndInView) {
     GivenThree();
     RunAndCancel([](MemoryUser& user) {
         const int before = user.List(List).RedrawPauses;
         user.Press(control::EditorDown);
         EXPECT_EQ(user.List(List).RedrawPauses, before + 1);
         EXPECT_TRUE(user.List(List).Redraw);
+        EXPECT_EQ(user.List(List).SelectionMark(), 1);
+        EXPECT_EQ(user.List(List).LastMadeVisible, 1);
+        EXPECT_EQ(user.List(List).RowData(0), 1);
+        user.Press(control::EditorUp);
+        EXPECT_EQ(user.List(List).SelectionMark(), 0);
+        EXPECT_EQ(user.List(List).LastMadeVisible, 0);
     });
 }
 
-TEST_F(EditorMove, RenamingAfterAMoveReachesTheMovedFavorite) {
+TEST_F(EditorMoveInMemory, RowSelectedAfterADeletionIsMarkedAndInView) {
     GivenThree();
-    RunAndAccept([](MemoryUser& user) {
+    RunAndCancel([](MemoryUser& user) {
+        user.ClickRow(List, 2);
+        user.Press(control::EditorDelete);
+        EXPECT_EQ(user.List(List).SelectionMark(), 1);
+        EXPECT_EQ(user.List(List).LastMadeVisible, 1);
+    });
+}
+
+TYPED_TEST(EditorMove, RenamingAfterAMoveReachesTheMovedFavorite) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::EditorUp);
         user.Fill(Name, "New");
         user.TabTo(List);
     });
-    EXPECT_EQ(ListedValues(), (Names{"0~A~1~0~14~F0.pmt", "0~New~1~0~14~F2.pmt", "0~B~1~0~14~F1.pmt"}));
+    EXPECT_EQ(this->ListedValues(), (Names{"0~A~1~0~14~F0.pmt", "0~New~1~0~14~F2.pmt", "0~B~1~0~14~F1.pmt"}));
 }
 
 // Icons
 
-TEST_F(EditorIcon, ChosenIconIsShownAndWritten) {
-    Given({{.Name = Sjis(u8"表"), .OnToolbar = true, .Icon = 20}});
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::IconPicker, [&editor](MemoryUser& user) {
+TYPED_TEST(EditorIcon, ChosenIconIsWritten) {
+    this->Given({{.Name = Sjis(u8"表"), .OnToolbar = true, .Icon = 20}});
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
             EXPECT_EQ(user.Title(), Sjis(u8"\"表\"のアイコンの変更"));
-            EXPECT_EQ(user.Parent(), editor.Handle());
             EXPECT_EQ(user.SelectedRow(control::PickerIcons), 6);
             user.ClickRow(control::PickerIcons, 10);
             user.Press(control::Ok);
         });
         editor.Press(control::ChangeIcon);
-        EXPECT_EQ(editor.IconIn(control::EditorIcon)->Index, 24);
         EXPECT_EQ(editor.Focused(), List);
     });
-    EXPECT_EQ(ListedValues(), Names{Sjis(u8"0~表~1~1~24~F0.pmt")});
+    EXPECT_EQ(this->ListedValues(), Names{Sjis(u8"0~表~1~1~24~F0.pmt")});
 }
 
-TEST_F(EditorIcon, CancelledPickerChangesNothing) {
+TEST_F(EditorIconInMemory, PickerIsModalToTheEditorAndTheChosenIconIsShown) {
     Given({{.Name = "A", .Icon = 20}});
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+    RunAndCancel([this](MemoryUser& editor) {
+        Desktop.Dialogs.OnOpened(dialog::IconPicker, [&editor](MemoryUser& user) {
+            EXPECT_EQ(user.Parent(), editor.Handle());
+            user.ClickRow(control::PickerIcons, 10);
+            user.Press(control::Ok);
+        });
+        editor.Press(control::ChangeIcon);
+        EXPECT_EQ(editor.IconIn(control::EditorIcon)->Index, 24);
+    });
+}
+
+TYPED_TEST(EditorIcon, CancelledPickerChangesNothing) {
+    this->Given({{.Name = "A", .Icon = 20}});
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
             user.ClickRow(control::PickerIcons, 10);
             user.Escape();
         });
         editor.Press(control::ChangeIcon);
-        EXPECT_EQ(editor.IconIn(control::EditorIcon)->Index, 20);
     });
-    EXPECT_EQ(ListedValues(), Names{"0~A~1~0~20~F0.pmt"});
+    EXPECT_EQ(this->ListedValues(), Names{"0~A~1~0~20~F0.pmt"});
 }
 
-TEST_F(EditorIcon, PickerThatCannotBeShownChangesNothing) {
+TEST_F(EditorIconInMemory, PickerThatCannotBeShownChangesNothing) {
     Given({{.Name = "A", .Icon = 20}});
     RunAndAccept([this](MemoryUser& editor) {
         Desktop.Dialogs.OnOpenedFail(dialog::IconPicker);
@@ -618,16 +672,16 @@ TEST_F(EditorIcon, PickerThatCannotBeShownChangesNothing) {
     EXPECT_EQ(ListedValues(), Names{"0~A~1~0~20~F0.pmt"});
 }
 
-TEST_F(EditorIcon, StandardFavoriteMayHaveAnotherIcon) {
-    Given({Standard("S")});
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+TYPED_TEST(EditorIcon, StandardFavoriteMayHaveAnotherIcon) {
+    this->Given({Standard("S")});
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
             user.ClickRow(control::PickerIcons, 45);
             user.Press(control::Ok);
         });
         editor.Press(control::ChangeIcon);
     });
-    EXPECT_EQ(ListedValues(), Names{"1~S~101~0~59~3"});
+    EXPECT_EQ(this->ListedValues(), Names{"1~S~101~0~59~3"});
 }
 
 } // namespace

@@ -3,11 +3,13 @@
 namespace pmx {
 namespace {
 
-using test::EditorTest;
+using test::DialogUser;
+using test::EditorTestOn;
 using test::FakeHost;
 using test::FileOperation;
 using test::HostCall;
 using test::HostFailure;
+using test::MemoryDesktop;
 using test::MemoryUser;
 using test::SameTable;
 using test::Sjis;
@@ -20,39 +22,47 @@ constexpr ControlId Name = control::EditorName;
 
 using Names = std::vector<std::string>;
 
-class EditorImport : public EditorTest {
+template <class AnyDesktop>
+class EditorImport : public EditorTestOn<AnyDesktop> {
 protected:
     /// A favorite file outside the favorites folder.
     void GivenFile(const std::string& fileName, const std::string& name, std::int32_t level = 1) {
         FakeHost::WriteFavorite(Outside, fileName, {.Table = TableOf(77), .Level = level, .Name = name});
     }
 
-    void Import(MemoryUser& user, const std::string& fileName) {
-        Desktop.FileChoice.OpenAnswers.emplace_back(Outside.Path(fileName));
+    void Import(DialogUser& user, const std::string& fileName) {
+        this->Desktop.FileChoice.OpenAnswers.emplace_back(Outside.Path(fileName));
         user.Press(control::EditorImport);
     }
 
     /// A failure leaves the list, its rows and the folder as they were.
     void ExpectNothingImported() {
-        EXPECT_EQ(ListedNames(), Names{"A"});
-        EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", test::ListFile}));
-        EXPECT_EQ(Host.LiveDocuments, 0U);
+        EXPECT_EQ(this->ListedNames(), Names{"A"});
+        EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", test::ListFile}));
+        EXPECT_EQ(this->Host.LiveDocuments, 0U);
     }
 
     TempFolder Outside{"outside"};
 };
 
-class EditorExport : public EditorTest {
+template <class AnyDesktop>
+class EditorExport : public EditorTestOn<AnyDesktop> {
 protected:
-    void ExportTo(MemoryUser& user, const std::string& path) {
-        Desktop.FileChoice.SaveAnswers.emplace_back(path);
+    void ExportTo(DialogUser& user, const std::string& path) {
+        this->Desktop.FileChoice.SaveAnswers.emplace_back(path);
         user.Press(control::EditorExport);
     }
 
     TempFolder Outside{"outside"};
 };
 
-TEST_F(EditorImport, DialogAsksForAnExistingFavoriteFile) {
+TYPED_TEST_SUITE(EditorImport, test::AllDesktops);
+TYPED_TEST_SUITE(EditorExport, test::AllDesktops);
+
+using EditorImportInMemory = EditorImport<MemoryDesktop>;
+using EditorExportInMemory = EditorExport<MemoryDesktop>;
+
+TEST_F(EditorImportInMemory, DialogAsksForAnExistingFavoriteFile) {
     Desktop.FileChoice.OpenAnswers.emplace_back(std::nullopt);
     RunAndCancel([this](MemoryUser& user) {
         user.Press(control::EditorImport);
@@ -73,172 +83,170 @@ TEST_F(EditorImport, DialogAsksForAnExistingFavoriteFile) {
     EXPECT_TRUE(Folder.Names().empty());
 }
 
-TEST_F(EditorImport, NameThatIsNotInUseAddsAFavoriteWithAnEmptyName) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "Inside", 2);
-    RunAndCancel([this](MemoryUser& user) {
-        Import(user, "X.pmt");
+TYPED_TEST(EditorImport, NameThatIsNotInUseAddsAFavoriteWithAnEmptyName) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "Inside", 2);
+    this->RunAndCancel([this](DialogUser& user) {
+        this->Import(user, "X.pmt");
         ASSERT_EQ(user.RowCount(List), 2);
         EXPECT_EQ(user.Cell(List, 1, 1), "");
         EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"セクション"));
         EXPECT_EQ(user.Cell(List, 1, 3), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.StateImage(List, 1), 3);
-        EXPECT_EQ(user.List(List).RowData(1), 1);
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Focused(), List);
-        EXPECT_TRUE(Folder.Exists("X.pmt"));
+        EXPECT_TRUE(this->Folder.Exists("X.pmt"));
     });
 }
 
-TEST_F(EditorImport, EmptyNameCanBeFilledIn) {
-    GivenFile("X.pmt", "Inside");
-    RunAndAccept([this](MemoryUser& user) {
-        Import(user, "X.pmt");
+TYPED_TEST(EditorImport, EmptyNameCanBeFilledIn) {
+    this->GivenFile("X.pmt", "Inside");
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Import(user, "X.pmt");
         user.ClickRow(List, 0);
         user.Fill(Name, "Given");
         user.TabTo(List);
     });
-    EXPECT_EQ(ListedValues(), Names{"0~Given~1~0~0~X.pmt"});
+    EXPECT_EQ(this->ListedValues(), Names{"0~Given~1~0~0~X.pmt"});
 }
 
-TEST_F(EditorImport, NameInUseAsksForAnotherAndProposesIt) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "a", 3);
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [&editor](MemoryUser& user) {
-            EXPECT_EQ(user.Parent(), editor.Handle());
+TYPED_TEST(EditorImport, NameInUseAsksForAnotherAndProposesIt) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "a", 3);
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             EXPECT_EQ(user.Text(control::CreateName), "a");
             EXPECT_TRUE(user.IsChecked(control::CreateLevelSheet));
             EXPECT_FALSE(user.IsEnabled(control::CreateLevelSheet));
             user.Fill(control::CreateName, "Other");
             user.Press(control::Ok);
         });
-        Import(editor, "X.pmt");
+        this->Import(editor, "X.pmt");
         EXPECT_EQ(editor.Cell(List, 1, 1), "Other");
     });
-    EXPECT_EQ(ListedValues()[1], "0~Other~3~0~0~X.pmt");
+    EXPECT_EQ(this->ListedValues()[1], "0~Other~3~0~0~X.pmt");
 }
 
-TEST_F(EditorImport, NameOfAStandardFavoriteIsInUseToo) {
-    Given({Standard("S")});
-    GivenFile("X.pmt", "S");
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("T");
-        Import(user, "X.pmt");
+TYPED_TEST(EditorImport, NameOfAStandardFavoriteIsInUseToo) {
+    this->Given({Standard("S")});
+    this->GivenFile("X.pmt", "S");
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("T");
+        this->Import(user, "X.pmt");
     });
-    EXPECT_EQ(ListedNames(), (Names{"S", "T"}));
+    EXPECT_EQ(this->ListedNames(), (Names{"S", "T"}));
 }
 
-TEST_F(EditorImport, CancelledNameLeavesNothingBehind) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "A");
-    RunAndAccept([this](MemoryUser& editor) {
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [this](MemoryUser& user) {
-            EXPECT_TRUE(Folder.Exists("X.pmt"));
+TYPED_TEST(EditorImport, CancelledNameLeavesNothingBehind) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "A");
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [this](DialogUser& user) {
+            EXPECT_TRUE(this->Folder.Exists("X.pmt"));
             user.Escape();
         });
-        Import(editor, "X.pmt");
+        this->Import(editor, "X.pmt");
         EXPECT_EQ(editor.RowCount(List), 1);
-        EXPECT_FALSE(Folder.Exists("X.pmt"));
+        EXPECT_FALSE(this->Folder.Exists("X.pmt"));
     });
-    ExpectNothingImported();
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, NameIsAskedOnceForEveryFavoriteThatHasTheNameOfTheFile) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "B");
-    RunAndAccept([this](MemoryUser& user) {
-        AnswerName("B");
+TYPED_TEST(EditorImport, NameIsAskedOnceForEveryFavoriteThatHasTheNameOfTheFile) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "B");
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("B");
         user.Press(control::EditorNew);
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete); // still in the list, so its name still counts
-        AnswerName("B");
+        this->AnswerName("B");
         user.Press(control::EditorNew);
-        AnswerName("C");
-        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& dialog) {
+        this->AnswerName("C");
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& dialog) {
             EXPECT_EQ(dialog.Text(control::CreateName), "B");
             dialog.Fill(control::CreateName, "D");
             dialog.Press(control::Ok);
         });
-        Import(user, "X.pmt");
+        this->Import(user, "X.pmt");
     });
-    EXPECT_EQ(ListedNames(), (Names{"A", "B", "D"}));
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "D"}));
 }
 
-TEST_F(EditorImport, SameFileTwiceGivesTwoFiles) {
-    GivenFile("Name.pmt", "N");
-    RunAndCancel([this](MemoryUser& user) {
-        Import(user, "Name.pmt");
-        Import(user, "Name.pmt");
+TYPED_TEST(EditorImport, SameFileTwiceGivesTwoFiles) {
+    this->GivenFile("Name.pmt", "N");
+    this->RunAndCancel([this](DialogUser& user) {
+        this->Import(user, "Name.pmt");
+        this->Import(user, "Name.pmt");
         EXPECT_EQ(user.RowCount(List), 2);
-        EXPECT_EQ(Folder.Names(), (Names{"Name-1.pmt", "Name.pmt"}));
+        EXPECT_EQ(this->Folder.Names(), (Names{"Name-1.pmt", "Name.pmt"}));
     });
-    EXPECT_TRUE(Folder.Names().empty()) << "cancelling takes them away";
+    EXPECT_TRUE(this->Folder.Names().empty()) << "cancelling takes them away";
 }
 
-TEST_F(EditorImport, SourceStaysAsItIs) {
-    GivenFile("X.pmt", "N");
-    const std::string before = Outside.Read("X.pmt");
-    RunAndCancel([this](MemoryUser& user) { Import(user, "X.pmt"); });
-    EXPECT_EQ(Outside.Read("X.pmt"), before);
-    EXPECT_EQ(Outside.Names(), Names{"X.pmt"});
+TYPED_TEST(EditorImport, SourceStaysAsItIs) {
+    this->GivenFile("X.pmt", "N");
+    const std::string before = this->Outside.Read("X.pmt");
+    this->RunAndCancel([this](DialogUser& user) { this->Import(user, "X.pmt"); });
+    EXPECT_EQ(this->Outside.Read("X.pmt"), before);
+    EXPECT_EQ(this->Outside.Names(), Names{"X.pmt"});
 }
 
-TEST_F(EditorImport, ImportedFavoriteDeletedAgainLeavesNothing) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "N");
-    RunAndAccept([this](MemoryUser& user) {
-        Import(user, "X.pmt");
+TYPED_TEST(EditorImport, ImportedFavoriteDeletedAgainLeavesNothing) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "N");
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Import(user, "X.pmt");
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
     });
-    ExpectNothingImported();
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, FileThatIsNoFavoriteIsRefusedAndLeavesNothingBehind) {
-    Given({{.Name = "A"}});
-    Outside.Write("X.pmt", "something else");
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
-    RunAndAccept([this](MemoryUser& user) { Import(user, "X.pmt"); });
-    ExpectNothingImported();
+TYPED_TEST(EditorImport, FileThatIsNoFavoriteIsRefusedAndLeavesNothingBehind) {
+    this->Given({{.Name = "A"}});
+    this->Outside.Write("X.pmt", "something else");
+    this->Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "X.pmt"); });
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, TruncatedFileIsRefusedAndLeavesNothingBehind) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "N");
-    const std::string whole = Outside.Read("X.pmt");
-    Outside.Write("X.pmt", whole.substr(0, whole.size() - 1));
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
-    RunAndAccept([this](MemoryUser& user) { Import(user, "X.pmt"); });
-    ExpectNothingImported();
+TYPED_TEST(EditorImport, TruncatedFileIsRefusedAndLeavesNothingBehind) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "N");
+    const std::string whole = this->Outside.Read("X.pmt");
+    this->Outside.Write("X.pmt", whole.substr(0, whole.size() - 1));
+    this->Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "X.pmt"); });
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, HostThatRaisesIsReportedAndLeavesNothingBehind) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "N");
-    Host.Plan.FailAt(HostCall::Load, 1, HostFailure::Raise);
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
-    RunAndAccept([this](MemoryUser& user) { Import(user, "X.pmt"); });
-    ExpectNothingImported();
+TYPED_TEST(EditorImport, HostThatRaisesIsReportedAndLeavesNothingBehind) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "N");
+    this->Host.Plan.FailAt(HostCall::Load, 1, HostFailure::Raise);
+    this->Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "X.pmt"); });
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, DocumentThatCannotBeMadeIsReportedAndLeavesNothingBehind) {
-    Given({{.Name = "A"}});
-    GivenFile("X.pmt", "N");
-    Host.Plan.FailAt(HostCall::Create, 1, HostFailure::Refuse);
-    Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
-    RunAndAccept([this](MemoryUser& user) { Import(user, "X.pmt"); });
-    ExpectNothingImported();
+TYPED_TEST(EditorImport, DocumentThatCannotBeMadeIsReportedAndLeavesNothingBehind) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("X.pmt", "N");
+    this->Host.Plan.FailAt(HostCall::Create, 1, HostFailure::Refuse);
+    this->Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "X.pmt"); });
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, FileThatCannotBeCopiedIsReported) {
-    Given({{.Name = "A"}});
-    Desktop.Messages.Expect(text::ImportFailed, MessageIcon::Exclamation);
-    RunAndAccept([this](MemoryUser& user) { Import(user, "Missing.pmt"); });
-    ExpectNothingImported();
+TYPED_TEST(EditorImport, FileThatCannotBeCopiedIsReported) {
+    this->Given({{.Name = "A"}});
+    this->Desktop.Messages.Expect(text::ImportFailed, MessageIcon::Exclamation);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "Missing.pmt"); });
+    this->ExpectNothingImported();
 }
 
-TEST_F(EditorImport, LockedFileIsRetriedUnderTheWaitCursor) {
+TEST_F(EditorImportInMemory, LockedFileIsRetriedUnderTheWaitCursor) {
     GivenFile("X.pmt", "N");
     Store.Disk.Plan.FailAt(FileOperation::Copy, 1, FileError::SharingViolation);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
@@ -249,10 +257,10 @@ TEST_F(EditorImport, LockedFileIsRetriedUnderTheWaitCursor) {
     EXPECT_EQ(Store.Clock.Sleeps, std::vector<std::uint32_t>{1000});
 }
 
-TEST_F(EditorImport, FavoriteOfDocumentLevelCanBePutOnTheToolbar) {
-    GivenFile("X.pmt", "N");
-    RunAndCancel([this](MemoryUser& user) {
-        Import(user, "X.pmt");
+TYPED_TEST(EditorImport, FavoriteOfDocumentLevelCanBePutOnTheToolbar) {
+    this->GivenFile("X.pmt", "N");
+    this->RunAndCancel([this](DialogUser& user) {
+        this->Import(user, "X.pmt");
         EXPECT_EQ(user.StateImage(List, 0), 1);
         user.ClickStateImage(List, 0);
         EXPECT_EQ(user.StateImage(List, 0), 2);
@@ -261,7 +269,7 @@ TEST_F(EditorImport, FavoriteOfDocumentLevelCanBePutOnTheToolbar) {
 
 // Export
 
-TEST_F(EditorExport, DialogProposesTheSafeNameAndAsksBeforeOverwriting) {
+TEST_F(EditorExportInMemory, DialogProposesTheSafeNameAndAsksBeforeOverwriting) {
     Given({{.Name = Sjis(u8"a/b:表")}});
     Desktop.FileChoice.SaveAnswers.emplace_back(std::nullopt);
     RunAndCancel([this](MemoryUser& user) {
@@ -280,77 +288,77 @@ TEST_F(EditorExport, DialogProposesTheSafeNameAndAsksBeforeOverwriting) {
     EXPECT_TRUE(Host.SavedPaths.empty());
 }
 
-TEST_F(EditorExport, WritesTheFavoriteUnderItsNameAndLevel) {
-    Given({{.Name = "A", .Level = 2}});
-    RunAndCancel([this](MemoryUser& user) {
+TYPED_TEST(EditorExport, WritesTheFavoriteUnderItsNameAndLevel) {
+    this->Given({{.Name = "A", .Level = 2}});
+    this->RunAndCancel([this](DialogUser& user) {
         user.Fill(Name, "New");
-        ExportTo(user, Outside.Path("X.pmt"));
-        EXPECT_EQ(NamesInRows(user), Names{"New"});
+        this->ExportTo(user, this->Outside.Path("X.pmt"));
+        EXPECT_EQ(TestFixture::NamesInRows(user), Names{"New"});
         EXPECT_EQ(user.Focused(), List);
     });
-    const test::HostContent content = FakeHost::ReadFavorite(Outside, "X.pmt");
+    const test::HostContent content = FakeHost::ReadFavorite(this->Outside, "X.pmt");
     EXPECT_EQ(content.Name, "New");
     EXPECT_EQ(content.Level, 2);
-    EXPECT_TRUE(SameTable(content.Table, TableOf(SeedOf(0))));
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F0.pmt").Name, "A");
+    EXPECT_TRUE(SameTable(content.Table, TableOf(TestFixture::SeedOf(0))));
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Name, "A");
 }
 
-TEST_F(EditorExport, MissingFileIsReportedAndNothingIsWritten) {
-    Given({{.Name = "A", .HasFile = false}});
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorExport); });
-    EXPECT_TRUE(Desktop.FileChoice.SaveRequests.empty());
-    EXPECT_TRUE(Outside.Names().empty());
+TYPED_TEST(EditorExport, MissingFileIsReportedAndNothingIsWritten) {
+    this->Given({{.Name = "A", .HasFile = false}});
+    this->Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorExport); });
+    EXPECT_TRUE(this->Desktop.FileChoice.SaveRequests.empty());
+    EXPECT_TRUE(this->Outside.Names().empty());
 }
 
-TEST_F(EditorExport, FileThatVanishesMeanwhileIsReportedAndNothingIsWritten) {
-    Given({{.Name = "A"}});
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
-    RunAndCancel([this](MemoryUser& user) {
+TYPED_TEST(EditorExport, FileThatVanishesMeanwhileIsReportedAndNothingIsWritten) {
+    this->Given({{.Name = "A"}});
+    this->Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    this->RunAndCancel([this](DialogUser& user) {
         user.Press(control::EditorEdit); // loads the document
-        Folder.Remove("F0.pmt");
-        ExportTo(user, Outside.Path("X.pmt"));
+        this->Folder.Remove("F0.pmt");
+        this->ExportTo(user, this->Outside.Path("X.pmt"));
     });
-    EXPECT_TRUE(Outside.Names().empty());
+    EXPECT_TRUE(this->Outside.Names().empty());
 }
 
-TEST_F(EditorExport, OwnFileOfAUserFavoriteIsRefused) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
-    RunAndCancel([this](MemoryUser& user) { ExportTo(user, Folder.Path("f1.PMT")); });
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "B");
+TYPED_TEST(EditorExport, OwnFileOfAUserFavoriteIsRefused) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
+    this->RunAndCancel([this](DialogUser& user) { this->ExportTo(user, this->Folder.Path("f1.PMT")); });
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Name, "B");
 }
 
-TEST_F(EditorExport, FileOfADeletedFavoriteIsRefusedToo) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
-    RunAndCancel([this](MemoryUser& user) {
+TYPED_TEST(EditorExport, FileOfADeletedFavoriteIsRefusedToo) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
+    this->RunAndCancel([this](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
-        ExportTo(user, Folder.Path("F1.pmt"));
+        this->ExportTo(user, this->Folder.Path("F1.pmt"));
     });
 }
 
-TEST_F(EditorExport, FileOfAStandardFavoriteIsNotRefused) {
-    Given({{.Name = "A"}, Standard("S", 1)});
-    RunAndCancel([this](MemoryUser& user) { ExportTo(user, Folder.Path("Standard.pmt")); });
-    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "Standard.pmt").Name, "A");
+TYPED_TEST(EditorExport, FileOfAStandardFavoriteIsNotRefused) {
+    this->Given({{.Name = "A"}, Standard("S", 1)});
+    this->RunAndCancel([this](DialogUser& user) { this->ExportTo(user, this->Folder.Path("Standard.pmt")); });
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "Standard.pmt").Name, "A");
 }
 
-TEST_F(EditorExport, TargetThatCannotBeWrittenIsReportedAndStays) {
-    Given({{.Name = "A"}});
-    Outside.Write("X.pmt", "precious");
-    Host.Plan.FailFrom(HostCall::Save, 1, HostFailure::Raise);
-    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
-    RunAndCancel([this](MemoryUser& user) { ExportTo(user, Outside.Path("X.pmt")); });
-    EXPECT_EQ(Outside.Read("X.pmt"), "precious");
-    EXPECT_EQ(Outside.Names(), Names{"X.pmt"});
+TYPED_TEST(EditorExport, TargetThatCannotBeWrittenIsReportedAndStays) {
+    this->Given({{.Name = "A"}});
+    this->Outside.Write("X.pmt", "precious");
+    this->Host.Plan.FailFrom(HostCall::Save, 1, HostFailure::Raise);
+    this->Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    this->RunAndCancel([this](DialogUser& user) { this->ExportTo(user, this->Outside.Path("X.pmt")); });
+    EXPECT_EQ(this->Outside.Read("X.pmt"), "precious");
+    EXPECT_EQ(this->Outside.Names(), Names{"X.pmt"});
 }
 
-TEST_F(EditorExport, ButtonIsOffForStandardFavorites) {
-    Given({Standard("S", 1)});
-    RunAndCancel([](MemoryUser& user) { user.Press(control::EditorExport); });
-    EXPECT_TRUE(Desktop.FileChoice.SaveRequests.empty());
+TYPED_TEST(EditorExport, ButtonIsOffForStandardFavorites) {
+    this->Given({Standard("S", 1)});
+    this->RunAndCancel([](DialogUser& user) { user.Press(control::EditorExport); });
+    EXPECT_TRUE(this->Desktop.FileChoice.SaveRequests.empty());
 }
 
 } // namespace

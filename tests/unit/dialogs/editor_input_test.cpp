@@ -1,10 +1,14 @@
 #include "support/editor_test.h"
 
+#include <type_traits>
+
 namespace pmx {
 namespace {
 
-using test::EditorTest;
+using test::DialogUser;
+using test::EditorTestOn;
 using test::ListedFavorite;
+using test::MemoryDesktop;
 using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
@@ -14,9 +18,18 @@ constexpr ControlId Name = control::EditorName;
 
 enum StateImage : int { Empty = 1, Ticked = 2, Unavailable = 3 };
 
-using EditorMouse = EditorTest;
-using EditorKeyboard = EditorTest;
-using EditorToolbar = EditorTest;
+template <class AnyDesktop>
+using EditorMouse = EditorTestOn<AnyDesktop>;
+template <class AnyDesktop>
+using EditorKeyboard = EditorTestOn<AnyDesktop>;
+template <class AnyDesktop>
+using EditorToolbar = EditorTestOn<AnyDesktop>;
+
+TYPED_TEST_SUITE(EditorMouse, test::AllDesktops);
+TYPED_TEST_SUITE(EditorKeyboard, test::AllDesktops);
+TYPED_TEST_SUITE(EditorToolbar, test::AllDesktops);
+
+using EditorMouseInMemory = EditorMouse<MemoryDesktop>;
 
 /// That many favorites on the toolbar, and one that is not, the last.
 std::vector<ListedFavorite> OnToolbar(int count) {
@@ -28,19 +41,26 @@ std::vector<ListedFavorite> OnToolbar(int count) {
     return favorites;
 }
 
-TEST_F(EditorMouse, ClickOnARowShowsItsFavorite) {
-    Given({{.Name = "A"}, {.Name = "B", .Icon = 22}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorMouse, ClickOnARowShowsItsFavorite) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         EXPECT_EQ(user.Text(Name), "B");
-        EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 22);
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
     });
 }
 
-TEST_F(EditorMouse, ClickBesideTheRowsKeepsWhatIsShown) {
-    Given({{.Name = "A"}, {.Name = "B"}});
+TEST_F(EditorMouseInMemory, ClickOnARowShowsItsIcon) {
+    Given({{.Name = "A"}, {.Name = "B", .Icon = 22}});
     RunAndCancel([](MemoryUser& user) {
+        user.ClickRow(List, 1);
+        EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 22);
+    });
+}
+
+TYPED_TEST(EditorMouse, ClickBesideTheRowsKeepsWhatIsShown) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
         EXPECT_EQ(user.Text(Name), "B");
@@ -48,9 +68,9 @@ TEST_F(EditorMouse, ClickBesideTheRowsKeepsWhatIsShown) {
     });
 }
 
-TEST_F(EditorMouse, CommandsDoNothingWhenTheMarkedRowIsNotSelected) {
-    Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMouse, CommandsDoNothingWhenTheMarkedRowIsNotSelected) {
+    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
         for (const ControlId id :
@@ -59,59 +79,59 @@ TEST_F(EditorMouse, CommandsDoNothingWhenTheMarkedRowIsNotSelected) {
             user.Press(id); // would open a dialog that the test does not foresee
         }
         user.DoubleClickRow(List, 1);
-        EXPECT_EQ(NamesInRows(user), (std::vector<std::string>{"A", "B", "C"}));
+        EXPECT_EQ(TestFixture::NamesInRows(user), (std::vector<std::string>{"A", "B", "C"}));
     });
-    EXPECT_EQ(Attributes.Calls.size(), 1U) << "the double click selects the row again";
-    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "B", "C"}));
+    EXPECT_EQ(this->Attributes.Calls.size(), 1U) << "the double click selects the row again";
+    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", "B", "C"}));
 }
 
-TEST_F(EditorMouse, ClickOnTheEmptyBoxPutsTheFavoriteOnTheToolbar) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMouse, ClickOnTheEmptyBoxPutsTheFavoriteOnTheToolbar) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickStateImage(List, 1);
         EXPECT_EQ(user.StateImage(List, 1), Ticked);
         EXPECT_EQ(user.Text(Name), "B") << "the click has selected the row";
     });
-    EXPECT_EQ(ListedValues(), (std::vector<std::string>{"0~A~1~0~14~F0.pmt", "0~B~1~1~14~F1.pmt"}));
+    EXPECT_EQ(this->ListedValues(), (std::vector<std::string>{"0~A~1~0~14~F0.pmt", "0~B~1~1~14~F1.pmt"}));
 }
 
-TEST_F(EditorMouse, ClickOnTheTickedBoxTakesTheFavoriteOffTheToolbar) {
-    Given({{.Name = "A", .OnToolbar = true}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorMouse, ClickOnTheTickedBoxTakesTheFavoriteOffTheToolbar) {
+    this->Given({{.Name = "A", .OnToolbar = true}});
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickStateImage(List, 0);
         EXPECT_EQ(user.StateImage(List, 0), Empty);
     });
-    EXPECT_EQ(ListedValues(), std::vector<std::string>{"0~A~1~0~14~F0.pmt"});
+    EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~1~0~14~F0.pmt"});
 }
 
-TEST_F(EditorMouse, ClickOnTheUnavailableBoxOnlySelects) {
-    Given({{.Name = "A"}, {.Name = "B", .Level = 2}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorMouse, ClickOnTheUnavailableBoxOnlySelects) {
+    this->Given({{.Name = "A"}, {.Name = "B", .Level = 2}});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickStateImage(List, 1);
         EXPECT_EQ(user.StateImage(List, 1), Unavailable);
         EXPECT_EQ(user.Text(Name), "B");
     });
 }
 
-TEST_F(EditorMouse, StandardFavoriteMayBePutOnTheToolbar) {
-    Given({Standard("S")});
-    RunAndAccept([](MemoryUser& user) { user.ClickStateImage(List, 0); });
-    EXPECT_EQ(ListedValues(), std::vector<std::string>{"1~S~101~1~14~3"});
+TYPED_TEST(EditorMouse, StandardFavoriteMayBePutOnTheToolbar) {
+    this->Given({Standard("S")});
+    this->RunAndAccept([](DialogUser& user) { user.ClickStateImage(List, 0); });
+    EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"1~S~101~1~14~3"});
 }
 
-TEST_F(EditorMouse, DoubleClickEdits) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    RunAndCancel([](MemoryUser& user) { user.DoubleClickRow(List, 1); });
-    EXPECT_EQ(Attributes.Calls.size(), 1U);
+TYPED_TEST(EditorMouse, DoubleClickEdits) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) { user.DoubleClickRow(List, 1); });
+    EXPECT_EQ(this->Attributes.Calls.size(), 1U);
 }
 
-TEST_F(EditorMouse, DoubleClickOnTheToolbarBoxDoesNotEdit) {
-    Given({{.Name = "A"}});
-    RunAndCancel([](MemoryUser& user) { user.DoubleClickStateImage(List, 0); });
-    EXPECT_TRUE(Attributes.Calls.empty());
+TYPED_TEST(EditorMouse, DoubleClickOnTheToolbarBoxDoesNotEdit) {
+    this->Given({{.Name = "A"}});
+    this->RunAndCancel([](DialogUser& user) { user.DoubleClickStateImage(List, 0); });
+    EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
-TEST_F(EditorMouse, DoubleClickBesideTheRowsDoesNothing) {
+TEST_F(EditorMouseInMemory, DoubleClickBesideTheRowsDoesNothing) {
     Given({{.Name = "A"}});
     Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) {
         user.ClickBesideRows(List);
@@ -124,15 +144,15 @@ TEST_F(EditorMouse, DoubleClickBesideTheRowsDoesNothing) {
     EXPECT_TRUE(Attributes.Calls.empty());
 }
 
-TEST_F(EditorMouse, DoubleClickOnAStandardFavoriteIsRefused) {
-    Given({Standard("S")});
-    Desktop.Messages.Expect(text::StandardNotEditable, MessageIcon::Exclamation);
-    RunAndCancel([](MemoryUser& user) { user.DoubleClickRow(List, 0); });
+TYPED_TEST(EditorMouse, DoubleClickOnAStandardFavoriteIsRefused) {
+    this->Given({Standard("S")});
+    this->Desktop.Messages.Expect(text::StandardNotEditable, MessageIcon::Exclamation);
+    this->RunAndCancel([](DialogUser& user) { user.DoubleClickRow(List, 0); });
 }
 
-TEST_F(EditorKeyboard, ArrowKeysShowTheRowThatTheyLeadTo) {
-    Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, ArrowKeysShowTheRowThatTheyLeadTo) {
+    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Down);
         EXPECT_EQ(user.Text(Name), "B");
@@ -151,8 +171,8 @@ TEST_F(EditorKeyboard, ArrowKeysShowTheRowThatTheyLeadTo) {
     });
 }
 
-TEST_F(EditorKeyboard, KeysInAnEmptyListDoNothing) {
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, KeysInAnEmptyListDoNothing) {
+    this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
         for (const std::uint32_t key :
              {test::key::Down, test::key::Up, test::key::Space, test::key::Delete}) {
@@ -162,9 +182,9 @@ TEST_F(EditorKeyboard, KeysInAnEmptyListDoNothing) {
     });
 }
 
-TEST_F(EditorKeyboard, SpaceTurnsTheToolbarMarkOnAndOff) {
-    Given({{.Name = "A"}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, SpaceTurnsTheToolbarMarkOnAndOff) {
+    this->Given({{.Name = "A"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Space);
         EXPECT_EQ(user.StateImage(List, 0), Ticked);
@@ -173,91 +193,94 @@ TEST_F(EditorKeyboard, SpaceTurnsTheToolbarMarkOnAndOff) {
     });
 }
 
-TEST_F(EditorKeyboard, SpaceOnAnUnavailableBoxDoesNothing) {
-    Given({{.Name = "A", .Level = 5}});
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, SpaceOnAnUnavailableBoxDoesNothing) {
+    this->Given({{.Name = "A", .Level = 5}});
+    this->RunAndAccept([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Space);
         EXPECT_EQ(user.StateImage(List, 0), Unavailable);
     });
-    EXPECT_EQ(ListedValues(), std::vector<std::string>{"0~A~5~0~14~F0.pmt"});
+    EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~5~0~14~F0.pmt"});
 }
 
-TEST_F(EditorKeyboard, SpaceHasTheLimitOfTheToolbar) {
-    Given(OnToolbar(20));
-    Desktop.Messages.ExpectText(
+TYPED_TEST(EditorKeyboard, SpaceHasTheLimitOfTheToolbar) {
+    this->Given(OnToolbar(20));
+    this->Desktop.Messages.ExpectText(
         Sjis(u8"ツールバーの登録は最大20個までです。\n"
              u8"登録を行う場合は、他のお気に入りのツールバー登録を解除してください。"),
         MessageIcon::Exclamation);
-    RunAndCancel([](MemoryUser& user) {
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 20);
         user.Key(test::key::Space);
         EXPECT_EQ(user.StateImage(List, 20), Empty);
     });
 }
 
-TEST_F(EditorKeyboard, DeleteKeyDeletes) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, DeleteKeyDeletes) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Delete);
-        EXPECT_EQ(NamesInRows(user), std::vector<std::string>{"B"});
+        EXPECT_EQ(TestFixture::NamesInRows(user), std::vector<std::string>{"B"});
         EXPECT_EQ(user.Focused(), List);
     });
 }
 
-TEST_F(EditorKeyboard, KeyTakenByTheInputMethodCountsByItsScanCode) {
-    constexpr std::uint32_t ScanCode = 0x39;
-    Given({{.Name = "A"}});
-    Desktop.Dialogs.KeysOfScanCodes[ScanCode] = ListKey::Space;
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorKeyboard, KeyTakenByTheInputMethodCountsByItsScanCode) {
+    constexpr std::uint32_t SpaceScanCode = 0x39;
+    constexpr std::uint32_t LetterScanCode = 0x10;
+    if constexpr (std::is_same_v<TypeParam, MemoryDesktop>) {
+        this->Desktop.Dialogs.KeysOfScanCodes[SpaceScanCode] = ListKey::Space;
+    }
+    this->Given({{.Name = "A"}});
+    this->RunAndCancel([](auto& user) {
         user.TabTo(List);
-        user.ProcessKey(ScanCode);
+        user.ProcessKey(SpaceScanCode);
         EXPECT_EQ(user.StateImage(List, 0), Ticked);
-        user.ProcessKey(0x10); // no key of the list
+        user.ProcessKey(LetterScanCode);
         EXPECT_EQ(user.StateImage(List, 0), Ticked);
     });
 }
 
-TEST_F(EditorKeyboard, EnterInTheListAccepts) {
-    Given({{.Name = "A"}});
-    EXPECT_EQ(Run([](MemoryUser& user) {
-                  user.TabTo(List);
-                  user.Enter();
-              }),
+TYPED_TEST(EditorKeyboard, EnterInTheListAccepts) {
+    this->Given({{.Name = "A"}});
+    EXPECT_EQ(this->Run([](DialogUser& user) {
+        user.TabTo(List);
+        user.Enter();
+    }),
               CodeOk);
 }
 
-TEST_F(EditorToolbar, TwentyMarksAreAllowed) {
-    Given(OnToolbar(19));
-    RunAndAccept([](MemoryUser& user) {
+TYPED_TEST(EditorToolbar, TwentyMarksAreAllowed) {
+    this->Given(OnToolbar(19));
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickStateImage(List, 19);
         EXPECT_EQ(user.StateImage(List, 19), Ticked);
     });
-    EXPECT_EQ(ListedValues().back(), "0~Last~1~1~14~F19.pmt");
+    EXPECT_EQ(this->ListedValues().back(), "0~Last~1~1~14~F19.pmt");
 }
 
-TEST_F(EditorToolbar, TwentyFirstMarkIsRefusedWithTheLimit) {
-    Given(OnToolbar(20));
-    Desktop.Messages.ExpectText(
+TYPED_TEST(EditorToolbar, TwentyFirstMarkIsRefusedWithTheLimit) {
+    this->Given(OnToolbar(20));
+    this->Desktop.Messages.ExpectText(
         Sjis(u8"ツールバーの登録は最大20個までです。\n"
              u8"登録を行う場合は、他のお気に入りのツールバー登録を解除してください。"),
         MessageIcon::Exclamation);
-    RunAndAccept([](MemoryUser& user) {
+    this->RunAndAccept([](DialogUser& user) {
         user.ClickStateImage(List, 20);
         EXPECT_EQ(user.StateImage(List, 20), Empty);
         EXPECT_EQ(user.Text(Name), "Last");
     });
-    EXPECT_EQ(ListedValues().back(), "0~Last~1~0~14~F20.pmt");
+    EXPECT_EQ(this->ListedValues().back(), "0~Last~1~0~14~F20.pmt");
 }
 
-TEST_F(EditorToolbar, FavoriteDeletedMeanwhileStillCounts) {
-    Given(OnToolbar(20));
-    Desktop.Messages.ExpectText(
+TYPED_TEST(EditorToolbar, FavoriteDeletedMeanwhileStillCounts) {
+    this->Given(OnToolbar(20));
+    this->Desktop.Messages.ExpectText(
         Sjis(u8"ツールバーの登録は最大20個までです。\n"
              u8"登録を行う場合は、他のお気に入りのツールバー登録を解除してください。"),
         MessageIcon::Exclamation);
-    RunAndCancel([](MemoryUser& user) {
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 0);
         user.Press(control::EditorDelete);
         user.ClickStateImage(List, 19);
@@ -265,25 +288,25 @@ TEST_F(EditorToolbar, FavoriteDeletedMeanwhileStillCounts) {
     });
 }
 
-TEST_F(EditorToolbar, MarkTakenOffMakesRoom) {
-    Given(OnToolbar(20));
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorToolbar, MarkTakenOffMakesRoom) {
+    this->Given(OnToolbar(20));
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickStateImage(List, 0);
         user.ClickStateImage(List, 20);
         EXPECT_EQ(user.StateImage(List, 20), Ticked);
     });
 }
 
-TEST_F(EditorToolbar, MarkOnALevelThatCannotShowItCountsToo) {
+TYPED_TEST(EditorToolbar, MarkOnALevelThatCannotShowItCountsToo) {
     std::vector<ListedFavorite> favorites = OnToolbar(19);
     favorites[0].Level = 4;
     favorites.push_back({.Name = "One more", .OnToolbar = true});
-    Given(favorites);
-    Desktop.Messages.ExpectText(
+    this->Given(favorites);
+    this->Desktop.Messages.ExpectText(
         Sjis(u8"ツールバーの登録は最大20個までです。\n"
              u8"登録を行う場合は、他のお気に入りのツールバー登録を解除してください。"),
         MessageIcon::Exclamation);
-    RunAndCancel([](MemoryUser& user) { user.ClickStateImage(List, 19); });
+    this->RunAndCancel([](DialogUser& user) { user.ClickStateImage(List, 19); });
 }
 
 } // namespace

@@ -6,8 +6,10 @@
 namespace pmx {
 namespace {
 
-using test::EditorTest;
+using test::DialogUser;
+using test::EditorTestOn;
 using test::ListedFavorite;
+using test::MemoryDesktop;
 using test::MemoryList;
 using test::MemoryUser;
 using test::Sjis;
@@ -19,7 +21,12 @@ constexpr ControlId RowControls[] = {control::EditorEdit,   control::EditorCopy,
                                      control::EditorExport, control::EditorUp,   control::EditorDown,
                                      control::EditorName,   control::ChangeIcon, control::EditorIcon};
 
-using EditorRows = EditorTest;
+template <class AnyDesktop>
+using EditorRows = EditorTestOn<AnyDesktop>;
+
+TYPED_TEST_SUITE(EditorRows, test::AllDesktops);
+
+using EditorRowsInMemory = EditorRows<MemoryDesktop>;
 
 ListedFavorite Named(const std::string& name, std::int32_t level = 1, bool onToolbar = false,
                      std::int64_t icon = 14) {
@@ -31,7 +38,7 @@ ListedFavorite Named(const std::string& name, std::int32_t level = 1, bool onToo
     return favorite;
 }
 
-TEST_F(EditorRows, WindowHasTheTitleAndIsModalToTheParent) {
+TEST_F(EditorRowsInMemory, WindowHasTheTitleAndIsModalToTheParent) {
     Parent = WindowHandle{7};
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
@@ -39,7 +46,7 @@ TEST_F(EditorRows, WindowHasTheTitleAndIsModalToTheParent) {
     });
 }
 
-TEST_F(EditorRows, ListHasFourColumnsAndSelectsWholeRows) {
+TEST_F(EditorRowsInMemory, ListHasFourColumnsAndSelectsWholeRows) {
     RunAndCancel([](MemoryUser& user) {
         const MemoryList& list = user.List(List);
         EXPECT_EQ(list.Columns, (std::vector<MemoryList::Column>{{Sjis(u8"ツールバー"), 80},
@@ -51,16 +58,16 @@ TEST_F(EditorRows, ListHasFourColumnsAndSelectsWholeRows) {
     });
 }
 
-TEST_F(EditorRows, PicturesComeFromTheTwoStrips) {
+TEST_F(EditorRowsInMemory, PicturesComeFromTheTwoStrips) {
     RunAndCancel([](MemoryUser&) {});
     using Request = test::MemoryImageLists::Request;
     EXPECT_EQ(Desktop.Images.Requests,
               (std::vector<Request>{{2001, 32, Color::LightGrey}, {2002, 16, Color::White}}));
 }
 
-TEST_F(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
-    Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
+    this->Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
+    this->RunAndCancel([](DialogUser& user) {
         ASSERT_EQ(user.RowCount(List), 3);
         EXPECT_EQ(user.Cell(List, 0, 0), "");
         EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"両面印刷"));
@@ -71,13 +78,10 @@ TEST_F(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
         EXPECT_EQ(user.Cell(List, 2, 1), "S");
         EXPECT_EQ(user.Cell(List, 2, 2), Sjis(u8"文書"));
         EXPECT_EQ(user.Cell(List, 2, 3), Sjis(u8"標準"));
-        for (int row = 0; row < 3; ++row) {
-            EXPECT_EQ(user.List(List).RowData(row), row);
-        }
     });
 }
 
-TEST_F(EditorRows, FillingTheListDrawsItOnce) {
+TEST_F(EditorRowsInMemory, FillingTheListDrawsItOnce) {
     Given({Named("A"), Named("B")});
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.List(List).RedrawPauses, 1);
@@ -85,7 +89,7 @@ TEST_F(EditorRows, FillingTheListDrawsItOnce) {
     });
 }
 
-TEST_F(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
+TYPED_TEST(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
     const std::string names[] = {Sjis(u8"文書"), Sjis(u8"セクション"), Sjis(u8"用紙"), Sjis(u8"面"),
                                  Sjis(u8"原稿")};
     std::vector<ListedFavorite> favorites;
@@ -93,15 +97,15 @@ TEST_F(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
         favorites.push_back(Named("U" + std::to_string(level), level));
         favorites.push_back(Standard("S" + std::to_string(level), 100 + level));
     }
-    Given(favorites);
-    RunAndCancel([&names](MemoryUser& user) {
+    this->Given(favorites);
+    this->RunAndCancel([&names](DialogUser& user) {
         for (int row = 0; row < 10; ++row) {
             EXPECT_EQ(user.Cell(List, row, 2), names[row / 2]) << row;
         }
     });
 }
 
-TEST_F(EditorRows, LevelsThatDoNotExistHaveNoName) {
+TYPED_TEST(EditorRows, LevelsThatDoNotExistHaveNoName) {
     for (const std::int32_t level : {-1, 0, 6, 100, 106}) {
         CPMXTemplUIListData record;
         record.SetLevel(level);
@@ -109,12 +113,12 @@ TEST_F(EditorRows, LevelsThatDoNotExistHaveNoName) {
     }
 }
 
-TEST_F(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableElsewhere) {
+TYPED_TEST(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableElsewhere) {
     ListedFavorite standardOn = Standard("D");
     standardOn.OnToolbar = true;
-    Given({Named("A", 1, false), Named("B", 1, true), Named("C", 2, true), standardOn, Standard("E"),
-           Standard("F", 102), Named("G", 5)});
-    RunAndCancel([](MemoryUser& user) {
+    this->Given({Named("A", 1, false), Named("B", 1, true), Named("C", 2, true), standardOn, Standard("E"),
+                 Standard("F", 102), Named("G", 5)});
+    this->RunAndCancel([](DialogUser& user) {
         std::vector<int> images;
         for (int row = 0; row < user.RowCount(List); ++row) {
             images.push_back(user.StateImage(List, row));
@@ -123,14 +127,14 @@ TEST_F(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableEls
     });
 }
 
-TEST_F(EditorRows, WordForAFavoriteOnTheToolbarIsMadeButStandsInNoColumn) {
+TYPED_TEST(EditorRows, WordForAFavoriteOnTheToolbarIsMadeButStandsInNoColumn) {
     CPMXTemplUIListData record;
     EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, "");
     record.SetToolbar(1);
     EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, Sjis(u8"有効"));
 }
 
-TEST_F(EditorRows, FirstRowIsSelectedAndShownAtTheStart) {
+TEST_F(EditorRowsInMemory, FirstRowIsSelectedAndShownAtTheStart) {
     Given({Named("A", 1, false, 20), Named("B")});
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.SelectedRow(List), 0);
@@ -138,11 +142,12 @@ TEST_F(EditorRows, FirstRowIsSelectedAndShownAtTheStart) {
         EXPECT_EQ(user.Text(control::EditorName), "A");
         EXPECT_EQ(user.IconIn(control::EditorIcon), (test::MemoryImage{bitmap::LargeIcons, 20}));
         EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.List(List).RowData(1), 1);
     });
 }
 
-TEST_F(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
+    this->RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_EQ(user.SelectedRow(List), -1);
         for (const ControlId id : RowControls) {
@@ -155,35 +160,35 @@ TEST_F(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
     });
 }
 
-TEST_F(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
-    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
-                              Desktop.Services, Store.Services);
-    Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) {
+TYPED_TEST(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
+    CPMXTemplUIMainDlg editor(this->Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              this->Desktop.Services, this->Store.Services);
+    this->Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_FALSE(user.IsEnabled(control::EditorUp));
         EXPECT_TRUE(user.IsEnabled(control::EditorNew));
         user.Press(control::Ok);
     });
     EXPECT_EQ(editor.DoModal(), CodeOk);
-    EXPECT_TRUE(Folder.Names().empty());
+    EXPECT_TRUE(this->Folder.Names().empty());
 }
 
-TEST_F(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
-    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
-                              Desktop.Services, Store.Services);
-    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
-    Desktop.Dialogs.OnOpened(dialog::Editor, [this](MemoryUser& user) {
-        AnswerName("N");
+TYPED_TEST(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
+    CPMXTemplUIMainDlg editor(this->Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              this->Desktop.Services, this->Store.Services);
+    this->Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    this->Desktop.Dialogs.OnOpened(dialog::Editor, [this](DialogUser& user) {
+        this->AnswerName("N");
         user.Press(control::EditorNew);
         user.Escape();
     });
     EXPECT_EQ(editor.DoModal(), CodeCancel);
-    EXPECT_TRUE(Folder.Names().empty());
+    EXPECT_TRUE(this->Folder.Names().empty());
 }
 
-TEST_F(EditorRows, UserFavoriteHasEverythingByItsPosition) {
-    Given({Named("A"), Named("B"), Named("C")});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorRows, UserFavoriteHasEverythingByItsPosition) {
+    this->Given({Named("A"), Named("B"), Named("C")});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : RowControls) {
             EXPECT_TRUE(user.IsEnabled(id)) << id;
@@ -197,17 +202,17 @@ TEST_F(EditorRows, UserFavoriteHasEverythingByItsPosition) {
     });
 }
 
-TEST_F(EditorRows, SingleRowCannotMove) {
-    Given({Named("A")});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorRows, SingleRowCannotMove) {
+    this->Given({Named("A")});
+    this->RunAndCancel([](DialogUser& user) {
         EXPECT_FALSE(user.IsEnabled(control::EditorUp));
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
     });
 }
 
-TEST_F(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
-    Given({Named("A"), Standard("S"), Standard("T", 102), Named("B")});
-    RunAndCancel([](MemoryUser& user) {
+TYPED_TEST(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
+    this->Given({Named("A"), Standard("S"), Standard("T", 102), Named("B")});
+    this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : {control::EditorEdit, control::EditorCopy, control::EditorDelete,
                                    control::EditorExport, control::EditorName}) {
@@ -224,7 +229,7 @@ TEST_F(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
     });
 }
 
-TEST_F(EditorRows, LevelsOtherThanDocumentShowTheFirstIconAndCannotChangeIt) {
+TEST_F(EditorRowsInMemory, LevelsOtherThanDocumentShowTheFirstIconAndCannotChangeIt) {
     Given({Named("A", 1, false, 30), Named("B", 3, false, 30)});
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.IconIn(control::EditorIcon)->Index, 30);
@@ -234,7 +239,7 @@ TEST_F(EditorRows, LevelsOtherThanDocumentShowTheFirstIconAndCannotChangeIt) {
     });
 }
 
-TEST_F(EditorRows, IconOutsideTheStripKeepsThePictureBefore) {
+TEST_F(EditorRowsInMemory, IconOutsideTheStripKeepsThePictureBefore) {
     Given({Named("A", 1, false, 30), Named("B", 1, false, 60)});
     RunAndCancel([](MemoryUser& user) {
         user.ClickRow(List, 1);
@@ -242,28 +247,28 @@ TEST_F(EditorRows, IconOutsideTheStripKeepsThePictureBefore) {
     });
 }
 
-TEST_F(EditorRows, WithoutPicturesTheEditorStillWorks) {
+TEST_F(EditorRowsInMemory, WithoutPicturesTheEditorStillWorks) {
     Given({Named("A")});
     Desktop.Images.Failing = true;
     RunAndAccept([](MemoryUser& user) { EXPECT_EQ(user.RowCount(List), 1); });
     EXPECT_EQ(ListedNames(), std::vector<std::string>{"A"});
 }
 
-TEST_F(EditorRows, AttributeDialogIsLookedUpOnceAndReleasedAtTheEnd) {
+TEST_F(EditorRowsInMemory, AttributeDialogIsLookedUpOnceAndReleasedAtTheEnd) {
     RunAndCancel([this](MemoryUser&) { EXPECT_EQ(Desktop.Libraries.Loaded, 1); });
     EXPECT_EQ(Desktop.Libraries.Asked, std::vector<std::string>{"PMXPropUI.dll"});
     EXPECT_EQ(Desktop.Libraries.Loaded, 0);
 }
 
-TEST_F(EditorRows, MissingAttributeDialogIsNotReportedAtTheStart) {
-    Desktop.Libraries.Present.clear();
-    RunAndCancel([](MemoryUser&) {});
-    Desktop.Libraries.Present["PMXPropUI.dll"] = {};
-    RunAndCancel([](MemoryUser&) {});
-    EXPECT_TRUE(Desktop.Messages.Shown.empty());
+TYPED_TEST(EditorRows, MissingAttributeDialogIsNotReportedAtTheStart) {
+    this->Desktop.Libraries.Present.clear();
+    this->RunAndCancel([](DialogUser&) {});
+    this->Desktop.Libraries.Present["PMXPropUI.dll"] = {};
+    this->RunAndCancel([](DialogUser&) {});
+    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
 }
 
-TEST_F(EditorRows, EveryControlButTheLinesHasAHelpNote) {
+TEST_F(EditorRowsInMemory, EveryControlButTheLinesHasAHelpNote) {
     Given({Named("A"), Named("B"), Named("C")});
     RunAndCancel([](MemoryUser& user) {
         for (const ControlId id :
@@ -278,7 +283,7 @@ TEST_F(EditorRows, EveryControlButTheLinesHasAHelpNote) {
     EXPECT_EQ(Desktop.Help.Requests.size(), 17U);
 }
 
-TEST_F(EditorRows, DialogThatCannotBeShownEndsWithNeitherCode) {
+TEST_F(EditorRowsInMemory, DialogThatCannotBeShownEndsWithNeitherCode) {
     CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
                               Store.Services);
     Desktop.Dialogs.OnOpenedFail(dialog::Editor);
