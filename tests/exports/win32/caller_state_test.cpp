@@ -1,5 +1,6 @@
 // The state of the calling thread, which every export restores.
 #include "exports/export_test.h"
+#include "exports/win32/open_dialog.h"
 
 #include <functional>
 
@@ -80,8 +81,26 @@ protected:
         check("EX_ShowChoiceUIEntry, refused");
         EXPECT_EQ(EX_ShowChoiceUIBasic("", "", "", nullptr), -1);
         check("EX_ShowChoiceUIBasic, refused");
+        ForEachDialog(handle, check);
         EXPECT_EQ(EX_DestroyTemplList(handle), 0);
         check("EX_DestroyTemplList");
+    }
+
+    void ForEachDialog(void* handle, const std::function<void(const char*)>& check) {
+        constexpr int CancelButton = 2;
+        const unsigned char table[PMX_TABLE_SIZE]{};
+        const auto cancelled = [&](const char* name, const std::function<std::int64_t()>& call) {
+            EXPECT_EQ(CallWithDialog(call, [](const OpenDialog& dialog) { dialog.Press(CancelButton); }), 1)
+                << name;
+            check(name);
+        };
+        TemplInfo info{};
+        const std::string& folder = Folder.Path();
+        cancelled("EX_SaveAsTemplInfo",
+                  [&] { return EX_SaveAsTemplInfo(handle, 1, &info, table, PMX_TABLE_SIZE, nullptr); });
+        cancelled("EX_ShowTemplateUI", [&] { return EX_ShowTemplateUI(folder.c_str(), nullptr); });
+        cancelled("EX_ShowChoiceUIEntry",
+                  [&] { return EX_ShowChoiceUIEntry(folder.c_str(), ListFile, ".pmt", table, 1, nullptr); });
     }
 };
 

@@ -304,6 +304,17 @@ void RealUser::OnDialogThread(const std::function<void()>& action) {
     }
 }
 
+bool RealUser::HasInputMethod() {
+    bool hasContext = false;
+    OnDialogThread([&hasContext] {
+        const HWND focused = GetFocus();
+        const HIMC context = ImmGetContext(focused);
+        hasContext = context != nullptr;
+        ImmReleaseContext(focused, context);
+    });
+    return hasContext;
+}
+
 void RealUser::Compose(const std::wstring& text) {
     OnDialogThread([&] {
         const HWND focused = GetFocus();

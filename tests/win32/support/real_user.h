@@ -22,6 +22,9 @@ public:
     /// Runs something on the dialogs' thread and waits for what follows from it.
     void OnDialogThread(const std::function<void()>& action);
 
+    /// True when the focused edit box can be given to an input method.
+    bool HasInputMethod();
+
     /// Lets an input method put a text into the focused edit box (UTF-16).
     void Compose(const std::wstring& text);
 
