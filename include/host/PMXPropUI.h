@@ -17,11 +17,17 @@ extern "C" {
 #define PMX_PROPUI_CANCEL 2
 
 /* Runs the print-attribute dialog modally.
- *   mode          always 1
- *   kind          0 document, 1 section, 2 sheet, 3 face, 4 page
- *   tablePart     the part of an attribute table that belongs to the kind; it runs to the table's end, so its
- * length is 8657 less the part's start (0, 82, 126, 150, 2221). Read at opening, changed only on OK. flag
- * always 1 parentWindow  owner window of the dialog (an HWND), may be null reserved1..3  always 0
+ *
+ * mode, flag: always 1.
+ *
+ * kind: 0 document, 1 section, 2 sheet, 3 face, 4 page.
+ *
+ * tablePart: the part of an attribute table that belongs to the kind, not null. It runs to the table's end,
+ * so its length is 8657 less the part's start (0, 82, 126, 150, 2221). Read at opening, changed only on OK.
+ *
+ * parentWindow: owner window of the dialog (an HWND), may be null.
+ *
+ * reserved1 to reserved3: always 0.
  */
 typedef int32_t (*PmxShowPropUI)(int32_t mode, int32_t kind, void* tablePart, int32_t flag,
                                  void* parentWindow, int64_t reserved1, int64_t reserved2, int64_t reserved3);

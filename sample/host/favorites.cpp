@@ -133,6 +133,12 @@ bool Favorites::ApplyByName(const std::string& name, std::int32_t level, Attribu
     return true;
 }
 
+bool Favorites::IsOnlyOneOfItsName(const TemplInfo& favorite) const {
+    return std::count_if(Infos.begin(), Infos.end(), [&](const TemplInfo& each) {
+               return std::strcmp(each.Name, favorite.Name) == 0;
+           }) == 1;
+}
+
 Outcome Favorites::SaveAsNew(TemplInfo& info, const AttributeTable& table, HWND owner) {
     constexpr std::int32_t NewFavorite = 1;
     const auto outcome =

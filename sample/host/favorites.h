@@ -38,6 +38,8 @@ public:
     /// The same for a favorite of which only name and level are remembered; standard favorites have no file
     /// and are not found this way.
     bool ApplyByName(const std::string& name, std::int32_t level, sample::AttributeTable& table) const;
+    /// Whether the name alone tells which favorite is meant: a list file can hold several of one name.
+    bool IsOnlyOneOfItsName(const TemplInfo& favorite) const;
 
     /// Asks for a name and stores the table as a new favorite, or over the given one.
     Outcome SaveAsNew(TemplInfo& info, const sample::AttributeTable& table, HWND owner);

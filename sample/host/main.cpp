@@ -24,7 +24,7 @@ int Complain(unsigned textId, const std::wstring& detail) {
 }
 
 int RunMessageLoop(HWND window) {
-    const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_KEYS));
+    const HACCEL keys = LoadAcceleratorsW(ResourceModule(), MAKEINTRESOURCEW(IDR_KEYS));
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (TranslateAcceleratorW(window, keys, &message) == 0) {

@@ -1,8 +1,8 @@
 #include "host/main_window.h"
 
 #include "host/document_commands.h"
+#include "host/print_attributes.h"
 #include "host/resource.h"
-#include "host/sample_document.h"
 #include "host/settings_text.h"
 #include "host/text.h"
 
@@ -34,6 +34,19 @@ HFONT MessageFont() {
     return Font;
 }
 
+/// Where the window opens: as large as is comfortable, and inside the desktop.
+RECT FirstPlace() {
+    constexpr int Width = 1180;
+    constexpr int Height = 860;
+    RECT desktop{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &desktop, 0);
+    const int width = std::min<int>(Width, desktop.right - desktop.left);
+    const int height = std::min<int>(Height, desktop.bottom - desktop.top);
+    const LONG left = desktop.left + (desktop.right - desktop.left - width) / 2;
+    const LONG top = desktop.top + (desktop.bottom - desktop.top - height) / 2;
+    return {left, top, left + width, top + height};
+}
+
 int HeightOf(HWND window) {
     RECT place{};
     GetWindowRect(window, &place);
@@ -52,12 +65,11 @@ MainWindow::MainWindow(const std::wstring& favoritesFolder) : Store(ToNarrow(fav
     if (!Store.IsOpen()) {
         return;
     }
-    constexpr RECT Place{40, 30, 40 + 1180, 30 + 860};
     Create({.ClassName = L"PmxSampleHost",
             .Title = ResourceText(IDS_TITLE).c_str(),
             .Style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-            .Place = Place,
-            .MenuOrId = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU)),
+            .Place = FirstPlace(),
+            .MenuOrId = LoadMenuW(ResourceModule(), MAKEINTRESOURCEW(IDR_MENU)),
             .Icon = LoadHostIcon()});
 }
 
@@ -153,10 +165,10 @@ void MainWindow::OnCommand(int id) {
         {IDM_EXIT, &MainWindow::Exit},         {IDM_REGISTER, &MainWindow::Register},
         {IDM_EDITOR, &MainWindow::ShowEditor}, {IDM_BASIC_LIST, &MainWindow::ShowBasicList},
         {IDM_REAPPLY, &MainWindow::Reapply},   {IDM_ADD_STANDARD, &MainWindow::AddStandards},
-        {IDM_ABOUT, &MainWindow::ShowAbout},
+        {IDM_ABOUT, &MainWindow::ShowAbout},   {IDM_ATTRIBUTES, &MainWindow::ShowAttributes},
     };
     if (const TemplInfo* favorite = Toolbar->FavoriteOf(id)) {
-        return ApplyFavorite(*favorite);
+        return ApplyByName(*favorite);
     }
     const auto* command = std::find_if(std::begin(Commands), std::end(Commands),
                                        [id](const Command& each) { return each.Id == id; });
@@ -170,13 +182,18 @@ bool MainWindow::RunDocumentCommand(int id) {
     for (const auto& command : DocumentCommands()) {
         if (command.Id == id) {
             command.Set(Table);
-            IsChanged = true;
-            Toolbar->MarkApplied(-1);
-            ShowDocument();
+            ShowChange();
             return true;
         }
     }
     return false;
+}
+
+/// Shows that the settings are no longer those of a favorite.
+void MainWindow::ShowChange() {
+    IsChanged = true;
+    Toolbar->MarkApplied(-1);
+    ShowDocument();
 }
 
 std::optional<LRESULT> MainWindow::OnNotify(NMHDR& header) {
@@ -202,15 +219,30 @@ void MainWindow::OnMenuOpened(HMENU menu) {
                    MF_BYCOMMAND | (applied != nullptr && !IsStandard(*applied) ? MF_ENABLED : MF_GRAYED));
 }
 
+/// Fetches the settings with the open list.
 void MainWindow::ApplyFavorite(const TemplInfo& favorite) {
-    const TemplInfo chosen = favorite; // What is shown, the given favorite with it, may change underneath.
-    if (!Store.Apply(chosen, Table)) {
-        ShowFavorites();
-        return Complain(FormatText(IDS_ERROR_APPLY, ToWide(chosen.Name).c_str()));
+    ShowApplied(favorite, Store.Apply(favorite, Table));
+}
+
+/// Fetches the settings by the favorite's name, as a host does that remembers no more of it; they come afresh
+/// from the file. A standard favorite has none.
+void MainWindow::ApplyByName(const TemplInfo& favorite) {
+    if (IsStandard(favorite) || !Store.IsOnlyOneOfItsName(favorite)) {
+        return ApplyFavorite(favorite);
     }
-    SetApplied(chosen);
+    ShowApplied(favorite, Store.ApplyByName(favorite.Name, favorite.Level, Table));
+}
+
+void MainWindow::ShowApplied(const TemplInfo& favorite, bool succeeded) {
+    const TemplInfo chosen = favorite; // What is shown, the given favorite with it, changes underneath.
+    if (succeeded) {
+        SetApplied(chosen);
+    }
     ShowFavorites();
     ShowDocument();
+    if (!succeeded) {
+        Complain(FormatText(IDS_ERROR_APPLY, ToWide(chosen.Name).c_str()));
+    }
 }
 
 void MainWindow::ApplySelected() {
@@ -221,20 +253,10 @@ void MainWindow::ApplySelected() {
 }
 
 void MainWindow::Reapply() {
-    const TemplInfo* applied = FindApplied();
-    if (applied == nullptr) {
-        return Complain(ResourceText(IDS_ERROR_NOTHING_APPLIED));
+    if (const TemplInfo* applied = FindApplied()) {
+        return ApplyByName(*applied);
     }
-    // A user's favorite is fetched by its name, afresh from its file; a standard one has no file.
-    if (IsStandard(*applied)) {
-        return ApplyFavorite(*applied);
-    }
-    if (!Store.ApplyByName(LastApplied->Name, LastApplied->Level, Table)) {
-        return Complain(FormatText(IDS_ERROR_APPLY, ToWide(LastApplied->Name).c_str()));
-    }
-    IsChanged = false;
-    ShowFavorites();
-    ShowDocument();
+    Complain(ResourceText(IDS_ERROR_NOTHING_APPLIED));
 }
 
 void MainWindow::SaveAsNew() {
@@ -283,6 +305,18 @@ void MainWindow::AddStandards() {
     ShowFavorites();
 }
 
+/// The same dialog that the favorites editor shows for a favorite, here for the document itself.
+void MainWindow::ShowAttributes() {
+    switch (ShowPrintAttributes(Table, Get())) {
+    case Outcome::Accepted:
+        return ShowChange();
+    case Outcome::Failed:
+        return Complain(ResourceText(IDS_ERROR_ATTRIBUTES));
+    default:
+        return;
+    }
+}
+
 void MainWindow::ShowAbout() {
     MessageBoxW(Get(), ResourceText(IDS_ABOUT).c_str(), ResourceText(IDS_TITLE).c_str(), MB_ICONINFORMATION);
 }
@@ -295,7 +329,8 @@ void MainWindow::Report(Outcome outcome) {
     ShowFavorites();
     ShowDocument();
     if (outcome == Outcome::Failed) {
-        Complain(ResourceText(IDS_ERROR_REFUSED));
+        MessageBeep(MB_ICONEXCLAMATION);
+        SetStatus(0, ResourceText(IDS_STATUS_FAILED));
     }
 }
 
@@ -365,8 +400,12 @@ void MainWindow::ShowStatus(std::size_t sheets) {
         FormatText(IDS_STATUS_SHEETS, SampleDocument().PageCount, static_cast<int>(sheets)),
         ToWide(Store.FolderPath())};
     for (WPARAM part = 0; part < std::size(texts); ++part) {
-        SendMessageW(Status, SB_SETTEXTW, part, reinterpret_cast<LPARAM>(texts[part].c_str()));
+        SetStatus(part, texts[part]);
     }
+}
+
+void MainWindow::SetStatus(WPARAM part, const std::wstring& text) {
+    SendMessageW(Status, SB_SETTEXTW, part, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 } // namespace pmx::host

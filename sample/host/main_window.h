@@ -43,6 +43,8 @@ private:
     void OnMenuOpened(HMENU menu);
 
     void ApplyFavorite(const TemplInfo& favorite);
+    void ApplyByName(const TemplInfo& favorite);
+    void ShowApplied(const TemplInfo& favorite, bool succeeded);
     void ApplySelected();
     void Reapply();
     void SaveAsNew();
@@ -51,12 +53,15 @@ private:
     void ShowEditor();
     void ShowBasicList();
     void AddStandards();
+    void ShowAttributes();
     void ShowAbout();
     void Exit();
 
     void ShowFavorites();
     void ShowDocument();
+    void ShowChange();
     void ShowStatus(std::size_t sheets);
+    void SetStatus(WPARAM part, const std::wstring& text);
     void SetApplied(const TemplInfo& favorite);
     const TemplInfo* FindApplied() const;
     void Report(Outcome outcome);

@@ -1,7 +1,6 @@
 #include "host/page_view.h"
 
 #include "host/resource.h"
-#include "host/sample_document.h"
 #include "host/text.h"
 
 #include <algorithm>

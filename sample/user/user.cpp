@@ -34,9 +34,9 @@ std::wstring PathOf(HMODULE module) {
 
 } // namespace
 
-/// Loads the resource library that lies beside the given module and is called like it with the tag added, for
-/// example PMXTemplUIENU.dll beside PMXTemplUI.dll. Null when the user's language is the built-in one
-/// (Japanese) or when there is no such library.
+/// Loads the resource library that lies beside the given module and is called like it with the tag added: for
+/// example PMXTemplUIENU.dll beside PMXTemplUI.dll, PmxSampleHostENU.dll beside PmxSampleHost.exe. Null when
+/// the user's language is the built-in one (Japanese) or when there is no such library.
 extern "C" void* EX_LoadDefaultResourceDLL(void* instance, const char* tag) {
     if (tag == nullptr || WantsBuiltInLanguage()) {
         return nullptr;
@@ -46,6 +46,7 @@ extern "C" void* EX_LoadDefaultResourceDLL(void* instance, const char* tag) {
     if (dot == std::wstring::npos) {
         return nullptr;
     }
-    path.insert(dot, std::wstring(tag, tag + std::char_traits<char>::length(tag)));
+    path.resize(dot);
+    path += std::wstring(tag, tag + std::char_traits<char>::length(tag)) + L".dll";
     return LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
 }

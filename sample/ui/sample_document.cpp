@@ -1,9 +1,9 @@
-#include "host/sample_document.h"
+#include "ui/sample_document.h"
 
-#include "host/resource.h"
-#include "host/text.h"
+#include "ui/text.h"
+#include "ui/words.h"
 
-namespace pmx::host {
+namespace pmx::sample {
 
 namespace {
 
@@ -26,13 +26,13 @@ std::wstring MessageFontName() {
 
 } // namespace
 
-const sample::Original& SampleDocument() {
-    static const sample::Original Document{12, {1, 3, 8}};
+const Original& SampleDocument() {
+    static const Original Document{12, {1, 3, 8}};
     return Document;
 }
 
-const sample::DocumentWords& SampleWords() {
-    static const sample::DocumentWords Words{
+const DocumentWords& SampleWords() {
+    static const DocumentWords Words{
         ResourceText(IDS_DOCUMENT_TITLE),
         ResourceText(IDS_DOCUMENT_SUBTITLE),
         {ResourceText(IDS_SECTION_1), ResourceText(IDS_SECTION_2), ResourceText(IDS_SECTION_3)},
@@ -41,4 +41,4 @@ const sample::DocumentWords& SampleWords() {
     return Words;
 }
 
-} // namespace pmx::host
+} // namespace pmx::sample

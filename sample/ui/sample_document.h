@@ -3,10 +3,10 @@
 #include "drawing/page_art.h"
 #include "layout/layout.h"
 
-namespace pmx::host {
+namespace pmx::sample {
 
 /// The document that this host shows: twelve pages in three sections.
-const sample::Original& SampleDocument();
-const sample::DocumentWords& SampleWords();
+const Original& SampleDocument();
+const DocumentWords& SampleWords();
 
-} // namespace pmx::host
+} // namespace pmx::sample
