@@ -15,7 +15,7 @@ namespace pmx::host {
 
 namespace {
 
-constexpr int PaneWidth = 372;
+constexpr int PaneWidth = 412;
 constexpr int SummaryHeight = 330;
 constexpr int HeadingHeight = 24;
 
@@ -103,7 +103,7 @@ std::optional<LRESULT> MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lP
 void MainWindow::OnCreated() {
     Icons = LoadFavoriteIcons();
     Toolbar.emplace(Get());
-    Pages.emplace(Get(), IDC_PAGES);
+    Pages.emplace(Get(), IDC_SHEETS);
     CreateFavoritesPane();
     Status = CreateWindowExW(0, STATUSCLASSNAMEW, nullptr, WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0,
                              Get(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_STATUS)),
@@ -118,11 +118,11 @@ void MainWindow::CreateFavoritesPane() {
     List.emplace(
         Get(), IDC_LIST,
         std::vector<ListView::Column>{
-            {IDS_COLUMN_NAME, 144}, {IDS_COLUMN_LEVEL, 66}, {IDS_COLUMN_KIND, 78}, {IDS_COLUMN_TOOLBAR, 72}});
+            {IDS_COLUMN_NAME, 174}, {IDS_COLUMN_LEVEL, 66}, {IDS_COLUMN_KIND, 84}, {IDS_COLUMN_TOOLBAR, 72}});
     List->SetIcons(Icons.get());
     CreateHeading(IDS_SUMMARY_HEADING, SummaryHeading);
     Summary.emplace(Get(), IDC_SUMMARY,
-                    std::vector<ListView::Column>{{IDS_COLUMN_SETTING, 96}, {IDS_COLUMN_VALUE, 258}});
+                    std::vector<ListView::Column>{{IDS_COLUMN_SETTING, 96}, {IDS_COLUMN_VALUE, 298}});
 }
 
 void MainWindow::CreateHeading(int textId, HWND& heading) {

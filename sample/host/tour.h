@@ -1,7 +1,8 @@
 #pragma once
 
+#include "host/tour_dialogs.h"
+
 #include <filesystem>
-#include <functional>
 #include <stop_token>
 #include <string>
 #include <thread>
@@ -10,9 +11,10 @@
 
 namespace pmx::host {
 
-/// A scripted walk through the host: a thread of its own works the window as a user would, and after each
-/// step leaves a file `NN-name.ready` in the tour's folder and waits until somebody, having taken a picture,
-/// has removed it. Ends the program when it is through.
+/// A scripted walk through the host: a thread of its own works the windows as a user would, and after each
+/// step leaves a file `NN-name.ready` in the tour's folder, which says where on the screen the step is to be
+/// seen, and waits until somebody, having taken a picture, has removed it. Ends the program when it is
+/// through; a file `complete` tells that it is, `failed` why it is not.
 class Tour {
 public:
     Tour(HWND window, std::filesystem::path folder);
@@ -25,12 +27,24 @@ private:
     void ShowToolbarFavorites();
     void ShowSettings();
     void ShowMenu(wchar_t accessKey, const std::string& name);
+    void ShowAttributes();
+    void SaveNew();
+    void Register();
+    void ApplyUserFavorite();
+    void Update();
+    void ShowEditor();
+    void CreateInEditor(HWND editor);
+    void CopyInEditor(HWND editor);
+    void RenameInEditor(HWND editor);
+    void ExportAndImport(HWND editor);
+    void ShowBasicList();
+    void Fail(const std::string& reason);
     void Choose(int command);
     void Step(const std::string& name);
-    bool WaitFor(const std::function<bool()>& condition) const;
-    bool WaitUntilGone(const std::filesystem::path& file);
+    bool WaitUntilGone(const std::filesystem::path& file) const;
 
     HWND Window;
+    TourDialogs Dialogs;
     std::filesystem::path Folder;
     int Count = 0;
     bool Complete = false;

@@ -113,7 +113,7 @@ INT_PTR AttributeDialog::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
 
 bool AttributeDialog::OnOpened() {
     const unsigned kind = static_cast<unsigned>(Part) - static_cast<unsigned>(Level::Document);
-    SetWindowTextW(Window, FormatText(IDS_TITLE, ResourceText(IDS_KIND + kind).c_str()).c_str());
+    SetWindowTextW(Window, FormatText(IDS_DIALOG_TITLE, ResourceText(IDS_KIND + kind).c_str()).c_str());
     for (const SettingsTab& tab : SettingsTabs()) {
         if (tab.Part >= Part) {
             AddTab(tab);
