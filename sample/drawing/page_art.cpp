@@ -2,6 +2,7 @@
 
 #include "drawing/palette.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -108,7 +109,12 @@ private:
             return Fill({area.X, area.Y + size * 0.4F, length, size * 0.5F}, color);
         }
         const Gdiplus::FontFamily family(Words.FontName.c_str());
-        const Gdiplus::Font font(&family, size, Gdiplus::FontStyleBold, Gdiplus::UnitPixel);
+        const Gdiplus::Font full(&family, size, Gdiplus::FontStyleBold, Gdiplus::UnitPixel);
+        RectF needed;
+        Canvas.MeasureString(text.c_str(), -1, &full, PointF(), &needed);
+        constexpr float Reserve = 1.2F; // Small letters come out wider than they measure.
+        const float fitting = size * std::min(1.0F, area.Width / std::max(1.0F, needed.Width * Reserve));
+        const Gdiplus::Font font(&family, fitting, Gdiplus::FontStyleBold, Gdiplus::UnitPixel);
         Gdiplus::StringFormat format;
         format.SetAlignment(alignment);
         format.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);

@@ -3,7 +3,9 @@
 #include "host/resource.h"
 #include "host/text.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string>
 
 namespace pmx::host {
 
@@ -103,10 +105,13 @@ bool HasWatermark(const AttributeTable& table) {
 }
 
 void SwitchWatermark(AttributeTable& table) {
+    const std::string words = ToNarrow(ResourceText(IDS_WATERMARK_TEXT));
+    constexpr std::size_t Largest = 120;
+    constexpr std::size_t LineLength = 900; // So that a long word stays on the paper.
     table.Face.WatermarkOn = !HasWatermark(table);
-    table.Face.Mark.Words.Set(ToNarrow(ResourceText(IDS_WATERMARK_TEXT)));
+    table.Face.Mark.Words.Set(words);
     table.Face.Mark.Density = Strength::Medium;
-    table.Face.Mark.Size = std::uint16_t{120};
+    table.Face.Mark.Size = static_cast<std::uint16_t>(std::min(Largest, LineLength / (words.size() + 1)));
 }
 
 bool IsGray(const AttributeTable& table) {

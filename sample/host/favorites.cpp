@@ -58,6 +58,12 @@ Favorites::Favorites(std::string folder) : Folder(std::move(folder)) {
     }
 }
 
+const TemplInfo* Favorites::FindAt(std::int64_t position) const {
+    const auto found = std::find_if(Infos.begin(), Infos.end(),
+                                    [position](const TemplInfo& each) { return each.Position == position; });
+    return found == Infos.end() ? nullptr : &*found;
+}
+
 void Favorites::Open() {
     List.reset(EX_CreateTemplList(Folder.c_str(), ListFileName, Extension));
     ReadInfos();

@@ -29,6 +29,9 @@ public:
     /// All favorites in the order of the list.
     const std::vector<TemplInfo>& All() const { return Infos; }
 
+    /// The favorite at that position of the list; null when there is none.
+    const TemplInfo* FindAt(std::int64_t position) const;
+
     /// Reads the list again, after a dialog of the library may have changed it.
     void Reload();
 

@@ -268,8 +268,9 @@ void MainWindow::SaveAsNew() {
     }
     info.Level = PMX_LEVEL_DOCUMENT; // The whole table is saved, whichever favorite it began with.
     const Outcome outcome = Store.SaveAsNew(info, Table, Get());
-    if (outcome == Outcome::Accepted) {
-        SetApplied(info);
+    const TemplInfo* saved = Store.FindAt(info.Position); // It has a file now; the call does not say which.
+    if (outcome == Outcome::Accepted && saved != nullptr) {
+        SetApplied(*saved);
     }
     Report(outcome);
 }
@@ -339,19 +340,18 @@ void MainWindow::Complain(const std::wstring& text) {
 }
 
 void MainWindow::SetApplied(const TemplInfo& favorite) {
-    LastApplied = Applied{favorite.Name, LevelOf(favorite), favorite.Position};
+    LastApplied = Applied{favorite.FilePath, favorite.Level, favorite.Position};
     IsChanged = false;
 }
 
-/// The favorite that was applied last, as the list holds it now: the one of that name and level, of several
-/// the one at its former place.
+/// The favorite that was applied last, as the list holds it now; of several the one at its former place.
 const TemplInfo* MainWindow::FindApplied() const {
     if (!LastApplied) {
         return nullptr;
     }
     const TemplInfo* found = nullptr;
     for (const auto& favorite : Store.All()) {
-        const bool same = favorite.Name == LastApplied->Name && LevelOf(favorite) == LastApplied->Level;
+        const bool same = favorite.FilePath == LastApplied->FilePath && favorite.Level == LastApplied->Level;
         if (same && (found == nullptr || favorite.Position == LastApplied->Position)) {
             found = &favorite;
         }

@@ -23,8 +23,10 @@ protected:
     std::optional<LRESULT> Answer(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
+    /// What is remembered of the favorite that was applied last. A standard one is known by its number, which
+    /// stands for the path, and a user's by its file, which it keeps when it is renamed.
     struct Applied {
-        std::string Name;
+        std::string FilePath;
         std::int32_t Level = 0;
         std::int64_t Position = -1;
     };

@@ -112,7 +112,8 @@ void PageView::Arrange() {
     InvalidateRect(Get(), nullptr, FALSE);
 }
 
-/// The number of columns with which the sheets become largest.
+/// The number of columns with which the sheets become largest; of equally large ones the most columns, which
+/// scroll least.
 PageView::Arrangement PageView::FindArrangement(int width, int height) const {
     Arrangement best{1, 0, 0};
     const int count = static_cast<int>(Layout.Sheets.size());
@@ -123,7 +124,7 @@ PageView::Arrangement PageView::FindArrangement(int width, int height) const {
         const float fitting = room / static_cast<float>(rows * Layout.Sheets.front().Paper.Height);
         const float smallest = SmallestFace / static_cast<float>(Layout.Sheets.front().Paper.Height);
         candidate.Scale = std::min({candidate.Scale, std::max(fitting, smallest), LargestScale});
-        if (candidate.Scale > best.Scale) {
+        if (candidate.Scale >= best.Scale) {
             candidate.Height =
                 Margin + rows * (LabelHeight + Margin +
                                  static_cast<int>(static_cast<float>(Layout.Sheets.front().Paper.Height) *
