@@ -11,10 +11,8 @@ namespace pmx {
 class TemporaryFile {
 public:
     /// `folder` ends in a separator; `files` and `clock` must outlive this object.
-    TemporaryFile(Files& files, Clock& clock, const std::string& folder) : FileSystem(files), Timer(clock) {
-        FileError error = FileError::None;
-        Path = files.CreateTemporary(folder, error);
-    }
+    TemporaryFile(Files& files, Clock& clock, const std::string& folder)
+        : FileSystem(files), Timer(clock), Path(Create(files, folder)) {}
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
@@ -30,6 +28,11 @@ public:
     void Release() { Path.clear(); }
 
 private:
+    static std::string Create(Files& files, const std::string& folder) {
+        FileError error = FileError::None;
+        return files.CreateTemporary(folder, error);
+    }
+
     Files& FileSystem;
     Clock& Timer;
     std::string Path;
