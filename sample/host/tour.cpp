@@ -21,6 +21,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const wchar_t* MenuClass = L"#32768";
+constexpr const wchar_t* NoteClass = L"PmxNote";
 constexpr auto LongestPicture = std::chrono::seconds(60);
 
 /// Controls of the favorites library's dialogs.
@@ -55,7 +56,8 @@ using Notification = std::unique_ptr<std::remove_pointer_t<HANDLE>, Notification
 BOOL CALLBACK AddPlaceOfDialog(HWND window, LPARAM parameter) {
     std::array<wchar_t, 16> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-    if (IsWindowVisible(window) != FALSE && std::wstring_view(name.data()) == L"#32770") {
+    const std::wstring_view kind = name.data();
+    if (IsWindowVisible(window) != FALSE && (kind == L"#32770" || kind == NoteClass)) {
         RECT place{};
         GetWindowRect(window, &place);
         auto& all = *reinterpret_cast<RECT*>(parameter);
@@ -241,6 +243,7 @@ void Tour::ShowEditor() {
     CreateInEditor(dialog);
     CopyInEditor(dialog);
     Step("editor");
+    ShowHelp(dialog, editor::Name, "help-note");
     RenameInEditor(dialog);
     ExportAndImport(dialog);
     Dialogs.CloseWith(dialog, IDOK);
@@ -278,6 +281,19 @@ void Tour::RenameInEditor(HWND editor) {
     TourDialogs::Type(editor, editor::Name, ResourceText(IDS_TOUR_NAME + 5));
     TourDialogs::Focus(editor, editor::List);
     Step("renamed");
+}
+
+void Tour::ShowHelp(HWND dialog, int control, const std::string& name) {
+    const auto find = [] { return FindWindowW(NoteClass, nullptr); };
+    TourDialogs::AskHelp(dialog, control);
+    if (!TourDialogs::WaitFor([&] { return IsWindowVisible(find()) != FALSE; })) {
+        throw std::runtime_error("no help note is shown: " + name);
+    }
+    Step(name);
+    PostMessageW(find(), WM_CLOSE, 0, 0);
+    if (!TourDialogs::WaitFor([&] { return find() == nullptr; })) {
+        throw std::runtime_error("the help note does not go: " + name);
+    }
 }
 
 /// Into a file beside the favorites and back: the name is taken then, and the library asks for another.

@@ -38,6 +38,7 @@ private:
     void RenameInEditor(HWND editor);
     void ExportAndImport(HWND editor);
     void ShowBasicList();
+    void ShowHelp(HWND dialog, int control, const std::string& name);
     void Fail(const std::string& reason);
     void Choose(int command);
     void Step(const std::string& name);
