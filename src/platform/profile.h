@@ -27,8 +27,8 @@ public:
 
     /// Reads the file once and visits every `key=value` of the first section of that name in file order,
     /// duplicates included; comments and lines without `=` are not visited. Cost is linear in the size of the
-    /// file.
-    virtual void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) = 0;
+    /// file. False when the file is there and could not be read, as far as the platform tells.
+    virtual bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) = 0;
 
     /// The value of one key, or the default when the key is missing.
     virtual std::string ReadString(const std::string& path, std::string_view section, std::string_view key,

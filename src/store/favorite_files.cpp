@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 namespace pmx {
 
@@ -68,7 +69,11 @@ bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const 
 }
 
 bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
-    return RetryWhileHeld(files, clock, [&] { return files.Remove(path); }) == FileError::None;
+    try {
+        return RetryWhileHeld(files, clock, [&] { return files.Remove(path); }) == FileError::None;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target) {

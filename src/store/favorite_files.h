@@ -25,7 +25,7 @@ FileError RetryWhileHeld(Files& files, Clock& clock, const std::function<FileErr
 bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
                    bool failIfExists);
 
-/// Deletes a file with the same retries; true on success.
+/// Deletes a file with the same retries; true on success, false also when memory runs out.
 bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path);
 
 /// Puts `source` in the place of `target` (Files::Replace) with the same retries; true on success.

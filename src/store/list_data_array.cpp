@@ -26,7 +26,8 @@ std::size_t ReadBufferSize(const std::string& path) {
     if (file.Open(path.c_str(), 0) != 1) {
         return SmallestReadBuffer;
     }
-    return static_cast<std::size_t>(std::max<std::int64_t>(file.GetFileSize(), 0));
+    const std::int64_t size = file.GetFileSize();
+    return size >= 0 ? static_cast<std::size_t>(size) : SmallestReadBuffer;
 }
 
 /// A file name as the platform takes it, which drops dots and blanks at the end.
@@ -110,16 +111,19 @@ bool CPMXTemplUIListDataArray::LoadList() {
     if (Folder.empty() || ListFilePath.empty()) {
         return false;
     }
+    ListFileUnreadable = true; // until it has been read
     try {
         const std::size_t bufferSize = ReadBufferSize(ListFilePath);
         // A file that another program shuts off reads as if it were not there. Held open here, it cannot be
         // shut off between this question and the reading.
         const OpenResult held = HoldListFile();
-        ListFileUnreadable = held.Error != FileError::None && held.Error != FileError::NotFound;
+        const bool isShutOff = held.Error != FileError::None && held.Error != FileError::NotFound;
         // The platform's string read gives one byte less than its buffer holds.
         const std::size_t valueLimit = bufferSize > 0 ? bufferSize - 1 : 0;
-        ReadListFile(ListFilePath, valueLimit, Services,
-                     [this](std::unique_ptr<CPMXTemplUIListData> record) { Add(std::move(record)); });
+        const bool isRead =
+            ReadListFile(ListFilePath, valueLimit, Services,
+                         [this](std::unique_ptr<CPMXTemplUIListData> record) { Add(std::move(record)); });
+        ListFileUnreadable = isShutOff || !isRead;
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -244,8 +248,12 @@ bool CPMXTemplUIListDataArray::SaveFavorite(CPMXTemplUIListData& record) const {
 }
 
 bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record) const {
-    const std::optional<std::string> path = FavoritePath(record);
-    return path && RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
+    try {
+        const std::optional<std::string> path = FavoritePath(record);
+        return path && RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 void CPMXTemplUIListDataArray::DeleteFilesOfDeleted(

@@ -54,7 +54,7 @@ public:
 
     /// Replaces the list file by the given records in order; null and deleted ones are left out, but `count`
     /// is written as their number. The former file stays, whole, when the new one cannot be made, when it is
-    /// read-only or when it could not be read by LoadList. False then; no file of a favorite is touched.
+    /// read-only or when LoadList has not read it to its end. False then; no file of a favorite is touched.
     bool WriteListFile(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) const;
 
     /// The same with all records of this list and their number.
@@ -87,7 +87,7 @@ public:
     /// Writes a record's document to its favorite file.
     bool SaveFavorite(CPMXTemplUIListData& record) const;
 
-    /// Deletes a record's favorite file, with retries. False when that failed.
+    /// Deletes a record's favorite file, with retries. False when that failed or memory ran out.
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 
     /// Deletes the favorite files of those of the given records that are user favorites marked deleted,
@@ -113,7 +113,7 @@ private:
     std::string Folder;
     std::string ListFilePath;
     std::vector<std::unique_ptr<CPMXTemplUIListData>> Records;
-    bool ListFileUnreadable = false; // the list file was there and could not be opened when it was last read
+    bool ListFileUnreadable = false; // the list file was there and could not be read whole the last time
     StoreServices Services;
 };
 

@@ -271,13 +271,14 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
     return record;
 }
 
-void ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
+bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
                   const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take) {
     ListCollector collector(valueLimit, services.LeadBytes(), take);
-    services.Profiles.VisitSection(
+    const bool isRead = services.Profiles.VisitSection(
         path, ListSection,
         [&collector](std::string_view key, std::string_view value) { collector.Visit(key, value); });
     collector.Finish();
+    return isRead;
 }
 
 ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) {

@@ -36,7 +36,8 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
 
 /// Reads a list file once and hands over its favorites in the order of their numbers. `valueLimit` is the
 /// most bytes of a value that are looked at. Cost depends on the size of the file, whatever count it states.
-void ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
+/// False when the file is there and could not be read.
+bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
                   const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take);
 
 /// The entries of the section for the given records in order; null and deleted ones are left out. `count` is

@@ -20,7 +20,7 @@ struct ProfileFailure {
 };
 
 /// Real profile files, some of whose operations fail as planned, without having done anything: a read as if
-/// the file could not be read, a write with false.
+/// the file could not be read, a visit and a write with false.
 class FakeProfile : public Profile {
 public:
     /// `profile` must outlive this object.
@@ -28,10 +28,8 @@ public:
 
     FailurePlan<ProfileOperation, ProfileFailure> Plan;
 
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
-        if (!Plan.Next(ProfileOperation::VisitSection)) {
-            Inner.VisitSection(path, section, visit);
-        }
+    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
+        return !Plan.Next(ProfileOperation::VisitSection) && Inner.VisitSection(path, section, visit);
     }
 
     std::string ReadString(const std::string& path, std::string_view section, std::string_view key,

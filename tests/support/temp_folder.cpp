@@ -23,6 +23,9 @@ std::string SjisOf(const fs::path& path) {
 }
 
 fs::path Parent() {
+    if (const char* const folder = std::getenv("PMX_TEMP_FOLDER")) {
+        return fs::absolute(folder);
+    }
     const char* const buildFolder = std::getenv("PMX_BUILD_FOLDER");
     return buildFolder == nullptr ? fs::temp_directory_path() : fs::absolute(buildFolder) / "temp";
 }

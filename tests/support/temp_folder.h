@@ -11,7 +11,8 @@ namespace pmx::test {
 std::filesystem::path DiskPath(std::string_view path);
 
 /// A folder of its own for one test, empty at first, gone with everything in it at the end. It lies under the
-/// folder that the environment variable PMX_BUILD_FOLDER names, else under the system's temporary folder.
+/// folder that the environment variable PMX_TEMP_FOLDER or PMX_BUILD_FOLDER names, else under the system's
+/// temporary folder.
 ///
 /// All paths and names are in code page 932 and may be Japanese. Operations that cannot do what they say
 /// throw.

@@ -90,13 +90,21 @@ FileError ReadWhole(const std::string& nativePath, FileBytes& bytes) {
     return ReadAll(file, bytes) ? FileError::None : FileError::Other;
 }
 
-ProfileText ReadProfile(const std::string& path) {
+/// The file's text; nothing when there is a file that cannot be read. A missing one has no text.
+std::optional<ProfileText> TryReadProfile(const std::string& path) {
     const FileDescriptor file = OpenProfile(posix::NativePath(path), O_RDONLY);
+    if (!file.IsOpen() && (errno == ENOENT || errno == ENOTDIR)) {
+        return ProfileText();
+    }
     FileBytes bytes;
     if (!file.IsOpen() || !ReadAll(file, bytes)) {
-        return {};
+        return std::nullopt;
     }
     return ProfileText(std::move(bytes));
+}
+
+ProfileText ReadProfile(const std::string& path) {
+    return TryReadProfile(path).value_or(ProfileText());
 }
 
 /// True when the folder exists that the file would be in.
@@ -197,13 +205,17 @@ bool IsBlank(std::string_view section) {
 
 class PosixProfile final : public Profile {
 public:
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
-        const ProfileText text = ReadProfile(path);
+    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
+        const std::optional<ProfileText> text = TryReadProfile(path);
+        if (!text) {
+            return false;
+        }
         SectionLines lines(visit);
-        ForEachLine(text, section, [&](const ProfileLine& line) {
-            Visit(lines, line, text.Encoding());
+        ForEachLine(*text, section, [&](const ProfileLine& line) {
+            Visit(lines, line, text->Encoding());
             return true;
         });
+        return true;
     }
 
     std::string ReadString(const std::string& path, std::string_view section, std::string_view key,

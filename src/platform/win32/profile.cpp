@@ -102,6 +102,12 @@ std::string ReadText(const std::string& path, const std::string& section, const 
     return ReadGrowing(FirstBuffer, LargestBuffer, read).value_or(std::string());
 }
 
+/// False for a file that is there and cannot be opened, which the platform reads as if it were empty.
+bool CanBeRead(const std::string& path) {
+    return GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES ||
+           std::ifstream(path, std::ios::binary).is_open();
+}
+
 void TakeLine(SectionLines& lines, std::string_view line) {
     const std::size_t sign = line.find('=');
     if (sign == std::string_view::npos) {
@@ -246,13 +252,13 @@ bool IsWritten(const std::string& path, const std::string& section, const Profil
 
 } // namespace
 
-void WindowsProfile::VisitSection(const std::string& path, std::string_view section, const Visitor& visit) {
+bool WindowsProfile::VisitSection(const std::string& path, std::string_view section, const Visitor& visit) {
     ForgetFile(path);
     // The section read, unlike that of a key, does not drop the blanks around the name.
     const std::string asked = CallText(section);
     const std::string name(WithoutBlanks(asked));
     if (!IsPassable(name)) {
-        return;
+        return CanBeRead(path);
     }
     const auto read = [&](char* buffer, DWORD size) {
         return GetPrivateProfileSectionA(name.c_str(), buffer, size, path.c_str());
@@ -261,10 +267,11 @@ void WindowsProfile::VisitSection(const std::string& path, std::string_view sect
     const std::optional<std::string> list = ReadGrowing(size, LargestSectionBuffer, read);
     if (!list) {
         VisitKeys(path, name, visit);
-        return;
+        return true;
     }
     SectionLines lines(visit);
     ForEachText(*list, [&](std::string_view line) { TakeLine(lines, line); });
+    return !list->empty() || CanBeRead(path);
 }
 
 std::string WindowsProfile::ReadString(const std::string& path, std::string_view section,

@@ -22,7 +22,7 @@ public:
     explicit WindowsProfile(std::size_t largestSectionBuffer = LargestBuffer)
         : LargestSectionBuffer(largestSectionBuffer) {}
 
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override;
+    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override;
     std::string ReadString(const std::string& path, std::string_view section, std::string_view key,
                            std::string_view defaultValue) override;
     std::int32_t ReadInt(const std::string& path, std::string_view section, std::string_view key,

@@ -105,7 +105,7 @@ TEST_F(ListExportsTest, NoFolderIsNoList) {
 /// Profiles that lack memory for reading.
 class PoorReader : public FakeProfile {
 public:
-    void VisitSection(const std::string& /*path*/, std::string_view /*section*/,
+    bool VisitSection(const std::string& /*path*/, std::string_view /*section*/,
                       const Visitor& /*visit*/) override {
         throw std::bad_alloc();
     }

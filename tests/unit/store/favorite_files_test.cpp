@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -212,6 +213,34 @@ TEST_F(RetryingFilesTest, AFileThatAnotherProcessHoldsIsDeletedOnceItIsReleased)
     Fakes.Clock.OnSleep = [&] { other.Release(); };
     EXPECT_TRUE(RetryDeleteFile(SystemFiles(), Fakes.Clock, Folder.Path(Sjis(u8"表.pmt"))));
     EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(1000));
+    EXPECT_THAT(Folder.Names(), IsEmpty());
+}
+
+/// The system's clock, which really waits; while it does, another process lets a file go.
+class WaitingClock : public Clock {
+public:
+    explicit WaitingClock(HoldingProcess& process) : Other(process) {}
+
+    std::size_t Sleeps = 0;
+
+    void Sleep(std::uint32_t milliseconds) override {
+        ++Sleeps;
+        Other.Release();
+        SystemClock().Sleep(milliseconds);
+    }
+
+private:
+    HoldingProcess& Other;
+};
+
+TEST_F(RetryingFilesTest, AFileThatAnotherProcessLetsGoIsDeletedAfterOneSecondOfRealTime) {
+    Folder.Write("a.pmt", "content");
+    HoldingProcess other(Folder.Path("a.pmt"));
+    WaitingClock clock(other);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(RetryDeleteFile(SystemFiles(), clock, Folder.Path("a.pmt")));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000));
+    EXPECT_EQ(clock.Sleeps, 1U);
     EXPECT_THAT(Folder.Names(), IsEmpty());
 }
 

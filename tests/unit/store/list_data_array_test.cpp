@@ -265,6 +265,16 @@ TEST_F(ListDataArrayTest, TakenFileNamesAreNumberedFromOneWithAPauseBetween) {
     EXPECT_EQ(Folder.Read("Name.pmt"), "");
 }
 
+TEST_F(ListDataArrayTest, ATakenFileIsClosedAgainBeforeThePause) {
+    Folder.Write("Name.pmt", "");
+    Folder.Write("Name-1.pmt", "");
+    Fakes.Clock.OnSleep = [this] {
+        EXPECT_EQ(SystemFiles().Open({.Path = Folder.Path("Name-1.pmt")}).Error, FileError::None);
+    };
+    EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-2.pmt");
+    EXPECT_EQ(Fakes.Clock.Sleeps.size(), 1U);
+}
+
 TEST_F(ListDataArrayTest, NumberedProbesOpenAnExistingFileForReadingAndWriting) {
     Folder.Write("Name.pmt", "");
     MakeList()->MakeFileName("Name");

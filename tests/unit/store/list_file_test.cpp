@@ -228,6 +228,13 @@ TEST_F(ListFileTest, TheOrderOfTheLinesDoesNotMatter) {
                 ElementsAre("A", "B", "C", "D"));
 }
 
+TEST_F(ListFileTest, TheFirstValueOfANumberCountsEvenBeforeTheCount) {
+    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateData0=0~A~1~0~14~a\r\nTemplateNum=3\r\n"
+                        "TemplateData0=0~X~1~0~14~x\r\nTemplateData1=0~B~1~0~14~b\r\n"
+                        "TemplateData2=0~C~1~0~14~c\r\nTemplateData1=0~Y~1~0~14~y\r\n"),
+                ElementsAre("A", "B", "C"));
+}
+
 TEST_F(ListFileTest, GapsAreSkipped) {
     EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=0~A~1~0~14~a\r\n"
                         "TemplateData2=0~C~1~0~14~c\r\n"),
@@ -327,12 +334,12 @@ TEST_F(ListFileTest, AFileThatCannotBeMeasuredIsReadWithTheSmallestBuffer) {
     EXPECT_THAT(Names(), ElementsAre("A", longName));
 }
 
-TEST_F(ListFileTest, AnEmptyFileOrOneOfUnknownSizeIsAnEmptyList) {
+TEST_F(ListFileTest, AnEmptyFileIsAnEmptyListAndOneOfUnknownSizeIsRead) {
     EXPECT_THAT(NamesIn(""), IsEmpty());
     Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}));
     Host.Plan.FailAt(HostCall::FileSize, 2, HostFailure::Refuse);
     EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), IsEmpty());
+    EXPECT_THAT(Names(), ElementsAre("A"));
     EXPECT_EQ(Host.LiveFiles, 0U);
 }
 
@@ -341,9 +348,9 @@ class PoorProfile : public FakeProfile {
 public:
     std::size_t Entries = 0;
 
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
+    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
         std::size_t count = 0;
-        FakeProfile::VisitSection(path, section, [&](std::string_view key, std::string_view value) {
+        return FakeProfile::VisitSection(path, section, [&](std::string_view key, std::string_view value) {
             if (count++ == Entries) {
                 throw std::bad_alloc();
             }
@@ -361,6 +368,8 @@ TEST_F(ListFileTest, LackOfMemoryIsAFalseResultWithWhatWasReadSoFar) {
     EXPECT_FALSE(list.LoadList());
     ASSERT_EQ(list.GetSize(), 2);
     EXPECT_EQ(list.GetAt(1)->GetName(), "B");
+    EXPECT_FALSE(list.WriteListFile()) << "a part must not take the place of the whole";
+    EXPECT_EQ(Folder.Read(ListFile), Section("3", {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"}));
 }
 
 /// Profiles during whose reading somebody tries to shut the file off.
@@ -368,9 +377,9 @@ class WatchingProfile : public FakeProfile {
 public:
     FileError ShutOff = FileError::None;
 
-    void VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
+    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
         ShutOff = SystemFiles().Open({.Path = path, .Access = FileAccess::ReadWrite}).Error;
-        FakeProfile::VisitSection(path, section, visit);
+        return FakeProfile::VisitSection(path, section, visit);
     }
 };
 
@@ -529,6 +538,20 @@ TEST_F(ListFileTest, AFileThatCouldNotBeReadIsNotOverwrittenLater) {
     EXPECT_TRUE(List.LoadList());
     EXPECT_THAT(Names(), ElementsAre("A"));
     EXPECT_TRUE(List.WriteListFile()) << "once read, it may be written";
+}
+
+TEST_F(ListFileTest, AFileWhoseReadingFailedIsNotOverwrittenLater) {
+    const std::string before = Section("1", {"0~A~1~0~14~a"});
+    Folder.Write(ListFile, before);
+    Fakes.Profiles.Plan.FailAt(ProfileOperation::VisitSection, 1, {});
+    EXPECT_TRUE(List.LoadList());
+    EXPECT_FALSE(List.WriteListFile());
+    Host.Plan.FailAt(HostCall::OpenFile, 2, HostFailure::Raise);
+    EXPECT_THROW(List.LoadList(), HostError);
+    EXPECT_FALSE(List.WriteListFile());
+    EXPECT_EQ(Folder.Read(ListFile), before);
+    EXPECT_TRUE(List.LoadList());
+    EXPECT_TRUE(List.WriteListFile());
 }
 
 TEST_F(ListFileTest, AFolderInTheListFilesPlaceIsNeitherReadNorWritten) {

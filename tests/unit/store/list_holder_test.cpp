@@ -412,6 +412,24 @@ TEST_F(ListHolderTest, ANewRecordThatCannotBeSavedIsNotWrittenAndNotInTheList) {
     EXPECT_FALSE(Folder.Exists("Name.pmt"));
 }
 
+TEST_F(ListHolderTest, ASavedRecordIsAUserFavoriteThatIsNewAndNothingElse) {
+    CPMXTemplUIListData& record = *Holder.GetAt(0);
+    record.SetStandard(1);
+    record.SetDeleteFlag(1);
+    record.SetImportFlag(1);
+    ASSERT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
+    EXPECT_EQ(Holder.SaveExistingRecord("Other", 4, *record.GetDocument(), record), StoreResult::Success);
+    EXPECT_EQ(record.GetStandard(), 0U);
+    EXPECT_EQ(record.GetName(), "Other");
+    EXPECT_EQ(record.GetLevel(), 4);
+    EXPECT_EQ(record.GetToolbar(), 0);
+    EXPECT_EQ(record.GetIconIndex(), 14);
+    EXPECT_EQ(record.GetFileName(), "first.pmt");
+    EXPECT_EQ(record.GetNewFlag(), 1);
+    EXPECT_EQ(record.GetDeleteFlag(), 0);
+    EXPECT_EQ(record.GetImportFlag(), 0);
+}
+
 TEST_F(ListHolderTest, AnExistingRecordThatCannotBeSavedIsNotWritten) {
     CPMXTemplUIListData& record = *Holder.GetAt(0);
     ASSERT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
