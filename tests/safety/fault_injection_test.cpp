@@ -227,6 +227,21 @@ void EditAndCancel(World& world) {
     RunEditor(world, [&world](MemoryUser& user) { Edit(world, user); });
 }
 
+/// Moves the first favorite down and deletes the last.
+void ArrangeAndAccept(World& world) {
+    world.Desktop.Scripts[dialog::BasicList] = [](MemoryUser& user) {
+        if (user.RowCount(control::BasicList) == 3) {
+            user.ClickRow(control::BasicList, 0);
+            PressIfEnabled(user, control::BasicDown);
+            user.ClickRow(control::BasicList, 2);
+            PressIfEnabled(user, control::BasicDelete);
+        }
+        PressIfEnabled(user, control::Ok);
+    };
+    ShowBasicList(world.Folder.Path().c_str(), ListFile, ".pmt", WindowHandle::None, world.Desktop.Services,
+                  world.Store.Services);
+}
+
 void Import(World& world) {
     const auto list = Opened(world);
     if (!list) {
@@ -266,6 +281,7 @@ const Operation Operations[] = {
     {"RegisterOver", RegisterOver, {}, {"b.pmt"}, false},
     {"EditorOk", EditAndAccept, {"b.pmt"}, {}, true},
     {"EditorCancel", EditAndCancel, {}, {}, false},
+    {"BasicListOk", ArrangeAndAccept, {"b.pmt"}, {}, true},
     {"Import", Import, {}, {}, false},
     {"Export", Export, {}, {}, false},
 };

@@ -5,11 +5,15 @@
 
 namespace pmx::test {
 
-/// Another process that holds a file open without sharing it.
+/// Another process: one that holds a file open without sharing it, or any other program beside this one that
+/// works on a path, says a line when it has begun, and ends when its standard input does.
 class HoldingProcess {
 public:
     /// Returns when the file at `path` (code page 932) is held; throws when that fails.
     explicit HoldingProcess(const std::string& path);
+
+    /// Starts that program with that path; returns when it has said its line, throws when it ends before.
+    HoldingProcess(const std::string& program, const std::string& path);
 
     /// Releases the file.
     ~HoldingProcess();
@@ -18,6 +22,9 @@ public:
 
     /// Returns when the file is free again and the process gone. Once is enough.
     void Release();
+
+    /// Kills the process at whatever it is doing; returns when it is gone. Once, and not after Release.
+    void Kill();
 
 private:
     class Child;

@@ -5,6 +5,7 @@
 #include "platform/posix/file_descriptor.h"
 
 #include <array>
+#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -34,8 +35,8 @@ Pipe MakePipe() {
 }
 
 /// The program lies beside the test program.
-std::string ProgramPath() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "pmx_hold_file";
+std::string ProgramPath(const std::string& program) {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / program;
 }
 
 /// Which of our files become the standard files of a program that is started.
@@ -60,16 +61,16 @@ private:
 
 class HoldingProcess::Child {
 public:
-    explicit Child(const std::string& path) {
+    Child(const std::string& program, const std::string& path) {
         Pipe input = MakePipe();
         Pipe output = MakePipe();
-        Start(path, StandardFiles(input.Reader, output.Writer));
+        Start(ProgramPath(program), path, StandardFiles(input.Reader, output.Writer));
         KeepAlive = std::move(input.Writer);
         output.Writer = FileDescriptor();
         char first = 0;
         if (read(output.Reader.Get(), &first, 1) != 1) {
             Wait();
-            throw std::runtime_error("pmx_hold_file cannot open the file");
+            throw std::runtime_error("the other program does not do its work");
         }
     }
 
@@ -77,15 +78,15 @@ public:
         KeepAlive = FileDescriptor();
         Wait();
     }
+    void Kill() const { kill(Process, SIGKILL); }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
 private:
-    void Start(std::string path, const StandardFiles& files) {
-        std::string program = ProgramPath();
+    void Start(std::string program, std::string path, const StandardFiles& files) {
         std::array<char*, 3> arguments = {program.data(), path.data(), nullptr};
         if (posix_spawn(&Process, program.c_str(), files.Get(), nullptr, arguments.data(), environ) != 0) {
-            throw std::runtime_error("cannot start pmx_hold_file");
+            throw std::runtime_error("cannot start " + program);
         }
     }
 
@@ -98,9 +99,17 @@ private:
     FileDescriptor KeepAlive;
 };
 
-HoldingProcess::HoldingProcess(const std::string& path) : Process(std::make_unique<Child>(path)) {}
+HoldingProcess::HoldingProcess(const std::string& path) : HoldingProcess("pmx_hold_file", path) {}
+
+HoldingProcess::HoldingProcess(const std::string& program, const std::string& path)
+    : Process(std::make_unique<Child>(program, path)) {}
 
 HoldingProcess::~HoldingProcess() = default;
+
+void HoldingProcess::Kill() {
+    Process->Kill();
+    Process.reset();
+}
 
 void HoldingProcess::Release() {
     Process.reset();

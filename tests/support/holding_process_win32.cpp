@@ -36,28 +36,28 @@ void LetChildInherit(const Handle& handle) {
 }
 
 /// The program lies beside the test program.
-std::string CommandLine(const std::string& path) {
+std::string CommandLine(const std::string& name, const std::string& path) {
     std::string program(MAX_PATH, '\0');
     program.resize(GetModuleFileNameA(nullptr, program.data(), MAX_PATH));
     program.resize(program.find_last_of('\\') + 1);
-    return '"' + program + "pmx_hold_file.exe\" \"" + path + '"';
+    return '"' + program + name + ".exe\" \"" + path + '"';
 }
 
 } // namespace
 
 class HoldingProcess::Child {
 public:
-    explicit Child(const std::string& path) {
+    Child(const std::string& program, const std::string& path) {
         Pipe input = MakePipe();
         Pipe output = MakePipe();
         LetChildInherit(input.Reader);
         LetChildInherit(output.Writer);
-        Start(path, input.Reader.get(), output.Writer.get());
+        Start(CommandLine(program, path), input.Reader.get(), output.Writer.get());
         output.Writer.reset();
         char first = 0;
         DWORD count = 0;
         if (!ReadFile(output.Reader.get(), &first, 1, &count, nullptr) || count != 1) {
-            throw std::runtime_error("pmx_hold_file cannot open the file");
+            throw std::runtime_error("the other program does not do its work");
         }
         KeepAlive = std::move(input.Writer);
     }
@@ -66,21 +66,21 @@ public:
         KeepAlive.reset();
         WaitForSingleObject(Process.get(), INFINITE);
     }
+    void Kill() const { TerminateProcess(Process.get(), 1); }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
 private:
-    void Start(const std::string& path, HANDLE input, HANDLE output) {
+    void Start(std::string commandLine, HANDLE input, HANDLE output) {
         STARTUPINFOA startup{};
         startup.cb = sizeof startup;
         startup.dwFlags = STARTF_USESTDHANDLES;
         startup.hStdInput = input;
         startup.hStdOutput = output;
-        std::string commandLine = CommandLine(path);
         PROCESS_INFORMATION information{};
         if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
                             nullptr, &startup, &information)) {
-            throw std::runtime_error("cannot start pmx_hold_file");
+            throw std::runtime_error("cannot start " + commandLine);
         }
         CloseHandle(information.hThread);
         Process.reset(information.hProcess);
@@ -90,9 +90,17 @@ private:
     Handle KeepAlive;
 };
 
-HoldingProcess::HoldingProcess(const std::string& path) : Process(std::make_unique<Child>(path)) {}
+HoldingProcess::HoldingProcess(const std::string& path) : HoldingProcess("pmx_hold_file", path) {}
+
+HoldingProcess::HoldingProcess(const std::string& program, const std::string& path)
+    : Process(std::make_unique<Child>(program, path)) {}
 
 HoldingProcess::~HoldingProcess() = default;
+
+void HoldingProcess::Kill() {
+    Process->Kill();
+    Process.reset();
+}
 
 void HoldingProcess::Release() {
     Process.reset();
