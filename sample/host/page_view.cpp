@@ -20,7 +20,7 @@ constexpr int Margin = 22;  // Around the sheets and between them.
 constexpr int PairGap = 12; // Between the front and the back of a sheet.
 constexpr int LabelHeight = 24;
 constexpr float SmallestFace =
-    150; // The height below which the picture scrolls instead of shrinking further.
+    130; // The height below which the picture scrolls instead of shrinking further.
 constexpr float LargestScale = 0.22F;
 
 struct DeviceDeleter {

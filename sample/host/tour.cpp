@@ -261,12 +261,12 @@ void Tour::CreateInEditor(HWND editor) {
 }
 
 void Tour::CopyInEditor(HWND editor) {
-    TourDialogs::Click(editor, editor::List, 5);
+    TourDialogs::ClickFavorite(editor, editor::List, 5, 1, editor::Name);
     const HWND dialog = Dialogs.OpenWith("copy", editor, editor::Copy);
     TourDialogs::Type(dialog, create::Name, ResourceText(IDS_TOUR_NAME + 4));
     Step("editor-copy");
     Dialogs.CloseWith(dialog, IDOK);
-    TourDialogs::Click(editor, editor::List, 6);
+    TourDialogs::ClickFavorite(editor, editor::List, 6, 1, editor::Name);
 }
 
 void Tour::RenameInEditor(HWND editor) {
@@ -315,7 +315,7 @@ void Tour::ExportAndImport(HWND editor) {
 
 void Tour::ShowBasicList() {
     const HWND dialog = Dialogs.Open("basic list", [this] { Dialogs.Command(IDM_BASIC_LIST); });
-    TourDialogs::Click(dialog, basic::List, 6);
+    TourDialogs::ClickFavorite(dialog, basic::List, 6, 0, basic::Name);
     TourDialogs::Press(dialog, basic::Up);
     Step("basic-list");
     TourDialogs::Focus(dialog, basic::Name);

@@ -120,7 +120,11 @@ void TourDialogs::Close(HWND dialog, const std::function<void()>& action) const 
 }
 
 void TourDialogs::Press(HWND dialog, int id) {
-    PostMessageW(Control(dialog, id), BM_CLICK, 0, 0);
+    const HWND button = Control(dialog, id);
+    if (!WaitFor([button] { return IsWindowEnabled(button) != FALSE; })) {
+        throw std::runtime_error("a button stays disabled: " + std::to_string(id));
+    }
+    PostMessageW(button, BM_CLICK, 0, 0);
 }
 
 HWND TourDialogs::OpenWith(const std::string& name, HWND dialog, int button) const {
@@ -178,6 +182,27 @@ void TourDialogs::Click(HWND dialog, int list, int row) {
     };
     if (!WaitFor(isSelected)) {
         throw std::runtime_error("row " + std::to_string(row) + " was clicked and not selected");
+    }
+}
+
+void TourDialogs::ClickFavorite(HWND dialog, int list, int row, int column, int nameBox) {
+    Click(dialog, list, row);
+    std::array<wchar_t, 300> name{};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = name.data();
+    item.cchTextMax = static_cast<int>(name.size());
+    SendMessageW(Control(dialog, list), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
+    const HWND box = Control(dialog, nameBox);
+    const auto isShown = [&] {
+        std::array<wchar_t, 300> shown{};
+        SendMessageW(box, WM_GETTEXT, shown.size(), reinterpret_cast<LPARAM>(shown.data()));
+        return std::wstring_view(shown.data()) == name.data();
+    };
+    if (!WaitFor(isShown)) {
+        throw std::runtime_error("the name of row " + std::to_string(row) +
+                                 " is not shown after a click on it");
     }
 }
 

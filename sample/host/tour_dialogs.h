@@ -23,7 +23,7 @@ public:
     /// Does something that ends the dialog, and waits until its owner takes input again.
     void Close(HWND dialog, const std::function<void()>& action) const;
 
-    /// A menu command of the main window, a button of a dialog; both return at once.
+    /// A menu command of the main window; a button of a dialog, once it is enabled. Both return at once.
     void Command(int id) const { PostMessageW(Window, WM_COMMAND, static_cast<WPARAM>(id), 0); }
     static void Press(HWND dialog, int id);
 
@@ -43,6 +43,9 @@ public:
     static void Check(HWND dialog, int id);
     /// Clicks on a row of a list with the mouse, and waits until it is selected.
     static void Click(HWND dialog, int list, int row);
+    /// The same in a list of favorites, whose name stands in that column; waits also until the dialog shows
+    /// the name in its box.
+    static void ClickFavorite(HWND dialog, int list, int row, int column, int nameBox);
     static void ShowTab(HWND dialog, int tabs, int index);
     /// Asks for the note of a control, as F1 on it does.
     static void AskHelp(HWND dialog, int id);
