@@ -72,7 +72,6 @@ void CPMXTemplUISelLevelDlg::OnOK() {
     LevelIndex = Window().RadioOf(FirstLevel, LastLevel);
     Name = NameIn(control::CreateName);
     if (!IsAcceptable()) {
-        Window().Focus(control::CreateName);
         return;
     }
     if (LevelIndex >= 0 && FirstLevel + LevelIndex <= LastLevel) {

@@ -2,20 +2,134 @@
 
 #include "dialogs/base/favorite_icons.h"
 #include "res/ids.h"
+#include "support/desktops.h"
 #include "support/memory_window.h"
 #include "support/sjis.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
+#include <string>
+
 namespace pmx {
 namespace {
 
+using test::DialogUser;
 using test::MemoryDesktop;
 using test::MemoryList;
 using test::MemoryUser;
 using test::Sjis;
 
 constexpr ControlId Picker = control::PickerIcons;
+
+template <class Desktop>
+class IconPickerTest : public testing::Test {
+protected:
+    /// Runs the picker for a favorite with that icon; the icon afterwards.
+    std::int64_t Pick(std::int64_t icon, const std::function<void(DialogUser&)>& script) {
+        CPMXTemplUIIconDlg picker(icon, 0, std::nullopt, WindowHandle::None, Screen.Services);
+        Screen.Dialogs.OnOpened(dialog::IconPicker, script);
+        Code = picker.DoModal();
+        return picker.IconValue();
+    }
+
+    int InitialRow(std::int64_t icon) {
+        int row = -1;
+        Pick(icon, [&row](DialogUser& user) {
+            row = user.SelectedRow(Picker);
+            user.Escape();
+        });
+        return row;
+    }
+
+    Desktop Screen;
+    int Code = 0;
+};
+
+TYPED_TEST_SUITE(IconPickerTest, test::AllDesktops);
+
+TYPED_TEST(IconPickerTest, Shows46IconsAndTheStandardTitle) {
+    this->Pick(14, [](DialogUser& user) {
+        EXPECT_EQ(user.RowCount(Picker), 46);
+        EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
+        EXPECT_EQ(user.Focused(), Picker);
+        user.Escape();
+    });
+}
+
+TYPED_TEST(IconPickerTest, SelectsTheIconOfTheFavoriteOrTheFirst) {
+    EXPECT_EQ(this->InitialRow(14), 0);
+    EXPECT_EQ(this->InitialRow(59), 45);
+    EXPECT_EQ(this->InitialRow(3), 0);
+    EXPECT_EQ(this->InitialRow(60), 0);
+}
+
+TYPED_TEST(IconPickerTest, OkReturnsTheUntouchedSelection) {
+    EXPECT_EQ(this->Pick(59, [](DialogUser& user) { user.Press(control::Ok); }), 59);
+    EXPECT_EQ(this->Code, CodeOk);
+    EXPECT_EQ(this->Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
+}
+
+TYPED_TEST(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
+    const std::int64_t clicked = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 40);
+        EXPECT_EQ(user.SelectedRow(Picker), 40);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(clicked, 54);
+    const std::int64_t lastByKey = this->Pick(14, [](DialogUser& user) {
+        user.Key(test::key::End);
+        user.Enter();
+    });
+    EXPECT_EQ(lastByKey, 59);
+}
+
+TYPED_TEST(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
+    const std::int64_t icon = this->Pick(20, [](DialogUser& user) {
+        user.ClickRow(Picker, 45); // scrolls to the end, where there is room beside the icons
+        user.ClickBesideRows(Picker);
+        EXPECT_EQ(user.SelectedRow(Picker), -1);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(icon, 59);
+}
+
+TYPED_TEST(IconPickerTest, CancelKeepsTheIcon) {
+    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 20);
+        user.Press(control::Cancel);
+    });
+    EXPECT_EQ(icon, 14);
+    EXPECT_EQ(this->Code, CodeCancel);
+    EXPECT_EQ(this->Pick(30, [](DialogUser& user) { user.Close(); }), 30);
+}
+
+TYPED_TEST(IconPickerTest, TitleIsTheOneGiven) {
+    CPMXTemplUIIconDlg picker(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle::None,
+                              this->Screen.Services);
+    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+        EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
+        user.Escape();
+    });
+    picker.DoModal();
+}
+
+TYPED_TEST(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
+    this->Pick(14, [](DialogUser& user) {
+        user.AskHelp();
+        user.AskHelpOn(control::PickerLabel);
+        user.Escape();
+    });
+    const std::string text =
+        Sjis(u8"【機能】\n・ツールバー上に表示されるアイコンイメージを一覧表示します。\n\n【操作】\n"
+             u8"・変更したいアイコンを選択します。");
+    ASSERT_EQ(this->Screen.Help.Requests.size(), 2U);
+    EXPECT_EQ(this->Screen.Help.Requests[0].Text, text);
+    EXPECT_EQ(this->Screen.Help.Requests[1].Text, text);
+}
+
+// What only the window in memory shows
 
 class IconDlgTest : public testing::Test {
 protected:
@@ -59,8 +173,16 @@ TEST_F(IconDlgTest, ShowsImages14To59InOrder) {
     EXPECT_EQ(Desktop.Images.Requests, std::vector<Request>{(Request{2001, 32, Color::LightGrey})});
 }
 
-TEST_F(IconDlgTest, SelectsTheIconOfTheFavorite) {
-    EXPECT_EQ(InitialRow(14), 0);
+TEST_F(IconDlgTest, IsModalToTheGivenWindow) {
+    CPMXTemplUIIconDlg picker(14, 0, std::nullopt, WindowHandle{3}, Desktop.Services);
+    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
+        EXPECT_EQ(user.Parent(), WindowHandle{3});
+        user.Escape();
+    });
+    picker.DoModal();
+}
+
+TEST_F(IconDlgTest, MarksAndShowsTheIconOfTheFavorite) {
     EXPECT_EQ(InitialRow(30), 16);
     EXPECT_EQ(InitialRow(59), 45);
 }
@@ -72,50 +194,12 @@ TEST_F(IconDlgTest, SelectsTheFirstIconWhenThatOfTheFavoriteIsNotOffered) {
     }
 }
 
-TEST_F(IconDlgTest, OkReturnsTheUntouchedSelection) {
-    const auto pressOk = [](MemoryUser& user) { user.Press(control::Ok); };
-    EXPECT_EQ(Pick(30, pressOk), 30);
-    EXPECT_EQ(Code, CodeOk);
-    EXPECT_EQ(Pick(3, pressOk), 14);
-}
-
-TEST_F(IconDlgTest, OkReturnsTheIconThatTheUserSelected) {
-    const std::int64_t icon = Pick(14, [](MemoryUser& user) {
-        user.ClickRow(Picker, 45);
-        user.Enter();
-    });
-    EXPECT_EQ(icon, 59);
-}
-
 TEST_F(IconDlgTest, OkWithoutAMarkKeepsTheIcon) {
     const std::int64_t icon = Pick(3, [](MemoryUser& user) {
         user.List(Picker).SetSelectionMark(-1);
         user.Press(control::Ok);
     });
     EXPECT_EQ(icon, 3);
-}
-
-TEST_F(IconDlgTest, CancelKeepsTheIconAlsoAfterAnotherWasSelected) {
-    const std::int64_t icon = Pick(14, [](MemoryUser& user) {
-        user.ClickRow(Picker, 20);
-        user.Press(control::Cancel);
-    });
-    EXPECT_EQ(icon, 14);
-    EXPECT_EQ(Code, CodeCancel);
-}
-
-TEST_F(IconDlgTest, TitleIsTheOneGivenOrTheStandardOne) {
-    Pick(14, [](MemoryUser& user) {
-        EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
-        user.Escape();
-    });
-    CPMXTemplUIIconDlg titled(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle{3}, Desktop.Services);
-    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](MemoryUser& user) {
-        EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
-        EXPECT_EQ(user.Parent(), WindowHandle{3});
-        user.Escape();
-    });
-    titled.DoModal();
 }
 
 TEST_F(IconDlgTest, WorksWithoutPictures) {

@@ -129,14 +129,6 @@ protected:
     ProbeDlg Dialog{Desktop.Services};
 };
 
-TEST_F(PmxDlgTest, OkAndCancelEndTheDialogWithTheirCodes) {
-    EXPECT_EQ(RunWith([](MemoryUser& user) { user.Press(control::Ok); }), CodeOk);
-    EXPECT_EQ(RunWith([](MemoryUser& user) { user.Press(control::Cancel); }), CodeCancel);
-    EXPECT_EQ(RunWith([](MemoryUser& user) { user.Enter(); }), CodeOk);
-    EXPECT_EQ(RunWith([](MemoryUser& user) { user.Escape(); }), CodeCancel);
-    EXPECT_EQ(RunWith([](MemoryUser& user) { user.Close(); }), CodeCancel);
-}
-
 TEST_F(PmxDlgTest, DialogThatCannotBeShownFails) {
     Desktop.Dialogs.OnOpenedFail(dialog::BasicList);
     EXPECT_EQ(Dialog.DoModal(), CPmxDlg::Failed);
@@ -149,12 +141,6 @@ TEST_F(PmxDlgTest, IsOpenWhileItsWindowExists) {
         EXPECT_EQ(user.Parent(), WindowHandle{9});
         user.Escape();
     });
-    EXPECT_FALSE(Dialog.IsOpen());
-}
-
-TEST_F(PmxDlgTest, ExceptionOfAHandlerLeavesDoModal) {
-    Dialog.WhenDeletePressed = [] { throw std::runtime_error("from a handler"); };
-    EXPECT_THROW(RunWith([](MemoryUser& user) { user.Press(control::BasicDelete); }), std::runtime_error);
     EXPECT_FALSE(Dialog.IsOpen());
 }
 
@@ -221,20 +207,6 @@ TEST_F(PmxDlgTest, LosingTheFocusAgainDuringTheMessageStartsNoSecondRound) {
         EXPECT_EQ(user.Focused(), control::BasicName);
     });
     EXPECT_EQ(seen, (Events{"name entered", "name left for 3037", "name entered"}));
-}
-
-TEST_F(PmxDlgTest, ClickThatLeavesARefusedNameIsNotCarriedOut) {
-    RefuseNames();
-    for (const ControlId button : {ControlId{control::BasicDelete}, ControlId{control::Ok}}) {
-        ExpectRefusal();
-        const Events seen = EventsOf([button](MemoryUser& user) {
-            user.TabTo(control::BasicName);
-            user.Press(button);
-            EXPECT_TRUE(user.IsOpen());
-            EXPECT_EQ(user.Focused(), control::BasicName);
-        });
-        EXPECT_EQ(seen, (Events{"name entered", "name left for " + std::to_string(button), "name entered"}));
-    }
 }
 
 TEST_F(PmxDlgTest, WhatFollowsFromTheRefusedInputIsIgnored) {
@@ -323,19 +295,6 @@ TEST_F(PmxDlgTest, DialogOverTheDialogKeepsEventsAway) {
     EXPECT_EQ(inner.Seen, Events{"ok"});
 }
 
-TEST_F(PmxDlgTest, NameBoxTakes32BytesAndSplitsNoCharacter) {
-    RunWith([this](MemoryUser& user) {
-        Dialog.LimitName(control::BasicName);
-        user.Fill(control::BasicName, std::string(31, 'a') + Sjis(u8"表"));
-        EXPECT_EQ(user.Text(control::BasicName), std::string(31, 'a'));
-        user.Type("bc");
-        EXPECT_EQ(user.Text(control::BasicName), std::string(31, 'a') + "b");
-        Dialog.Window().SetText(control::BasicName, "a" + Sjis(u8"ミミミミミミミミミミミミミミミミ"));
-        EXPECT_EQ(user.Text(control::BasicName), "a" + Sjis(u8"ミミミミミミミミミミミミミミミ"));
-        user.Escape();
-    });
-}
-
 TEST_F(PmxDlgTest, NameIsTakenWithoutBlanksAtItsEnds) {
     RunWith([this](MemoryUser& user) {
         user.Fill(control::BasicName, " \t" + Sjis(u8"ミ 表") + "  ");
@@ -420,6 +379,62 @@ TEST_F(ContextHelpTest, DerivedDialogMayShowHelpItsOwnWay) {
     });
     own.DoModal();
     EXPECT_EQ(own.Asked, control::BasicName);
+    EXPECT_TRUE(Requests().empty());
+}
+
+class OwnHandlerDlg final : public ProbeDlg {
+public:
+    using ProbeDlg::ProbeDlg;
+    ControlId Asked = 0;
+
+    bool OnHelpInfo(const HelpRequest& request) override {
+        Asked = request.Id;
+        return true;
+    }
+};
+
+TEST_F(ContextHelpTest, DerivedDialogMayHandleTheRequestItself) {
+    OwnHandlerDlg own(Desktop.Services);
+    Desktop.Dialogs.OnOpened(dialog::BasicList, [](MemoryUser& user) {
+        user.AskHelpOn(control::BasicName);
+        user.Escape();
+    });
+    own.DoModal();
+    EXPECT_EQ(own.Asked, control::BasicName);
+    EXPECT_TRUE(Requests().empty());
+}
+
+/// A dialog of that template without handlers.
+class PlainDlg final : public CPmxDlg {
+public:
+    PlainDlg(ResourceId dialogTemplate, const DialogServices& services)
+        : CPmxDlg(dialogTemplate, WindowHandle::None, services) {}
+};
+
+TEST_F(ContextHelpTest, ControlOfOneIdHasOneTextInEveryDialog) {
+    for (const ResourceId id : {dialog::Editor, dialog::RegisterFavorite, dialog::BasicList}) {
+        Desktop.Dialogs.OnOpened(id, [](MemoryUser& user) {
+            user.AskHelpOn(control::CurrentIconLabel);
+            user.AskHelpOn(control::Ok);
+            user.AskHelpOn(control::Cancel);
+            user.Escape();
+        });
+        PlainDlg(id, Desktop.Services).DoModal();
+    }
+    ASSERT_EQ(Requests().size(), 9U);
+    for (std::size_t index = 3; index < Requests().size(); ++index) {
+        EXPECT_EQ(Requests()[index].Text, Requests()[index % 3].Text) << index;
+    }
+    EXPECT_EQ(Requests()[0].Text, Sjis(u8"【機能】\n・現在使用しているアイコンを表示します。"));
+}
+
+TEST_F(ContextHelpTest, ControlsWithoutNotesShowNothing) {
+    Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
+        user.AskHelpOn(control::CreateLevelLine);
+        user.AskHelpOn(control::CreatePrompt);
+        user.Escape();
+    });
+    PlainDlg(dialog::CreateFavorite, Desktop.Services).DoModal();
     EXPECT_TRUE(Requests().empty());
 }
 

@@ -40,7 +40,7 @@ protected:
     }
 
     /// Enters a name in that mode and presses OK; with `isRefused` the dialog must still be open, with the
-    /// name in place and the focus on it.
+    /// name in place and the focus where it was.
     int Enter(CreateMode mode, const std::string& name, bool isRefused, std::uint32_t sourceIsStandard = 0) {
         Dialog.Mode = mode;
         Dialog.SetSourceIsStandard(sourceIsStandard);
@@ -50,7 +50,7 @@ protected:
             EXPECT_EQ(user.IsOpen(), isRefused);
             if (isRefused) {
                 EXPECT_EQ(user.Text(control::CreateName), name);
-                EXPECT_EQ(user.Focused(), control::CreateName);
+                EXPECT_EQ(user.Focused(), control::Ok);
                 user.Escape();
             }
         });
@@ -99,14 +99,25 @@ TYPED_TEST(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
     }
 }
 
-TEST_F(MemorySelLevelDlgTest, IsModalToTheGivenParentAndStartsInTheNameBox) {
+TEST_F(MemorySelLevelDlgTest, IsModalToTheGivenParent) {
     CPMXTemplUISelLevelDlg dialog(&List, WindowHandle{7}, Desktop.Services);
     Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
         EXPECT_EQ(user.Parent(), WindowHandle{7});
-        EXPECT_EQ(user.Focused(), control::CreateName);
         user.Escape();
     });
     EXPECT_EQ(dialog.DoModal(), CodeCancel);
+}
+
+TYPED_TEST(SelLevelDlgTest, StartsInTheNameBoxAndStaysThereWhenANameIsRefused) {
+    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    this->Run(this->Dialog, [](DialogUser& user) {
+        EXPECT_EQ(user.Focused(), control::CreateName);
+        user.Type("a~b");
+        user.Enter();
+        EXPECT_EQ(user.Focused(), control::CreateName);
+        EXPECT_EQ(user.Text(control::CreateName), "a~b");
+        user.Escape();
+    });
 }
 
 TYPED_TEST(SelLevelDlgTest, ProposesTheNameWithoutBlanksAtItsEnds) {
@@ -253,6 +264,8 @@ TYPED_TEST(SelLevelDlgTest, ACopyOfAStandardFavoriteNeverOverwrites) {
         this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
         this->Enter(mode, "Duplex", true, 1);
     }
+    this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+    this->Enter(CreateMode{4}, "Duplex", true, 1);
 }
 
 TYPED_TEST(SelLevelDlgTest, AnUnknownModeRefusesANameInUseSilently) {

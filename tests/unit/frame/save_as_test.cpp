@@ -76,7 +76,8 @@ protected:
     FakeHost Host;
     TempFolder Folder;
     test::MemoryDesktop Desktop;
-    CPMXTemplUIListDataArray List;
+    test::FakeServices Store; // no failing file is waited for
+    CPMXTemplUIListDataArray List{ListFile, ".pmt", Store.Services};
     _LM_DOCUMENTLAYOUTTABLE Table = TableOf(90);
     std::string ListBefore;
 };
@@ -175,6 +176,33 @@ TEST_F(SaveAsTest, StoresANewFavoriteAtTheEndOfTheList) {
               "[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=0~Old~1~1~33~Old.pmt\r\nTemplateData1=1~" +
                   Sjis(u8"製本") + "~101~1~4~4\r\nTemplateData2=0~" + Sjis(u8"新規ミ") + "~2~0~14~" +
                   Sjis(u8"新規ミ") + ".pmt\r\n");
+}
+
+TEST_F(SaveAsTest, KeepsTheGivenLevelAlsoWhereTheDialogHasNone) {
+    TemplInfo info = InfoOf(Sjis(u8"製本"), 101, 1, 1);
+    ASSERT_EQ(Save(SaveAsNew, info, "Copy"), SaveAsResult::Saved);
+    EXPECT_EQ(List.GetAt(2)->GetLevel(), 101);
+    EXPECT_EQ(List.GetAt(2)->GetStandard(), 0U);
+    EXPECT_EQ(info.Level, 101);
+    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "Copy.pmt").Level, 101);
+}
+
+TEST_F(SaveAsTest, IsSavedAlsoWhenTheListFileCannotBeWritten) {
+    Folder.Remove(ListFile);
+    Folder.AddFolder(ListFile);
+    TemplInfo info = InfoOf("", 1);
+    EXPECT_EQ(Save(SaveAsNew, info, "New"), SaveAsResult::Saved);
+    EXPECT_TRUE(Folder.Exists("New.pmt"));
+}
+
+TEST_F(SaveAsTest, EveryOtherModeOverwrites) {
+    for (const std::int32_t mode : {2, -1}) {
+        std::vector<char> part(PMX_TABLE_SIZE);
+        ASSERT_TRUE(CopyTablePart(List, 0, 1, part.data(), PMX_TABLE_SIZE));
+        TemplInfo info = InfoOf("Old", 1);
+        EXPECT_EQ(Save(mode, info, "Renamed" + std::to_string(mode)), SaveAsResult::Saved);
+        EXPECT_EQ(List.GetSize(), 2);
+    }
 }
 
 TEST_F(SaveAsTest, GivesANewFavoriteAFileNameOfItsOwn) {

@@ -475,11 +475,14 @@ void DialogDriver::Settle(const OpenDialog& dialog, bool afterInput) {
 }
 
 void DialogDriver::RunCalls() {
-    const std::lock_guard guard(CallLock);
-    for (Call* call : std::exchange(Calls, {})) {
-        (*call->Action)();
-        call->IsDone = true;
+    {
+        const std::lock_guard guard(CallLock);
+        for (Call* call : std::exchange(Calls, {})) {
+            (*call->Action)();
+            call->IsDone = true;
+        }
     }
+    const std::lock_guard guard(Lock); // nobody is between looking and waiting
     Changed.notify_all();
 }
 
@@ -494,7 +497,10 @@ bool DialogDriver::TryOnDialogThread(const OpenDialog& dialog, const std::functi
         Calls.push_back(&call);
     }
     PostThreadMessageW(Thread, CallMessage(), 0, 0);
-    WaitUntil([&] { return call.IsDone || IsClosed(dialog); });
+    {
+        std::unique_lock guard(Lock);
+        Changed.wait_for(guard, Patience, [&] { return call.IsDone || dialog.Closed; });
+    }
     const std::lock_guard guard(CallLock); // waits for a call that runs at present
     std::erase(Calls, &call);
     return call.IsDone;

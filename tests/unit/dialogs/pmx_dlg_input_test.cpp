@@ -1,7 +1,7 @@
-#include "dialogs/base/icon_dlg.h"
 #include "dialogs/base/pmx_dlg.h"
 
 #include "dialogs/base/favorite_icons.h"
+#include "dialogs/base/icon_dlg.h"
 #include "res/ids.h"
 #include "support/desktops.h"
 #include "support/sjis.h"
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-// What holds in memory must hold in real windows: the same scripts run over both.
+// How the inputs of a user reach a dialog: the same in real windows as in memory.
 
 namespace pmx {
 namespace {
@@ -19,118 +19,6 @@ using test::DialogUser;
 using test::Sjis;
 
 using Events = std::vector<std::string>;
-
-constexpr ControlId Picker = control::PickerIcons;
-
-// The icon picker
-
-template <class Desktop>
-class IconPickerTest : public testing::Test {
-protected:
-    /// Runs the picker for a favorite with that icon; the icon afterwards.
-    std::int64_t Pick(std::int64_t icon, const std::function<void(DialogUser&)>& script) {
-        CPMXTemplUIIconDlg picker(icon, 0, std::nullopt, WindowHandle::None, Screen.Services);
-        Screen.Dialogs.OnOpened(dialog::IconPicker, script);
-        Code = picker.DoModal();
-        return picker.IconValue();
-    }
-
-    int InitialRow(std::int64_t icon) {
-        int row = -1;
-        Pick(icon, [&row](DialogUser& user) {
-            row = user.SelectedRow(Picker);
-            user.Escape();
-        });
-        return row;
-    }
-
-    Desktop Screen;
-    int Code = 0;
-};
-
-TYPED_TEST_SUITE(IconPickerTest, test::AllDesktops);
-
-TYPED_TEST(IconPickerTest, Shows46IconsAndTheStandardTitle) {
-    this->Pick(14, [](DialogUser& user) {
-        EXPECT_EQ(user.RowCount(Picker), 46);
-        EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
-        EXPECT_EQ(user.Focused(), Picker);
-        user.Escape();
-    });
-}
-
-TYPED_TEST(IconPickerTest, SelectsTheIconOfTheFavoriteOrTheFirst) {
-    EXPECT_EQ(this->InitialRow(14), 0);
-    EXPECT_EQ(this->InitialRow(59), 45);
-    EXPECT_EQ(this->InitialRow(3), 0);
-    EXPECT_EQ(this->InitialRow(60), 0);
-}
-
-TYPED_TEST(IconPickerTest, OkReturnsTheUntouchedSelection) {
-    EXPECT_EQ(this->Pick(59, [](DialogUser& user) { user.Press(control::Ok); }), 59);
-    EXPECT_EQ(this->Code, CodeOk);
-    EXPECT_EQ(this->Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
-}
-
-TYPED_TEST(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
-    const std::int64_t clicked = this->Pick(14, [](DialogUser& user) {
-        user.ClickRow(Picker, 40);
-        EXPECT_EQ(user.SelectedRow(Picker), 40);
-        user.Press(control::Ok);
-    });
-    EXPECT_EQ(clicked, 54);
-    const std::int64_t lastByKey = this->Pick(14, [](DialogUser& user) {
-        user.Key(test::key::End);
-        user.Enter();
-    });
-    EXPECT_EQ(lastByKey, 59);
-}
-
-TYPED_TEST(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
-    const std::int64_t icon = this->Pick(20, [](DialogUser& user) {
-        user.ClickRow(Picker, 45); // scrolls to the end, where there is room beside the icons
-        user.ClickBesideRows(Picker);
-        EXPECT_EQ(user.SelectedRow(Picker), -1);
-        user.Press(control::Ok);
-    });
-    EXPECT_EQ(icon, 59);
-}
-
-TYPED_TEST(IconPickerTest, CancelKeepsTheIcon) {
-    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
-        user.ClickRow(Picker, 20);
-        user.Press(control::Cancel);
-    });
-    EXPECT_EQ(icon, 14);
-    EXPECT_EQ(this->Code, CodeCancel);
-    EXPECT_EQ(this->Pick(30, [](DialogUser& user) { user.Close(); }), 30);
-}
-
-TYPED_TEST(IconPickerTest, TitleIsTheOneGiven) {
-    CPMXTemplUIIconDlg picker(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle::None,
-                              this->Screen.Services);
-    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
-        EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
-        user.Escape();
-    });
-    picker.DoModal();
-}
-
-TYPED_TEST(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
-    this->Pick(14, [](DialogUser& user) {
-        user.AskHelp();
-        user.AskHelpOn(control::PickerLabel);
-        user.Escape();
-    });
-    const std::string text =
-        Sjis(u8"【機能】\n・ツールバー上に表示されるアイコンイメージを一覧表示します。\n\n【操作】\n"
-             u8"・変更したいアイコンを選択します。");
-    ASSERT_EQ(this->Screen.Help.Requests.size(), 2U);
-    EXPECT_EQ(this->Screen.Help.Requests[0].Text, text);
-    EXPECT_EQ(this->Screen.Help.Requests[1].Text, text);
-}
-
-// The base dialog
 
 /// The template of the basic list with handlers that write down what reaches them.
 class ProbeDlg final : public CPmxDlg {
