@@ -110,7 +110,7 @@ struct DocumentPart {
 struct SectionPart {
     Choice<SectionStart> StartsOn;
     Flag TabSheet;
-    unsigned char TabsPerSet;
+    unsigned char TabsPerSet = 0;
     Choice<SheetInsertion> Insertion;
     Choice<PaperSource> InsertSource;
     Choice<SheetColor> InsertColor;
@@ -146,7 +146,7 @@ struct Watermark {
     Choice<Strength> Density;
     Flag FirstFaceOnly;
     Choice<ColorMode> Color;
-    unsigned char Spare;
+    unsigned char Spare = 0;
 };
 
 /// Margins of single faces, counted from 1 over the whole document; face 0 is none.

@@ -163,9 +163,17 @@ protected:
         return result;
     }
 
+    /// True when the dialog has been opened to its end, of which the focus is the last.
+    static bool HasFocus(DWORD thread, HWND window) {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof(info);
+        return GetGUIThreadInfo(thread, &info) != FALSE && IsChild(window, info.hwndFocus) != FALSE;
+    }
+
     static void Drive(DWORD thread, const std::function<void(OpenDialog&)>& script) {
         const HWND window = OpenDialog(thread, nullptr).WaitForAnother();
         ASSERT_NE(window, nullptr) << "the dialog did not open";
+        ASSERT_TRUE(WaitFor([=] { return HasFocus(thread, window); })) << "the dialog did not get the focus";
         OpenDialog dialog(thread, window);
         script(dialog);
         if (!WaitFor([window] { return IsWindow(window) == FALSE; })) {
