@@ -11,8 +11,6 @@ namespace pmx::win32 {
 
 namespace {
 
-constexpr UINT_PTR SubclassId = 1;
-
 bool IsMouseDown(UINT message) {
     return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_LBUTTONDBLCLK ||
            message == WM_RBUTTONDBLCLK;
@@ -35,14 +33,30 @@ HIMAGELIST HandleOf(const ImageList& images) {
 
 } // namespace
 
+// The window finds its object by the place that the control leaves to the application, which takes no
+// look-up: a list of thousands of rows is filled with tens of thousands of messages, and some systems pay
+// dearly for a subclass of the common controls' own kind in each of them.
 WindowsList::WindowsList(HWND window) : Window(window) {
     if (Window) {
-        SetWindowSubclass(Window, &WindowsList::Procedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+        SetWindowLongPtrW(Window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        Former = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(Window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowsList::Procedure)));
     }
 }
 
-LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR /*id*/, DWORD_PTR self) {
+WindowsList::~WindowsList() {
+    Detach();
+}
+
+void WindowsList::Detach() {
+    if (Window) {
+        SetWindowLongPtrW(Window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Former));
+        Window = nullptr;
+    }
+}
+
+LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto& self = *reinterpret_cast<WindowsList*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (IsMouseDown(message) && GetFocus() != window) {
         SetFocus(window);
         if (GetFocus() != window) {
@@ -50,12 +64,13 @@ LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam
         }
     }
     if (message == WM_KEYDOWN) {
-        reinterpret_cast<WindowsList*>(self)->LastScanCode = ScanCodeOf(lParam);
+        self.LastScanCode = ScanCodeOf(lParam);
     }
+    const WNDPROC former = self.Former;
     if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, &WindowsList::Procedure, SubclassId);
+        self.Detach();
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    return CallWindowProcW(former, window, message, wParam, lParam);
 }
 
 LRESULT WindowsList::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
@@ -129,7 +144,7 @@ std::int64_t WindowsList::RowData(int row) const {
     LVITEMW item{};
     item.mask = LVIF_PARAM;
     item.iItem = row;
-    return Has(row) && Send(LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : -1;
+    return row >= 0 && Send(LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : -1;
 }
 
 void WindowsList::SetRowData(int row, std::int64_t data) {
@@ -137,7 +152,7 @@ void WindowsList::SetRowData(int row, std::int64_t data) {
     item.mask = LVIF_PARAM;
     item.iItem = row;
     item.lParam = static_cast<LPARAM>(data);
-    if (Has(row)) {
+    if (row >= 0) {
         Send(LVM_SETITEMW, 0, Pointer(&item));
     }
 }
@@ -162,7 +177,7 @@ void WindowsList::SetCell(int row, int column, const std::string& text) {
     LVITEMW item{};
     item.iSubItem = column;
     item.pszText = wide.data();
-    if (Has(row)) {
+    if (row >= 0) {
         Send(LVM_SETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item));
     }
 }
@@ -170,7 +185,7 @@ void WindowsList::SetCell(int row, int column, const std::string& text) {
 int WindowsList::StateImage(int row) const {
     constexpr int StateImageShift = 12;
     const LRESULT state =
-        Has(row) ? Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) : 0;
+        row >= 0 ? Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) : 0;
     return static_cast<int>((state & LVIS_STATEIMAGEMASK) >> StateImageShift);
 }
 
@@ -178,7 +193,7 @@ void WindowsList::SetStateImage(int row, int image) {
     LVITEMW item{};
     item.stateMask = LVIS_STATEIMAGEMASK;
     item.state = INDEXTOSTATEIMAGEMASK(static_cast<UINT>(image));
-    if (Has(row)) {
+    if (row >= 0) {
         Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
     }
 }

@@ -11,6 +11,7 @@ class WindowsList final : public ListControl {
 public:
     /// Without a window, every operation does nothing.
     explicit WindowsList(HWND window);
+    ~WindowsList() override;
 
     /// Takes the image lists away from the control, which would destroy them with itself.
     void ReleaseImages() const;
@@ -42,13 +43,14 @@ public:
     void SetRedraw(bool on) override;
 
 private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                      DWORD_PTR self);
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+    void Detach();
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool Has(int row) const { return row >= 0 && row < RowCount(); }
 
     HWND Window;
+    WNDPROC Former = nullptr; ///< the control's own procedure
     std::uint32_t LastScanCode = 0;
 };
 
