@@ -34,7 +34,7 @@ FakeHost& Host() {
 bool IsRefused(HostCall call) {
     const std::optional<HostFailure> failure = Host().Plan.Next(call);
     if (failure == HostFailure::Raise) {
-        throw HostError();
+        Host().RaiseError();
     }
     return failure.has_value();
 }

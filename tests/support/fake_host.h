@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -67,6 +68,9 @@ public:
     FakeHost& operator=(const FakeHost&) = delete;
 
     FailurePlan<HostCall, HostFailure> Plan;
+
+    /// How a function raises an error; must not return.
+    std::function<void()> RaiseError = [] { throw HostError(); };
 
     /// Documents, and files opened through QrtCommon, that exist at present.
     std::size_t LiveDocuments = 0;

@@ -25,6 +25,9 @@ public:
     /// True when the focused edit box can be given to an input method.
     bool HasInputMethod();
 
+    /// Waits until everything that was posted or sent before has been handled, and deals with what opens.
+    void Settle() { Finish(false); }
+
     /// Lets an input method put a text into the focused edit box (UTF-16).
     void Compose(const std::wstring& text);
 
