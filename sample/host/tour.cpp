@@ -4,11 +4,13 @@
 #include "host/text.h"
 #include "propui/resource.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <type_traits>
 
@@ -196,6 +198,7 @@ void Tour::SaveNew() {
     TourDialogs::Type(dialog, create::Name, ResourceText(IDS_TOUR_NAME));
     Step("save-as");
     Dialogs.CloseWith(dialog, IDOK);
+    ExpectFavorites(6, {IDS_TOUR_NAME});
 }
 
 void Tour::Register() {
@@ -217,6 +220,7 @@ void Tour::Register() {
     Step("register-overwrite");
     Dialogs.Close(question, [question] { PostMessageW(question, WM_COMMAND, IDNO, 0); });
     Dialogs.CloseWith(dialog, IDCANCEL);
+    ExpectFavorites(7, {IDS_TOUR_NAME, IDS_TOUR_NAME + 1});
 }
 
 /// The last button of the toolbar is the favorite that was registered; its settings are fetched by its name.
@@ -224,17 +228,24 @@ void Tour::ApplyUserFavorite() {
     const HWND toolbar = GetDlgItem(Window, IDC_TOOLBAR);
     const auto count = static_cast<int>(SendMessageW(toolbar, TB_BUTTONCOUNT, 0, 0));
     Choose(IDM_FRESH);
+    ExpectSetting(IDS_SETTING_BOOKLET, IDS_BOOKLET);
     Choose(IDM_TOOLBAR_FIRST + count - 1);
+    ExpectSetting(IDS_SETTING_BOOKLET, IDS_BOOKLET + 1);
+    ExpectSetting(IDS_SETTING_COVER, IDS_COVER + 2);
     Step("toolbar-registered");
 }
 
-/// Saves over the favorite that is applied.
+/// Saves over the favorite that is applied, and applies it afresh from its file.
 void Tour::Update() {
     Choose(IDM_NUMBERS);
     const HWND dialog = Dialogs.Open("update and rename", [this] { Dialogs.Command(IDM_OVERWRITE); });
     TourDialogs::Type(dialog, create::Name, ResourceText(IDS_TOUR_NAME + 2));
     Step("update-and-rename");
     Dialogs.CloseWith(dialog, IDOK);
+    ExpectFavorites(7, {IDS_TOUR_NAME, IDS_TOUR_NAME + 2});
+    Choose(IDM_FRESH);
+    Choose(IDM_REAPPLY);
+    ExpectSetting(IDS_SETTING_NUMBERS, IDS_NUMBER_PLACE + 1);
     Step("updated");
 }
 
@@ -247,6 +258,8 @@ void Tour::ShowEditor() {
     RenameInEditor(dialog);
     ExportAndImport(dialog);
     Dialogs.CloseWith(dialog, IDOK);
+    ExpectFavorites(
+        10, {IDS_TOUR_NAME, IDS_TOUR_NAME + 3, IDS_TOUR_NAME + 4, IDS_TOUR_NAME + 5, IDS_TOUR_NAME + 6});
 }
 
 void Tour::CreateInEditor(HWND editor) {
@@ -326,8 +339,39 @@ void Tour::ShowBasicList() {
     });
     Step("basic-list-refused");
     Dialogs.Close(refusal, [refusal] { PostMessageW(refusal, WM_COMMAND, IDOK, 0); });
-    TourDialogs::Type(dialog, basic::Name, ResourceText(IDS_TOUR_NAME + 5));
+    TourDialogs::Type(dialog, basic::Name, ResourceText(IDS_TOUR_NAME + 2));
     Dialogs.CloseWith(dialog, IDOK);
+    ExpectFavorites(
+        10, {IDS_TOUR_NAME, IDS_TOUR_NAME + 2, IDS_TOUR_NAME + 3, IDS_TOUR_NAME + 4, IDS_TOUR_NAME + 6});
+}
+
+/// The host's list has so many favorites, those of these names among them.
+void Tour::ExpectFavorites(unsigned count, const std::vector<unsigned>& names) const {
+    const HWND list = GetDlgItem(Window, IDC_LIST);
+    std::set<std::wstring> shown;
+    const auto rows = static_cast<unsigned>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    for (unsigned row = 0; row < rows; ++row) {
+        shown.insert(TourDialogs::CellText(list, static_cast<int>(row), 0));
+    }
+    const bool hasAll = std::all_of(names.begin(), names.end(),
+                                    [&](unsigned name) { return shown.count(ResourceText(name)) == 1; });
+    if (rows != count || !hasAll) {
+        throw std::runtime_error("the list shows " + std::to_string(rows) + " favorites, not the " +
+                                 std::to_string(count) + " that were expected");
+    }
+}
+
+/// The document has that setting now.
+void Tour::ExpectSetting(unsigned nameId, unsigned valueId) const {
+    const HWND list = GetDlgItem(Window, IDC_SUMMARY);
+    const auto rows = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < rows; ++row) {
+        const bool isIt = TourDialogs::CellText(list, row, 0) == ResourceText(nameId);
+        if (isIt && TourDialogs::CellText(list, row, 1) == ResourceText(valueId)) {
+            return;
+        }
+    }
+    throw std::runtime_error("a setting is not what it was expected to be: " + std::to_string(nameId));
 }
 
 /// Returns when the command has been carried out.

@@ -6,6 +6,7 @@
 #include <stop_token>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <windows.h>
 
@@ -40,6 +41,8 @@ private:
     void ShowBasicList();
     void ShowHelp(HWND dialog, int control, const std::string& name);
     void Fail(const std::string& reason);
+    void ExpectFavorites(unsigned count, const std::vector<unsigned>& names) const;
+    void ExpectSetting(unsigned nameId, unsigned valueId) const;
     void Choose(int command);
     void Step(const std::string& name);
     bool WaitUntilGone(const std::filesystem::path& file) const;

@@ -187,18 +187,12 @@ void TourDialogs::Click(HWND dialog, int list, int row) {
 
 void TourDialogs::ClickFavorite(HWND dialog, int list, int row, int column, int nameBox) {
     Click(dialog, list, row);
-    std::array<wchar_t, 300> name{};
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = name.data();
-    item.cchTextMax = static_cast<int>(name.size());
-    SendMessageW(Control(dialog, list), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
-                 reinterpret_cast<LPARAM>(&item));
+    const std::wstring name = CellText(Control(dialog, list), row, column);
     const HWND box = Control(dialog, nameBox);
     const auto isShown = [&] {
         std::array<wchar_t, 300> shown{};
         SendMessageW(box, WM_GETTEXT, shown.size(), reinterpret_cast<LPARAM>(shown.data()));
-        return std::wstring_view(shown.data()) == name.data();
+        return shown.data() == name;
     };
     if (!WaitFor(isShown)) {
         throw std::runtime_error("the name of row " + std::to_string(row) +
@@ -221,6 +215,16 @@ void TourDialogs::AskHelp(HWND dialog, int id) {
     GetWindowRect(control, &place);
     help.MousePos = {(place.left + place.right) / 2, place.bottom};
     SendMessageW(dialog, WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
+}
+
+std::wstring TourDialogs::CellText(HWND list, int row, int column) {
+    std::array<wchar_t, 300> text{};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return text.data();
 }
 
 HWND TourDialogs::Control(HWND dialog, int id) {

@@ -50,6 +50,9 @@ public:
     /// Asks for the note of a control, as F1 on it does.
     static void AskHelp(HWND dialog, int id);
 
+    /// The text of a cell of a list; empty where there is none.
+    static std::wstring CellText(HWND list, int row, int column);
+
     /// A control of a dialog, also inside a window of it; throws when there is none.
     static HWND Control(HWND dialog, int id);
 
