@@ -250,7 +250,9 @@ bool CPMXTemplUIListDataArray::SaveFavorite(CPMXTemplUIListData& record) const {
 bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record) const {
     try {
         const std::optional<std::string> path = FavoritePath(record);
-        return path && RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
+        // A folder would be refused as a file that is held is, and waited for.
+        return path && !Services.FileSystem.IsFolder(*path) &&
+               RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
     } catch (const std::bad_alloc&) {
         return false;
     }

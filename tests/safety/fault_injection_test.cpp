@@ -281,7 +281,7 @@ const Operation Operations[] = {
     {"RegisterOver", RegisterOver, {}, {"b.pmt"}, false},
     {"EditorOk", EditAndAccept, {"b.pmt"}, {}, true},
     {"EditorCancel", EditAndCancel, {}, {}, false},
-    {"BasicListOk", ArrangeAndAccept, {"b.pmt"}, {}, true},
+    {"BasicListOk", ArrangeAndAccept, {}, {}, false},
     {"Import", Import, {}, {}, false},
     {"Export", Export, {}, {}, false},
 };

@@ -1,0 +1,239 @@
+// Folders made to do harm: whatever their list says, dialogs and lists open without harm, and nothing outside
+// is touched.
+#include "frame/dialog_exports.h"
+#include "frame/list_exports.h"
+#include "res/ids.h"
+#include "store/list_holder.h"
+#include "support/fake_attribute_dialog.h"
+#include "support/fake_host.h"
+#include "support/fake_services.h"
+#include "support/quiet_desktop.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace pmx::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* ListFile = "PmxTempleList.ini";
+constexpr const char* Favorites = "Favorites";
+constexpr const char* Outside = "outside.pmt";
+
+/// A favorites folder beside a file that does not belong to it.
+class HostileFolder : public testing::Test {
+protected:
+    HostileFolder() {
+        Folder.AddFolder(Favorites);
+        FakeHost::WriteFavorite(Folder, Outside, {TableOf(1), 1, "outside"});
+        OutsideBefore = Folder.Read(Outside);
+        FakeAttributeDialog::PutInto(Desktop.Inner.Libraries);
+    }
+
+    ~HostileFolder() override {
+        EXPECT_THAT(Folder.Names(), ElementsAre(Favorites, Outside))
+            << "something outside was made or deleted";
+        EXPECT_EQ(Folder.Read(Outside), OutsideBefore);
+    }
+
+    std::string Inside(const std::string& name) const { return std::string(Favorites) + '\\' + name; }
+    std::string FavoritesPath() const { return Folder.Path(Favorites); }
+
+    void Write(const std::string& count, const std::vector<std::string>& values) const {
+        std::string text = "[PMXTemplateList]\r\nTemplateNum=" + count + "\r\n";
+        for (std::size_t number = 0; number < values.size(); ++number) {
+            text += "TemplateData" + std::to_string(number) + "=" + values[number] + "\r\n";
+        }
+        Folder.Write(Inside(ListFile), text);
+    }
+
+    void Write(const std::vector<std::string>& values) const { Write(std::to_string(values.size()), values); }
+
+    /// Everything that a host can have from a list.
+    void ReadThroughAHandle() {
+        const auto list = OpenList(FavoritesPath().c_str(), nullptr, nullptr, Store.Services);
+        ASSERT_NE(list, nullptr);
+        for (const std::int32_t level : {-2147483647 - 1, 0, 1, 5, 100, 101, 105, 106, 2147483647}) {
+            std::vector<TemplInfo> summaries(static_cast<std::size_t>(CountQualifying(*list, level)));
+            EXPECT_EQ(CopySummaries(*list, level, summaries.data()),
+                      static_cast<std::int64_t>(summaries.size()));
+        }
+        std::vector<unsigned char> buffer(PMX_TABLE_SIZE);
+        for (std::int64_t position = 0; position < list->GetSize(); ++position) {
+            CopyTablePart(*list, position, 1, buffer.data(), PMX_TABLE_SIZE);
+        }
+        for (std::int64_t position = 0; position < list->GetSize(); ++position) {
+            CPMXTemplUIListHolder holder(nullptr, nullptr, Store.Services);
+            ASSERT_TRUE(holder.Open(FavoritesPath().c_str()));
+            _LM_DOCUMENTLAYOUTTABLE table{};
+            holder.GetAttributeTable(list->GetAt(position)->GetName(), list->GetAt(position)->GetLevel(),
+                                     table);
+        }
+    }
+
+    static void PressIfEnabled(MemoryUser& user, ControlId button) {
+        if (user.IsOpen() && user.IsEnabled(button)) {
+            user.Press(button);
+        }
+    }
+
+    /// Uses each row of the editor, deletes it, and accepts or cancels.
+    void UseEditor(bool accept) {
+        Desktop.Scripts[dialog::Editor] = [accept](MemoryUser& user) {
+            while (user.RowCount(control::EditorList) > 0) {
+                const int rows = user.RowCount(control::EditorList);
+                user.ClickRow(control::EditorList, 0);
+                user.ClickStateImage(control::EditorList, 0);
+                for (const ControlId button : {control::EditorEdit, control::EditorCopy, control::EditorDown,
+                                               control::EditorUp, control::EditorExport}) {
+                    PressIfEnabled(user, button);
+                }
+                user.ClickRow(control::EditorList, 0);
+                PressIfEnabled(user, control::EditorDelete);
+                if (user.RowCount(control::EditorList) >= rows) {
+                    break; // a standard favorite
+                }
+            }
+            if (accept) {
+                PressIfEnabled(user, control::Ok);
+            }
+        };
+        ShowEditor(FavoritesPath().c_str(), WindowHandle::None, Desktop.Services, Store.Services);
+    }
+
+    void UseBasicList() {
+        Desktop.Scripts[dialog::BasicList] = [](MemoryUser& user) {
+            for (int row = user.RowCount(control::BasicList); row-- > 0;) {
+                user.ClickRow(control::BasicList, row);
+                PressIfEnabled(user, control::BasicUp);
+                PressIfEnabled(user, control::BasicDelete);
+            }
+            PressIfEnabled(user, control::Ok);
+        };
+        ShowBasicList(FavoritesPath().c_str(), ListFile, ".pmt", WindowHandle::None, Desktop.Services,
+                      Store.Services);
+    }
+
+    void UseRegisterDialog(const std::string& name) {
+        Desktop.Scripts[dialog::RegisterFavorite] = [name](MemoryUser& user) {
+            user.Fill(control::RegisterName, name);
+            PressIfEnabled(user, control::Ok);
+        };
+        const _LM_DOCUMENTLAYOUTTABLE table = TableOf(9);
+        ShowRegisterDialog(FavoritesPath().c_str(), ListFile, ".pmt", table.Bytes, 1, WindowHandle::None,
+                           Desktop.Services, Store.Services);
+    }
+
+    /// Opens the folder in every way, after writing the list anew for each.
+    void OpenEverywhere(const std::vector<std::string>& values, const std::string& registered = "New") {
+        Write(values);
+        ReadThroughAHandle();
+        UseEditor(false);
+        UseEditor(true);
+        Write(values);
+        UseBasicList();
+        Write(values);
+        UseRegisterDialog(registered);
+    }
+
+    FakeHost Host;
+    FakeServices Store;
+    TempFolder Folder{"hostile"};
+    QuietDesktop Desktop;
+    FakeAttributeDialog Attributes;
+    std::string OutsideBefore;
+};
+
+TEST_F(HostileFolder, FileFieldsThatPointOutsideReachNothing) {
+    const std::string absolute = Folder.Path(Outside);
+    OpenEverywhere({"0~A~1~1~14~..\\outside.pmt", "0~B~1~1~14~../outside.pmt", "0~C~1~1~14~" + absolute,
+                    "0~D~1~1~14~.\\..\\outside.pmt", "0~E~1~1~14~\\outside.pmt", "0~F~1~1~14~C:outside.pmt",
+                    "0~G~1~1~14~..", "0~H~1~1~14~.", "0~I~1~1~14~NUL", "0~J~1~1~14~con.pmt",
+                    std::string("0~K~1~1~14~") + ListFile, "0~L~1~1~14~a.pmt:stream",
+                    "0~M~1~1~14~\x81/..\\outside.pmt"},
+                   "A");
+}
+
+TEST_F(HostileFolder, NumbersAtAndBeyondEveryLimitAreOnlyNumbers) {
+    std::vector<std::string> values;
+    for (const char* const number :
+         {"-2147483649", "-2147483648", "-1", "0", "6", "59", "60", "100", "101", "105", "106", "2147483647",
+          "2147483648", "99999999999999999999", "x", "0x10"}) {
+        const std::string name = "n" + std::to_string(values.size());
+        values.push_back(std::string(number) + "~" + name + "~1~0~14~3");
+        values.push_back("0~" + name + "l~" + number + "~0~14~3");
+        values.push_back("0~" + name + "t~1~" + number + "~14~3");
+        values.push_back("0~" + name + "i~1~1~" + number + "~3");
+    }
+    OpenEverywhere(values);
+}
+
+TEST_F(HostileFolder, CountsAtAndBeyondEveryLimitCostNothing) {
+    const std::vector<std::string> values = {"0~A~1~0~14~a.pmt", "0~B~1~0~14~b.pmt"};
+    for (const char* const count : {"2147483647", "2147483648", "4294967295", "-1", "-2147483648",
+                                    "99999999999999999999", "", "x", "1"}) {
+        SCOPED_TRACE(count);
+        Write(count, values);
+        ReadThroughAHandle();
+        UseEditor(true);
+        Write(count, values);
+        UseBasicList();
+        Write(count, values);
+        UseRegisterDialog("New");
+    }
+}
+
+TEST_F(HostileFolder, NamesAreOnlyNames) {
+    std::vector<std::string> values;
+    for (const std::string& name :
+         {std::string(10'000, 'n'), std::string(259, '\x81'), std::string("\x83"), std::string("a\x83"),
+          std::string("%s%n%d%x"), std::string("\x01\x02\x1F\x7F"), std::string("\xFF\xFE\x80\xA0\xFD"),
+          std::string("\x81\x20\x81"), std::string("..\\..\\x"), std::string("a&b\tc"),
+          std::string("[x]=;y")}) {
+        values.push_back("0~" + name + "~1~1~14~f" + std::to_string(values.size()) + ".pmt");
+        values.push_back("0~n" + std::to_string(values.size()) + "~1~1~14~" + name);
+    }
+    OpenEverywhere(values);
+}
+
+TEST_F(HostileFolder, AHundredFavoritesOnTheToolbarAndOfOneNameAreShown) {
+    OpenEverywhere(std::vector<std::string>(100, "0~Same~1~1~14~same.pmt"), "Same");
+}
+
+TEST_F(HostileFolder, AFolderInTheFilesPlaceIsAMissingFile) {
+    Folder.AddFolder(Inside("a.pmt"));
+    Folder.Write(Inside("a.pmt\\kept"), "content");
+    OpenEverywhere({"0~A~1~1~14~a.pmt"}, "A");
+    EXPECT_EQ(Folder.Read(Inside("a.pmt\\kept")), "content");
+    EXPECT_EQ(Store.Clock.Total(), 0U) << "no folder becomes a file by waiting";
+}
+
+TEST_F(HostileFolder, DamagedAndHugeFilesAreNotLoaded) {
+    Folder.Write(Inside("a.pmt"), "damaged");
+    Folder.Write(Inside("b.pmt"), std::string(20'000'000, 'h'));
+    Folder.Write(Inside("c.pmt"), "");
+    OpenEverywhere({"0~A~1~1~14~a.pmt", "0~B~1~1~14~b.pmt", "0~C~1~1~14~c.pmt"}, "B");
+}
+
+#ifndef _WIN32
+TEST_F(HostileFolder, DeletingALinkLeavesWhatItLinksTo) {
+    const auto link = DiskPath(Folder.Path(Inside("link.pmt")));
+    std::filesystem::create_symlink(DiskPath(Folder.Path(Outside)), link);
+    Write({"0~A~1~1~14~link.pmt"});
+    Desktop.Scripts[dialog::Editor] = [](MemoryUser& user) {
+        user.ClickRow(control::EditorList, 0);
+        user.Press(control::EditorDelete);
+        user.Press(control::Ok);
+    };
+    ShowEditor(FavoritesPath().c_str(), WindowHandle::None, Desktop.Services, Store.Services);
+    EXPECT_FALSE(std::filesystem::is_symlink(link)) << "the favorite was deleted";
+}
+#endif
+
+} // namespace
+} // namespace pmx::test
