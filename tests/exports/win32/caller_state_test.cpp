@@ -101,6 +101,8 @@ protected:
         cancelled("EX_ShowTemplateUI", [&] { return EX_ShowTemplateUI(folder.c_str(), nullptr); });
         cancelled("EX_ShowChoiceUIEntry",
                   [&] { return EX_ShowChoiceUIEntry(folder.c_str(), ListFile, ".pmt", table, 1, nullptr); });
+        cancelled("EX_ShowChoiceUIBasic",
+                  [&] { return EX_ShowChoiceUIBasic(folder.c_str(), ListFile, ".pmt", nullptr); });
     }
 };
 
