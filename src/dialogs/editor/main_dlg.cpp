@@ -37,8 +37,6 @@ CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(std::string folder, const std::string& li
       List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
                                                       storeServices)) {}
 
-CPMXTemplUIMainDlg::~CPMXTemplUIMainDlg() = default;
-
 bool CPMXTemplUIMainDlg::OnInitDialog() {
     Window().SetTitle(StringOf(text::EditorTitle));
     LimitName(control::EditorName);

@@ -32,7 +32,6 @@ public:
     CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName, std::string extension,
                        WindowHandle parent, const DialogServices& services = SystemDialogServices(),
                        const StoreServices& storeServices = SystemStoreServices());
-    ~CPMXTemplUIMainDlg() override;
 
 private:
     enum class AttributeOutcome : int { Failed = -1, Accepted = 0, Cancelled = 1 };

@@ -11,6 +11,8 @@ class WindowsList final : public ListControl {
 public:
     /// Without a window, every operation does nothing.
     explicit WindowsList(HWND window);
+    WindowsList(const WindowsList&) = delete;
+    WindowsList& operator=(const WindowsList&) = delete;
     ~WindowsList() override;
 
     /// Takes the image lists away from the control, which would destroy them with itself.
