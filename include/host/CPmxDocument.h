@@ -8,6 +8,7 @@
 
 /// The host's attribute table: 8657 bytes whose layout beyond the starts of the five level parts is the
 /// host's own.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the host's own name.
 struct _LM_DOCUMENTLAYOUTTABLE {
     unsigned char Bytes[PMX_DOCUMENT_TABLE_SIZE];
 };
@@ -24,6 +25,7 @@ public:
             throw std::bad_alloc();
         }
     }
+    // NOLINTNEXTLINE(bugprone-exception-escape): see above.
     virtual ~CPmxDocument() noexcept(false) { PmxDocumentDestroy(Handle); }
     CPmxDocument(const CPmxDocument&) = delete;
     CPmxDocument(CPmxDocument&&) = delete;
@@ -38,6 +40,7 @@ public:
         }
         return *this;
     }
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the other one handles it.
     virtual CPmxDocument& operator=(const CPmxDocument& source) { return *this = &source; }
 
     bool Load(const char* path, const void* options) { return PmxDocumentLoad(Handle, path, options) != 0; }

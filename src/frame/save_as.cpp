@@ -21,7 +21,7 @@ std::string TextIn(const char (&field)[PMX_TEMPLINFO_TEXT_SIZE]) {
 }
 
 std::string ProposedName(const TemplInfo& info, const DialogServices& services) {
-    const std::string name = TextIn(info.Name);
+    std::string name = TextIn(info.Name);
     if (info.Standard != 1) {
         return name;
     }

@@ -5,7 +5,7 @@
 namespace pmx {
 
 const DialogServices& SystemDialogServices() {
-    static const DialogServices services{
+    static const DialogServices Services{
         .Strings = SystemResources(),
         .Dialogs = SystemDialogRunner(),
         .Messages = SystemMessageBoxes(),
@@ -16,7 +16,7 @@ const DialogServices& SystemDialogServices() {
         .CodePage = SystemText(),
         .ForeignCalls = SystemGuard(),
     };
-    return services;
+    return Services;
 }
 
 } // namespace pmx

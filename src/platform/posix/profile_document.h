@@ -62,6 +62,7 @@ bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding e
 class ProfileEditor {
 public:
     explicit ProfileEditor(ProfileText& text);
+    ~ProfileEditor() = default;
     ProfileEditor(const ProfileEditor&) = delete;
     ProfileEditor& operator=(const ProfileEditor&) = delete;
 

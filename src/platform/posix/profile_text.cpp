@@ -375,7 +375,9 @@ ProfileText::ProfileText(FileBytes content) : Content(std::move(content)) {
 }
 
 void ProfileText::Reread(std::string_view content) {
-    FileBytes copy{std::make_unique_for_overwrite<char[]>(content.size()), content.size()};
+    FileBytes copy;
+    copy.Data = std::make_unique_for_overwrite<char[]>(content.size());
+    copy.Size = content.size();
     std::copy(content.begin(), content.end(), copy.Data.get());
     *this = ProfileText(std::move(copy));
 }

@@ -67,6 +67,7 @@ private:
 class CallText {
 public:
     CallText(std::string_view text, ProfileEncoding encoding);
+    ~CallText() = default;
     CallText(const CallText&) = delete;
     CallText& operator=(const CallText&) = delete;
 
