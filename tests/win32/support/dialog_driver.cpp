@@ -399,7 +399,7 @@ HWND DialogDriver::FindMessageBox(const OpenMessage& message) const {
     return search.Found;
 }
 
-void DialogDriver::AnswerMessage(const OpenDialog& dialog, const OpenMessage& message) {
+void DialogDriver::AnswerMessage(const OpenMessage& message) {
     HWND box = nullptr;
     const auto isAnswered = [&] {
         const std::lock_guard guard(Lock);
@@ -407,14 +407,18 @@ void DialogDriver::AnswerMessage(const OpenDialog& dialog, const OpenMessage& me
     };
     Require(WaitUntil([&] { return (box = FindMessageBox(message)) != nullptr || isAnswered(); }) && box,
             "the message box did not appear: " + Utf8(message.Asked.Text));
-    Activate(dialog, box);
+    // Stands in for the dialog that the box belongs to, which is not always the one acted on: that may be
+    // closed.
+    OpenDialog open;
+    open.Window = box;
+    Activate(open, box);
     CheckMessageBox(box, message.Asked);
     EXPECT_FALSE(IsWindowEnabled(win32::ToSystem(message.Asked.Owner)))
         << "the owner of a message must be disabled";
     message.Meanwhile();
     const HWND button = GetDlgItem(box, ButtonOf(message.Planned));
     EXPECT_NE(button, nullptr);
-    ClickAt(dialog, button, CenterOf(button));
+    ClickAt(open, button, CenterOf(button));
     Require(WaitUntil(isAnswered), "the message box did not close: " + Utf8(message.Asked.Text));
 }
 
@@ -433,7 +437,7 @@ bool DialogDriver::DealWithNewWindows(const OpenDialog& dialog) {
         RunScript(opened);
     }
     if (message) {
-        AnswerMessage(dialog, *message);
+        AnswerMessage(*message);
     }
     return opened || message;
 }

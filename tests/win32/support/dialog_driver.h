@@ -104,7 +104,7 @@ private:
     void RunScript(const std::shared_ptr<OpenDialog>& dialog);
     bool DealWithNewWindows(const OpenDialog& dialog);
     bool WaitForMarker(const OpenDialog& dialog, bool asInput);
-    void AnswerMessage(const OpenDialog& dialog, const OpenMessage& message);
+    void AnswerMessage(const OpenMessage& message);
     bool TryOnDialogThread(const OpenDialog& dialog, const std::function<void()>& action);
     void GiveUp(OpenDialog& dialog);
     void CloseMessageBoxes() const;
