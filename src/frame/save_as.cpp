@@ -52,15 +52,15 @@ bool FillDocument(CPmxDocument& document, const std::string& name, std::int32_t 
 }
 
 bool Overwrite(const CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& name,
-               const void* table) {
+               std::int32_t level, const void* table) {
     CPMXTemplUIListData* const record = list.Contains(info.Position) ? list.GetAt(info.Position) : nullptr;
     if (record == nullptr) {
         return false;
     }
     record->SetStandard(0);
     record->SetName(name);
-    record->SetLevel(info.Level);
-    if (record->GetDocument() == nullptr || !FillDocument(*record->GetDocument(), name, info.Level, table) ||
+    record->SetLevel(level);
+    if (record->GetDocument() == nullptr || !FillDocument(*record->GetDocument(), name, level, table) ||
         !list.SaveFavorite(*record)) {
         return false;
     }
@@ -68,25 +68,26 @@ bool Overwrite(const CPMXTemplUIListDataArray& list, TemplInfo& info, const std:
     return true;
 }
 
-std::unique_ptr<CPMXTemplUIListData> MakeRecord(const TemplInfo& info, const std::string& name,
+std::unique_ptr<CPMXTemplUIListData> MakeRecord(const std::string& name, std::int32_t level,
                                                 const std::string& fileName) {
     auto record = std::make_unique<CPMXTemplUIListData>();
     record->SetName(name);
-    record->SetLevel(info.Level);
+    record->SetLevel(level);
     record->SetIconIndex(NewFavoriteIcon);
     record->SetFileName(fileName);
     record->SetNewFlag(1);
     return record;
 }
 
-bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& name, const void* table) {
+bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& name, std::int32_t level,
+            const void* table) {
     const std::optional<std::string> fileName = list.MakeFileName(name);
     if (!fileName) {
         return false;
     }
-    std::unique_ptr<CPMXTemplUIListData> record = MakeRecord(info, name, *fileName);
+    std::unique_ptr<CPMXTemplUIListData> record = MakeRecord(name, level, *fileName);
     // Saved before it gets a place in the list, so that no failure leaves an empty place behind.
-    if (!record->EnsureDocument() || !FillDocument(*record->GetDocument(), name, info.Level, table) ||
+    if (!record->EnsureDocument() || !FillDocument(*record->GetDocument(), name, level, table) ||
         !list.SaveFavorite(*record)) {
         return false;
     }
@@ -103,13 +104,14 @@ bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& 
 
 SaveAsResult SaveAsFavorite(CPMXTemplUIListDataArray& list, std::int32_t mode, TemplInfo& info,
                             const void* table, WindowHandle parent, const DialogServices& services) {
+    const std::int32_t level = info.Level; // the host may use its record while the dialog is open
     std::string name;
     const int code = AskName(list, info, parent, services, name);
     if (code != CodeOk) {
         return code == CodeCancel ? SaveAsResult::Cancelled : SaveAsResult::Failed;
     }
-    const bool saved =
-        mode == SaveAsNew ? AddNew(list, info, name, table) : Overwrite(list, info, name, table);
+    const bool saved = mode == SaveAsNew ? AddNew(list, info, name, level, table)
+                                         : Overwrite(list, info, name, level, table);
     if (!saved) {
         return SaveAsResult::Failed;
     }

@@ -187,6 +187,23 @@ TEST_F(SaveAsTest, KeepsTheGivenLevelAlsoWhereTheDialogHasNone) {
     EXPECT_EQ(FakeHost::ReadFavorite(Folder, "Copy.pmt").Level, 101);
 }
 
+TEST_F(SaveAsTest, TakesTheLevelThatWasGivenBeforeTheDialogOpened) {
+    for (const std::int32_t mode : {SaveAsNew, OverwriteMode}) {
+        std::vector<char> part(PMX_TABLE_SIZE);
+        ASSERT_TRUE(CopyTablePart(List, 0, 1, part.data(), PMX_TABLE_SIZE));
+        TemplInfo info = InfoOf("x", 2);
+        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [&info](MemoryUser& user) {
+            info.Level = 5;
+            user.Fill(control::CreateName, "New");
+            user.Press(control::Ok);
+        });
+        ASSERT_EQ(SaveAsFavorite(List, mode, info, Table.Bytes, WindowHandle::None, Desktop.Services),
+                  SaveAsResult::Saved);
+        EXPECT_EQ(List.GetAt(info.Position)->GetLevel(), 2);
+        SetUp();
+    }
+}
+
 TEST_F(SaveAsTest, IsSavedAlsoWhenTheListFileCannotBeWritten) {
     Folder.Remove(ListFile);
     Folder.AddFolder(ListFile);
