@@ -190,6 +190,24 @@ TYPED_TEST(ChoiceEntryDlgTest, StoresTheIconThatWasPicked) {
     EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData2=0~New~1~1~59~New.pmt\r\n"), std::string::npos);
 }
 
+TYPED_TEST(ChoiceEntryDlgTest, GivesTheIconThatWasPickedToAFavoriteThatItRewrites) {
+    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+        user.Fill(control::RegisterName, "Mine");
+        user.Press(control::RegisterChangeIcon);
+        user.Press(control::Ok);
+    });
+    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+        user.ClickRow(control::PickerIcons, 1);
+        user.Press(control::Ok);
+    });
+    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
+                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    EXPECT_EQ(dialog.DoModal(), CodeOk);
+    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~15~Mine.pmt\r\n"),
+              std::string::npos);
+}
+
 TYPED_TEST(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
     this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Press(control::RegisterChangeIcon);

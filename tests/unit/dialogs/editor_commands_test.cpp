@@ -57,6 +57,7 @@ TYPED_TEST_SUITE(EditorMove, test::AllDesktops);
 TYPED_TEST_SUITE(EditorIcon, test::AllDesktops);
 
 using EditorNewInMemory = EditorNew<MemoryDesktop>;
+using EditorEditInMemory = EditorEdit<MemoryDesktop>;
 using EditorMoveInMemory = EditorMove<MemoryDesktop>;
 using EditorIconInMemory = EditorIcon<MemoryDesktop>;
 
@@ -324,6 +325,30 @@ TYPED_TEST(EditorEdit, HostThatCannotTakeTheEditedDocumentOverIsReportedAndTheFi
         SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(TestFixture::SeedOf(0))));
 }
 
+TEST_F(EditorEditInMemory, StandardFavoriteIsCopiedThroughTheAttributeDialog) {
+    Given({Standard("S", 1)});
+    const test::HostContent original{.Table = TableOf(9), .Level = 1, .Name = "S"};
+    FakeHost::WriteFavorite(Folder, "Standard.pmt", original);
+    Attributes.User = [](unsigned char* part) {
+        part[0] ^= 0xFF;
+        return PMX_PROPUI_OK;
+    };
+    RunAndAccept([this](MemoryUser& editor) {
+        Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](MemoryUser& user) {
+            EXPECT_EQ(user.Text(control::CreateName), "");
+            user.Fill(control::CreateName, "N");
+            user.Press(control::Ok);
+        });
+        editor.Events().OnPressed(control::EditorEdit); // the button itself cannot be pressed
+    });
+    EXPECT_EQ(Attributes.Calls.size(), 1U);
+    EXPECT_EQ(ListedValues(), (Names{"1~S~1~0~14~Standard.pmt", "0~N~1~0~14~N.pmt"}));
+    _LM_DOCUMENTLAYOUTTABLE edited = TableOf(9);
+    edited.Bytes[0] ^= 0xFF;
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "N.pmt").Table, edited));
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "Standard.pmt").Table, original.Table));
+}
+
 // Copy
 
 TYPED_TEST(EditorCopy, MakesAFavoriteWithTheSameTableUnderANewName) {
@@ -367,6 +392,31 @@ TYPED_TEST(EditorCopy, DialogProposesNoNameAndKeepsTheLevel) {
     });
     EXPECT_EQ(this->ListedValues()[1], "0~N~4~0~14~N.pmt");
     EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "N.pmt").Level, 4);
+}
+
+TYPED_TEST(EditorCopy, NameInUseIsRefusedByTheDialog) {
+    this->GivenThree();
+    this->ExpectWarning(text::CreateNameExists);
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
+            user.Fill(control::CreateName, "b");
+            user.Press(control::Ok);
+            EXPECT_TRUE(user.IsOpen());
+            user.Escape();
+        });
+        editor.Press(control::EditorCopy);
+    });
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
+}
+
+TYPED_TEST(EditorCopy, LevelThatTheDialogDoesNotOfferBecomesTheDocumentLevel) {
+    this->Given({{.Name = "A", .Level = 104, .File = "4"}});
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("N");
+        user.Press(control::EditorCopy);
+    });
+    EXPECT_EQ(this->ListedValues(), (Names{"0~A~104~0~14~4", "0~N~1~0~14~N.pmt"}));
+    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "N.pmt").Level, 1);
 }
 
 TYPED_TEST(EditorCopy, CancelledDialogAddsNothing) {

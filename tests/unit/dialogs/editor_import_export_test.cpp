@@ -127,6 +127,23 @@ TYPED_TEST(EditorImport, NameInUseAsksForAnotherAndProposesIt) {
     EXPECT_EQ(this->ListedValues()[1], "0~Other~3~0~0~X.pmt");
 }
 
+TYPED_TEST(EditorImport, OtherNameInUseIsRefusedByTheDialog) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->GivenFile("X.pmt", "A");
+    this->Desktop.Messages.Expect(text::CreateNameExists, MessageIcon::Exclamation);
+    this->RunAndAccept([this](DialogUser& editor) {
+        this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
+            user.Fill(control::CreateName, "b");
+            user.Press(control::Ok);
+            EXPECT_TRUE(user.IsOpen());
+            user.Escape();
+        });
+        this->Import(editor, "X.pmt");
+    });
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B"}));
+    EXPECT_FALSE(this->Folder.Exists("X.pmt"));
+}
+
 TYPED_TEST(EditorImport, NameOfAStandardFavoriteIsInUseToo) {
     this->Given({Standard("S")});
     this->GivenFile("X.pmt", "S");
@@ -265,6 +282,33 @@ TYPED_TEST(EditorImport, FavoriteOfDocumentLevelCanBePutOnTheToolbar) {
         user.ClickStateImage(List, 0);
         EXPECT_EQ(user.StateImage(List, 0), 2);
     });
+}
+
+TYPED_TEST(EditorImport, LevelsOfStandardFavoritesAreShownLikeTheOthers) {
+    this->GivenFile("X.pmt", "N", 101);
+    this->GivenFile("Y.pmt", "M", 104);
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Import(user, "X.pmt");
+        this->Import(user, "Y.pmt");
+        EXPECT_EQ(user.Cell(List, 0, 2), Sjis(u8"文書"));
+        EXPECT_EQ(user.StateImage(List, 0), 1);
+        EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"面"));
+        EXPECT_EQ(user.StateImage(List, 1), 3);
+        EXPECT_EQ(user.Cell(List, 1, 3), Sjis(u8"ユーザー設定"));
+    });
+    EXPECT_EQ(this->ListedValues(), (Names{"0~~101~0~0~X.pmt", "0~~104~0~0~Y.pmt"}));
+}
+
+TEST_F(EditorImportInMemory, CopyThatCannotBeDeletedAfterAFailureIsNotReportedToo) {
+    Outside.Write("X.pmt", "no favorite");
+    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::AccessDenied);
+    Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
+    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    RunAndAccept([this](MemoryUser& user) {
+        Import(user, "X.pmt");
+        EXPECT_EQ(user.RowCount(List), 0);
+    });
+    EXPECT_EQ(Store.Clock.Total(), 28000U);
 }
 
 // Export

@@ -30,6 +30,7 @@ TYPED_TEST_SUITE(EditorKeyboard, test::AllDesktops);
 TYPED_TEST_SUITE(EditorToolbar, test::AllDesktops);
 
 using EditorMouseInMemory = EditorMouse<MemoryDesktop>;
+using EditorKeyboardInMemory = EditorKeyboard<MemoryDesktop>;
 
 /// That many favorites on the toolbar, and one that is not, the last.
 std::vector<ListedFavorite> OnToolbar(int count) {
@@ -102,6 +103,17 @@ TYPED_TEST(EditorMouse, ClickOnTheTickedBoxTakesTheFavoriteOffTheToolbar) {
         EXPECT_EQ(user.StateImage(List, 0), Empty);
     });
     EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~1~0~14~F0.pmt"});
+}
+
+TEST_F(EditorMouseInMemory, BoxOfARowThatIsNotMarkedLeavesTheControlsAsTheyAre) {
+    Given({{.Name = "A"}, {.Name = "B"}});
+    RunAndCancel([](MemoryUser& user) {
+        user.List(List).Hit = {.Row = 1, .OnStateImage = true};
+        user.Events().OnListClicked(List);
+        EXPECT_EQ(user.StateImage(List, 1), Ticked);
+        EXPECT_EQ(user.Text(Name), "A");
+        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
+    });
 }
 
 TYPED_TEST(EditorMouse, ClickOnTheUnavailableBoxOnlySelects) {
@@ -201,6 +213,17 @@ TYPED_TEST(EditorKeyboard, SpaceOnAnUnavailableBoxDoesNothing) {
         EXPECT_EQ(user.StateImage(List, 0), Unavailable);
     });
     EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~5~0~14~F0.pmt"});
+}
+
+TEST_F(EditorKeyboardInMemory, SpaceWithoutAMarkedRowDoesNothing) {
+    Given({{.Name = "A"}});
+    RunAndCancel([](MemoryUser& user) {
+        user.TabTo(List);
+        user.List(List).DeselectAll();
+        user.List(List).SetSelectionMark(-1);
+        user.Events().OnListKeyDown(List, {.VirtualKey = ListKey::Space});
+        EXPECT_EQ(user.StateImage(List, 0), Empty);
+    });
 }
 
 TYPED_TEST(EditorKeyboard, SpaceHasTheLimitOfTheToolbar) {

@@ -327,6 +327,20 @@ TYPED_TEST(EditorRename, HostThatRaisesAtTheFileIsReported) {
     EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
+TEST_F(EditorRenameInMemory, StandardFavoriteIsLeftAloneSilently) {
+    Given({Standard("S"), {.Name = "A"}});
+    RunAndAccept([](MemoryUser& user) {
+        user.ClickRow(List, 1);
+        user.Fill(Name, "New");
+        user.List(List).SetRowData(0, 1);
+        user.List(List).SetRowData(1, 0); // the row is now that of the standard favorite
+        user.TabTo(List);
+        EXPECT_EQ(user.Cell(List, 1, 1), "A");
+    });
+    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "S"}));
+    EXPECT_TRUE(Host.LoadedPaths.empty());
+}
+
 TYPED_TEST(EditorRename, LeavingANameThatIsTooLongForTheBoxKeepsIt) {
     const std::string longName(40, 'x');
     this->Given({{.Name = longName}, {.Name = "B"}});

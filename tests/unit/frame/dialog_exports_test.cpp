@@ -62,6 +62,60 @@ TEST_F(ShowEditorTest, FolderIsCutTo519BytesAndNoCharacterIsSplit) {
     EXPECT_EQ(askedFor(std::string(518, 'x') + Sjis(u8"表") + "y"), std::string(518, 'x'));
 }
 
+class ShowRegisterDialogTest : public testing::Test, public test::FavoriteFolder {
+protected:
+    std::int64_t Show(const test::MemoryDialogs::Script& script) {
+        Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, script);
+        return ShowRegisterDialog(Folder.Path().c_str(), "Mine.ini", ".fav", Table, 2, WindowHandle{7},
+                                  Desktop.Services, Store.Services);
+    }
+
+    static void Register(MemoryUser& user) {
+        user.Fill(control::RegisterName, "N");
+        user.Press(control::Ok);
+    }
+
+    _LM_DOCUMENTLAYOUTTABLE Content = test::TableOf(90);
+    const void* Table = Content.Bytes;
+    test::MemoryDesktop Desktop;
+};
+
+TEST_F(ShowRegisterDialogTest, AcceptedDialogGives0AndStoresTheTableUnderTheCallersListFileAndLevel) {
+    EXPECT_EQ(Show([](MemoryUser& user) {
+                  EXPECT_EQ(user.Parent(), WindowHandle{7});
+                  Register(user);
+              }),
+              0);
+    EXPECT_EQ(Folder.Names(), (std::vector<std::string>{"Mine.ini", "N.fav"}));
+    const test::HostContent stored = test::FakeHost::ReadFavorite(Folder, "N.fav");
+    EXPECT_EQ(stored.Level, 2);
+    EXPECT_EQ(stored.Table.Bytes[82], Content.Bytes[0]);
+}
+
+TEST_F(ShowRegisterDialogTest, CancelledDialogGives1) {
+    EXPECT_EQ(Show([](MemoryUser& user) { user.Escape(); }), 1);
+    EXPECT_TRUE(Folder.Names().empty());
+}
+
+TEST_F(ShowRegisterDialogTest, DialogThatCannotBeShownGivesMinus1) {
+    EXPECT_EQ(Show({}), -1);
+}
+
+TEST_F(ShowRegisterDialogTest, MissingTableIsNoReasonToRefuse) {
+    Table = nullptr;
+    EXPECT_EQ(Show(Register), 0);
+    EXPECT_TRUE(Folder.Names().empty()) << "but nothing can be stored";
+}
+
+TEST_F(ShowRegisterDialogTest, LongFolderReachesTheDialogAsItIs) {
+    FolderNotingFiles files;
+    const StoreServices services{files, Store.Profiles, SystemText(), Store.Clock};
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) { user.Escape(); });
+    ShowRegisterDialog(std::string(600, 'x').c_str(), "Mine.ini", ".fav", Table, 1, WindowHandle::None,
+                       Desktop.Services, services);
+    EXPECT_EQ(files.AskedFolder, std::string(600, 'x'));
+}
+
 class ShowBasicListTest : public testing::Test, public test::FavoriteFolder {
 protected:
     std::int64_t Show(const test::MemoryDialogs::Script& script) {
