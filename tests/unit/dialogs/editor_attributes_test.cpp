@@ -157,6 +157,25 @@ TYPED_TEST(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEdi
     EXPECT_EQ(this->Attributes.Calls.size(), 2U);
 }
 
+TEST_F(EditorAttributesInMemory, SameEditorLooksTheDialogUpAnewEachTimeItIsOpened) {
+    Given({{.Name = "A"}});
+    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
+                              Store.Services);
+    Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
+    ExpectFailure(text::AttributeDialogMissing);
+    for (int times = 0; times < 2; ++times) {
+        Desktop.Dialogs.OnOpened(dialog::Editor, [this](MemoryUser& user) {
+            EXPECT_EQ(Desktop.Libraries.Loaded, 1);
+            Edit(user);
+            user.Escape();
+        });
+        EXPECT_EQ(editor.DoModal(), CodeCancel);
+        Attributes.User = [](unsigned char*) { return PMX_PROPUI_OK; };
+    }
+    EXPECT_EQ(Attributes.Calls.size(), 2U);
+    EXPECT_EQ(Desktop.Libraries.Asked.size(), 2U);
+}
+
 TYPED_TEST(EditorAttributes, TableThatTheDocumentRefusesIsReportedAndTheFileStays) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
         this->Given({{.Name = "A"}});

@@ -152,6 +152,21 @@ TYPED_TEST(EditorCommit, ListIsEmptiedAtTheEnd) {
     EXPECT_EQ(this->Host.LiveDocuments, 0U);
 }
 
+TEST_F(EditorCommitInMemory, EditorHoldsNoRecordOnceItHasEnded) {
+    GivenThree();
+    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
+                              Store.Services);
+    for (const ControlId end : {control::Ok, control::Cancel}) {
+        Desktop.Dialogs.OnOpened(dialog::Editor, [this, end](MemoryUser& user) {
+            user.Press(control::EditorEdit);
+            EXPECT_NE(Host.LiveDocuments, 0U);
+            user.Press(end);
+        });
+        EXPECT_EQ(editor.DoModal(), end);
+        EXPECT_EQ(Host.LiveDocuments, 0U);
+    }
+}
+
 TYPED_TEST(EditorCancel, NothingOfTheListIsWritten) {
     this->GivenThree();
     const std::string before = this->Folder.Read(test::ListFile);

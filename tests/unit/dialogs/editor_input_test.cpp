@@ -215,6 +215,16 @@ TYPED_TEST(EditorKeyboard, SpaceOnAnUnavailableBoxDoesNothing) {
     EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~5~0~14~F0.pmt"});
 }
 
+TEST_F(EditorKeyboardInMemory, SpaceTogglesTheMarkedRowAlsoWhenItIsNotSelected) {
+    Given({{.Name = "A"}});
+    RunAndCancel([](MemoryUser& user) {
+        user.TabTo(List);
+        user.List(List).DeselectAll();
+        user.Events().OnListKeyDown(List, {.VirtualKey = ListKey::Space});
+        EXPECT_EQ(user.StateImage(List, 0), Ticked);
+    });
+}
+
 TEST_F(EditorKeyboardInMemory, SpaceWithoutAMarkedRowDoesNothing) {
     Given({{.Name = "A"}});
     RunAndCancel([](MemoryUser& user) {

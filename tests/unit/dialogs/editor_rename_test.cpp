@@ -143,6 +143,31 @@ TYPED_TEST(EditorRename, OwnNameInAnotherCaseIsAccepted) {
     EXPECT_EQ(this->ListedNames()[1], "BETA");
 }
 
+TYPED_TEST(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.ClickBesideRows(List);
+        user.Fill(Name, "New");
+        user.TabTo(List);
+        EXPECT_EQ(user.Cell(List, 1, 1), "New");
+    });
+    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", "New", "C"}));
+}
+
+TYPED_TEST(EditorRename, RefusedNameSelectsItsRowAgain) {
+    this->GivenThree();
+    this->ExpectRefusal(text::NameHasSeparator);
+    this->RunAndCancel([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.ClickBesideRows(List);
+        user.Fill(Name, "a~b");
+        user.TabTo(List);
+        EXPECT_EQ(user.SelectedRow(List), 1);
+        EXPECT_EQ(user.Focused(), Name);
+    });
+}
+
 TYPED_TEST(EditorRename, RefusedNameCanBeMended) {
     this->GivenThree();
     this->ExpectRefusal(text::RenameNameExists);
