@@ -272,6 +272,7 @@ TYPED_TEST(BasicListTest, ArrowKeysShowTheRowThatTheyLeadTo) {
         EXPECT_EQ(user.Text(Name), "Beta");
         EXPECT_EQ(user.SelectedRow(List), 1);
         user.Key(test::key::Down);
+        EXPECT_EQ(user.Text(Name), "C");
         user.Key(test::key::Down);
         EXPECT_EQ(user.Text(Name), "C");
         EXPECT_FALSE(user.IsEnabled(control::BasicDown));

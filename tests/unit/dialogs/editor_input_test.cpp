@@ -170,6 +170,7 @@ TYPED_TEST(EditorKeyboard, ArrowKeysShowTheRowThatTheyLeadTo) {
         EXPECT_EQ(user.Text(Name), "B");
         EXPECT_EQ(user.SelectedRow(List), 1);
         user.Key(test::key::Down);
+        EXPECT_EQ(user.Text(Name), "C");
         user.Key(test::key::Down);
         EXPECT_EQ(user.Text(Name), "C");
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
