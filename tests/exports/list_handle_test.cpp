@@ -99,12 +99,12 @@ TEST_F(ListHandleTest, AStandardFavoritesSummaryHasItsNumberAsPath) {
     Fill();
     const ListHandle handle = Open();
     const TemplInfo info = Summaries(handle.get(), 101).at(1);
-    EXPECT_EQ(info.Position, 2);
+    EXPECT_EQ(std::int64_t{info.Position}, 2);
     EXPECT_EQ(info.Standard, 1U);
     EXPECT_EQ(info.Level, 101);
     EXPECT_STREQ(info.FilePath, "3");
     EXPECT_EQ(info.Toolbar, 1);
-    EXPECT_EQ(info.IconIndex, 3);
+    EXPECT_EQ(std::int64_t{info.IconIndex}, 3);
 }
 
 TEST_F(ListHandleTest, LongNamesAreCutTo259BytesBetweenCharacters) {

@@ -67,11 +67,11 @@ TEST_F(SaveAsExportTest, ANewFavoriteIsStoredAndFoundByItsName) {
                          dialog.Press(OkButton);
                      }),
               0);
-    EXPECT_EQ(Info.Position, 4);
+    EXPECT_EQ(std::int64_t{Info.Position}, 4);
     EXPECT_EQ(Info.Standard, 0U);
     EXPECT_EQ(Info.Level, 1);
     EXPECT_EQ(Info.Toolbar, 0);
-    EXPECT_EQ(Info.IconIndex, 14);
+    EXPECT_EQ(std::int64_t{Info.IconIndex}, 14);
     EXPECT_EQ(Info.Name, name);
     EXPECT_EQ(Part(Handle.get(), 4, 1), Table);
     EXPECT_EQ(Fetch(name, 1), Table);

@@ -210,8 +210,8 @@ TEST_F(ListExportsTest, PositionsCountOverTheWholeList) {
     Add("C", 1, "c");
     const auto summaries = Summaries(1);
     ASSERT_EQ(summaries.size(), 2U);
-    EXPECT_EQ(summaries[0].Position, 0);
-    EXPECT_EQ(summaries[1].Position, 3);
+    EXPECT_EQ(std::int64_t{summaries[0].Position}, 0);
+    EXPECT_EQ(std::int64_t{summaries[1].Position}, 3);
 }
 
 TEST_F(ListExportsTest, AnEmptyListCopiesNothing) {

@@ -159,11 +159,11 @@ TEST_F(SaveAsTest, StoresANewFavoriteAtTheEndOfTheList) {
     EXPECT_EQ(record.GetDeleteFlag(), 0);
     EXPECT_EQ(record.GetImportFlag(), 0);
 
-    EXPECT_EQ(info.Position, 2);
+    EXPECT_EQ(std::int64_t{info.Position}, 2);
     EXPECT_EQ(info.Standard, 0U);
     EXPECT_EQ(info.Level, 2);
     EXPECT_EQ(info.Toolbar, 0);
-    EXPECT_EQ(info.IconIndex, 14);
+    EXPECT_EQ(std::int64_t{info.IconIndex}, 14);
     EXPECT_EQ(TextOf(info.Name), Sjis(u8"新規ミ"));
     EXPECT_EQ(TextOf(info.FilePath), "stays");
 
@@ -265,7 +265,7 @@ TEST_F(SaveAsTest, StoresOverALoadedFavorite) {
     EXPECT_TRUE(SameTable(stored.Table, Table));
     EXPECT_EQ(stored.Name, "Renamed");
     EXPECT_EQ(TextOf(info.Name), "Renamed");
-    EXPECT_EQ(info.IconIndex, 33);
+    EXPECT_EQ(std::int64_t{info.IconIndex}, 33);
     EXPECT_EQ(List.GetSize(), 2);
     EXPECT_NE(Folder.Read(ListFile).find("TemplateData0=0~Renamed~1~1~33~Old.pmt\r\n"), std::string::npos);
 }
