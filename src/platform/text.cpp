@@ -4,10 +4,6 @@ namespace pmx {
 
 namespace {
 
-bool IsBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
 char Folded(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
@@ -60,7 +56,7 @@ bool EqualIgnoringLetterCase(std::string_view left, std::string_view right, cons
     return true;
 }
 
-std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes) {
+std::string_view TrimmedAtEnds(std::string_view text, const LeadByteTable& leadBytes) {
     std::size_t begin = 0;
     while (begin < text.size() && IsBlank(text[begin])) {
         ++begin;

@@ -59,7 +59,18 @@ std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByt
 /// second bytes that have the value of a letter included, compares exactly.
 bool EqualIgnoringLetterCase(std::string_view left, std::string_view right, const LeadByteTable& leadBytes);
 
-/// `text` without the blanks (space, tab, line feed, vertical tab, form feed, carriage return) at both ends.
-std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes);
+/// True for space, tab, line feed, vertical tab, form feed and carriage return.
+constexpr bool IsBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+/// `text` without the blanks at its ends, of which there is one at least.
+std::string_view TrimmedAtEnds(std::string_view text, const LeadByteTable& leadBytes);
+
+/// `text` without the blanks at both ends.
+inline std::string_view Trimmed(std::string_view text, const LeadByteTable& leadBytes) {
+    const bool hasBlanks = !text.empty() && (IsBlank(text.front()) || IsBlank(text.back()));
+    return hasBlanks ? TrimmedAtEnds(text, leadBytes) : text;
+}
 
 } // namespace pmx

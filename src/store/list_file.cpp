@@ -24,10 +24,6 @@ void WriteFlag(std::string& value, bool set) {
     value.push_back(set ? '1' : '0');
 }
 
-bool IsBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }

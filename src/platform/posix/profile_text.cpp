@@ -323,14 +323,13 @@ bool IsCanonical(std::string_view codePageText) {
     while ((position = SkipAscii(position, end)) != end) {
         do {
             const auto lead = static_cast<unsigned char>(*position);
-            if (!IsLead(lead)) {
-                ++position;
-                continue;
-            }
-            if (end - position < 2 || !Kept.Has(lead << 8U | static_cast<unsigned char>(position[1]))) {
+            if (end - position >= 2 && Kept.Has(lead << 8U | static_cast<unsigned char>(position[1]))) {
+                position += 2;
+            } else if (IsLead(lead)) {
                 return false;
+            } else {
+                ++position;
             }
-            position += 2;
         } while (position != end && static_cast<unsigned char>(*position) >= 0x80);
     }
     return true;
