@@ -2,6 +2,7 @@
 
 #include "store/favorite_files.h"
 #include "store/host_call.h"
+#include "store/list_file.h"
 #include "store/temporary_file.h"
 
 #include <algorithm>
@@ -36,6 +37,19 @@ std::size_t ExtensionStart(std::string_view fileName, const LeadByteTable& leadB
         }
     }
     return start;
+}
+
+/// The base name of a path as the list file can hold it, which parts its fields with a character and takes
+/// the blanks from their ends. A favorite under another file name would not be found again.
+std::string ListableBaseName(std::string_view path, const LeadByteTable& leadBytes) {
+    const std::string base = BaseNameOf(path, leadBytes);
+    std::string listable(Trimmed(base, leadBytes));
+    for (std::size_t position = FindSingleByte(listable, FieldSeparator, leadBytes);
+         position != std::string::npos;
+         position = FindSingleByte(listable, FieldSeparator, leadBytes, position + 1)) {
+        listable[position] = '=';
+    }
+    return listable;
 }
 
 bool IsFileOfUserFavorite(const CPMXTemplUIListDataArray& list, const std::string& path) {
@@ -82,7 +96,7 @@ void FavoriteImport::Discard() {
 
 ImportResult FavoriteImport::Read(const std::string& path) {
     const std::optional<std::string> fileName =
-        List.MakeFileName(BaseNameOf(path, List.GetServices().LeadBytes()));
+        List.MakeFileName(ListableBaseName(path, List.GetServices().LeadBytes()));
     if (!fileName) {
         return ImportResult::NoFileName;
     }

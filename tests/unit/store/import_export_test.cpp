@@ -137,6 +137,31 @@ TEST_F(ImportTest, FileWithAnotherExtensionGetsTheListsOne) {
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
 }
 
+TEST_F(ImportTest, NameOfTheNewFileCanStandInTheListFile) {
+    for (const auto& [given, made] : {std::pair{Sjis(u8"ミ~1~.pmt"), Sjis(u8"ミ=1=.pmt")},
+                                      std::pair<std::string, std::string>{"  x .pmt", "x.pmt"},
+                                      std::pair<std::string, std::string>{" .pmt", "Template.pmt"}}) {
+        GivenFile(given, "N");
+        FavoriteImport import(List, Guard);
+        ASSERT_EQ(import.Read(Outside.Path(given)), ImportResult::Success);
+        EXPECT_EQ(import.GetRecord().GetFileName(), made);
+    }
+}
+
+TEST_F(ImportTest, FavoriteFromAnyFileIsInTheListThatIsReadAgain) {
+    GivenFile(" a~b.pmt", "N");
+    {
+        FavoriteImport import(List, Guard);
+        ASSERT_EQ(import.Read(Outside.Path(" a~b.pmt")), ImportResult::Success);
+        import.Finish("N");
+    }
+    ASSERT_TRUE(List.WriteListFile());
+    ASSERT_TRUE(List.LoadList());
+    ASSERT_EQ(List.GetSize(), 1);
+    EXPECT_TRUE(List.GetAt(0)->EnsureDocument());
+    EXPECT_TRUE(List.LoadFavorite(*List.GetAt(0)));
+}
+
 TEST_F(ImportTest, EveryFailureLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
     const struct {
