@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <system_error>
@@ -95,11 +94,15 @@ void TempFolder::Write(std::string_view name, std::string_view bytes) const {
 }
 
 std::string TempFolder::Read(std::string_view name) const {
-    std::ifstream file(DiskPath(Path(name)), std::ios::binary);
+    const fs::path path = DiskPath(Path(name));
+    std::ifstream file(path, std::ios::binary);
     if (!file) {
         throw std::runtime_error("cannot read " + Utf8(name));
     }
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string bytes(fs::file_size(path), '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return bytes;
 }
 
 void TempFolder::AddFolder(std::string_view name) const {
