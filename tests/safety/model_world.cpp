@@ -119,7 +119,7 @@ model::Table ModelWorld::AnyTable() {
 
 // What happens outside the dialogs
 
-model::Favorite ModelWorld::AnyListed(int number) {
+model::Favorite ModelWorld::AnyListed(int number, bool isCrowded) {
     model::Favorite one;
     one.Name = model::Trimmed(AnyName());
     if (one.Name.empty() || model::HasTilde(one.Name) || OneIn(2)) {
@@ -129,8 +129,8 @@ model::Favorite ModelWorld::AnyListed(int number) {
         one.Name += " - a name that is longer than what the box holds";
     }
     one.IsStandard = OneIn(5);
-    one.Level = one.IsStandard ? 101 : OneIn(3) ? AnyLevel() : 1;
-    one.OnToolbar = model::IsDocumentLevel(one.Level) && !OneIn(4);
+    one.Level = one.IsStandard ? 101 : OneIn(isCrowded ? 10 : 3) ? AnyLevel() : 1;
+    one.OnToolbar = model::IsDocumentLevel(one.Level) && !OneIn(isCrowded ? 8 : 4);
     one.Icon = OneIn(10) ? IntBelow(200) - 70 : IntBelow(model::IconCount);
     one.File = one.IsStandard ? std::to_string(1 + Below(5)) : "F" + std::to_string(number) + ".pmt";
     if (!one.IsStandard && OneIn(25)) {
@@ -145,9 +145,10 @@ model::Favorite ModelWorld::AnyListed(int number) {
 void ModelWorld::FillFolders() {
     static constexpr std::array<int, 6> Sizes = {0, 1, 2, 4, 9, 26};
     const int size = AnyOf(Sizes);
+    const bool isCrowded = size > model::ToolbarLimit;
     model::Favorites lines;
     for (int number = 0; number < size; ++number) {
-        lines.push_back(AnyListed(number));
+        lines.push_back(AnyListed(number, isCrowded));
         const model::Favorite& one = lines.back();
         if (!one.IsStandard && one.File.front() == 'F' && !OneIn(15)) {
             WriteFile(one.File, {one.Name, one.Level, AnyTable()});

@@ -82,7 +82,7 @@ private:
     void CompareListRead();
     static void CompareFile(const TempFolder& folder, const std::string& name, const model::File& content);
     void WriteListFile();
-    model::Favorite AnyListed(int number);
+    model::Favorite AnyListed(int number, bool isCrowded);
 
     std::mt19937 Random;
     int Count = 0;
