@@ -37,7 +37,7 @@ int NumberFromEnvironment(const char* name, int usual) {
 /// How many actions; PMX_MODEL_STEPS asks for another number.
 int Actions() {
 #if defined(_WIN32)
-    constexpr int Usual = 4'000; // files are slow there
+    constexpr int Usual = 6'000; // files are slow there
 #elif defined(__SANITIZE_ADDRESS__)
     constexpr int Usual = 40'000;
 #else

@@ -72,7 +72,7 @@ std::string ModelWorld::AnyName() {
                                                       "AB",
                                                       "aB",
                                                       "b ",
-                                                      "  C\t",
+                                                      "\t C ",
                                                       "x y",
                                                       Sjis(u8"ミ"),
                                                       Sjis(u8"ア"),
@@ -92,7 +92,7 @@ std::string ModelWorld::AnyName() {
                                                       "a~b",
                                                       Sjis(u8"ミ") + "~",
                                                       "",
-                                                      " \t "};
+                                                      "\t  "};
     return AnyOf(Names) + (OneIn(3) ? std::to_string(Below(20)) : "");
 }
 
