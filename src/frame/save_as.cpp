@@ -87,6 +87,7 @@ bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& 
     }
     std::unique_ptr<CPMXTemplUIListData> record = MakeRecord(name, level, *fileName);
     // Saved before it gets a place in the list, so that no failure leaves an empty place behind.
+    list.MakeRoom();
     if (!record->EnsureDocument() || !FillDocument(*record->GetDocument(), name, level, table) ||
         !list.SaveFavorite(*record)) {
         return false;

@@ -104,6 +104,7 @@ ImportResult FavoriteImport::Read(const std::string& path) {
     Record->SetFileName(*fileName);
     Record->SetNewFlag(1);
     Record->SetImportFlag(1);
+    List.MakeRoom();
     if (!Copy(path)) {
         return ImportResult::NotCopied;
     }

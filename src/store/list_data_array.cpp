@@ -70,6 +70,12 @@ std::int64_t CPMXTemplUIListDataArray::Add(std::unique_ptr<CPMXTemplUIListData> 
     return GetSize() - 1;
 }
 
+void CPMXTemplUIListDataArray::MakeRoom() {
+    if (Records.size() == Records.capacity()) {
+        Records.reserve(2 * Records.size() + 1);
+    }
+}
+
 void CPMXTemplUIListDataArray::RemoveLast() {
     if (!Records.empty()) {
         Records.pop_back();
@@ -259,6 +265,15 @@ bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record)
 }
 
 void CPMXTemplUIListDataArray::DeleteFilesOfDeleted(
+    const std::vector<const CPMXTemplUIListData*>& records) const {
+    try {
+        DeleteUnusedFiles(records);
+    } catch (const std::bad_alloc&) {
+        return; // the files that are left stay
+    }
+}
+
+void CPMXTemplUIListDataArray::DeleteUnusedFiles(
     const std::vector<const CPMXTemplUIListData*>& records) const {
     std::vector<const CPMXTemplUIListData*> deleted;
     std::unordered_set<std::string> stillUsed;

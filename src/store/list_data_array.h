@@ -37,6 +37,10 @@ public:
     /// Appends a record, or an empty slot for null, and gives its index.
     std::int64_t Add(std::unique_ptr<CPMXTemplUIListData> record);
 
+    /// Takes the memory that the next Add needs, which then cannot fail: to be called before a file is
+    /// written for a record that is to be added.
+    void MakeRoom();
+
     /// Destroys the last record and its slot; nothing for an empty list.
     void RemoveLast();
 
@@ -91,8 +95,8 @@ public:
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 
     /// Deletes the favorite files of those of the given records that are user favorites marked deleted,
-    /// except files that another of them still uses, among them those of all standard favorites. Failures are
-    /// ignored: such a file is no longer referred to by the list.
+    /// except files that another of them still uses, among them those of all standard favorites. Failures,
+    /// lack of memory among them, are ignored: such a file is no longer referred to by the list.
     void DeleteFilesOfDeleted(const std::vector<const CPMXTemplUIListData*>& records) const;
 
     const std::string& GetListFileName() const { return ListFileName; }
@@ -107,6 +111,7 @@ private:
     bool IsSameName(const CPMXTemplUIListData& record, const std::string& name) const;
     OpenResult HoldListFile() const;
     bool IsListFileName(std::string_view fileName) const;
+    void DeleteUnusedFiles(const std::vector<const CPMXTemplUIListData*>& records) const;
 
     std::string ListFileName;
     std::string Extension;

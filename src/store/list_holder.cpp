@@ -151,6 +151,7 @@ StoreResult CPMXTemplUIListHolder::SaveNewRecord(const std::string& name, std::i
         return StoreResult::NoFileName;
     }
     ResetToNewFavorite(*record, name, level, *fileName);
+    List.MakeRoom();
     if (!record->EnsureDocument()) {
         return StoreResult::NotWritten;
     }

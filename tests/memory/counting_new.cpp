@@ -13,8 +13,12 @@ std::size_t Calls = 0;
 std::size_t FirstRefused = 0;
 std::size_t LastRefused = 0; // none when less than the first
 bool WasRefused = false;
+bool IsCounting = true;
 
 bool IsRefused() {
+    if (!IsCounting) {
+        return false;
+    }
     ++Calls;
     const bool refused = FirstRefused <= Calls && Calls <= LastRefused;
     WasRefused |= refused;
@@ -67,6 +71,14 @@ void ResetPeak() {
 
 std::size_t Allocations() {
     return Calls;
+}
+
+MemoryScope::MemoryScope(bool isCounted) : Before(IsCounting) {
+    IsCounting = isCounted;
+}
+
+MemoryScope::~MemoryScope() {
+    IsCounting = Before;
 }
 
 NoMemory::NoMemory(std::size_t granted, std::size_t refused) {

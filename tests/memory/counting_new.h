@@ -13,6 +13,20 @@ void ResetPeak();
 /// How often operator new was called.
 std::size_t Allocations();
 
+/// Says, as long as it lives, whether the calls of operator new are among those that a NoMemory counts and
+/// may refuse: those of what is tested are, those of a fake or of the test itself need not be. They are when
+/// nothing is said; what was said last counts.
+class MemoryScope {
+public:
+    explicit MemoryScope(bool isCounted);
+    ~MemoryScope();
+    MemoryScope(const MemoryScope&) = delete;
+    MemoryScope& operator=(const MemoryScope&) = delete;
+
+private:
+    bool Before;
+};
+
 /// Lets some calls of operator new throw std::bad_alloc as long as this object lives.
 class NoMemory {
 public:

@@ -124,6 +124,38 @@ TEST_F(StoreMemoryTest, NoOperationOfARecordLetsLackOfMemoryOut) {
         [&](bool /*result*/) {});
 }
 
+TEST_F(StoreMemoryTest, ARecordIsAddedWithoutMemoryOnceThereIsRoomForIt) {
+    CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
+    for (std::int64_t count = 0; count < 100; ++count) {
+        auto record = std::make_unique<CPMXTemplUIListData>();
+        list.MakeRoom();
+        const NoMemory lack;
+        EXPECT_EQ(list.Add(std::move(record)), count);
+        EXPECT_FALSE(lack.WasFelt());
+    }
+}
+
+TEST_F(StoreMemoryTest, LackOfMemoryWhileFilesOfDeletedGoLeavesThemAndIsIgnored) {
+    CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
+    EXPECT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    for (const char* const name : {"a.pmt", "b.pmt"}) {
+        auto record = std::make_unique<CPMXTemplUIListData>();
+        record->SetFileName(name);
+        record->SetDeleteFlag(1);
+        list.Add(std::move(record));
+        Folder.Write(name, "");
+    }
+    const std::vector<const CPMXTemplUIListData*> records = list.GetRecords();
+    {
+        const NoMemory lack;
+        list.DeleteFilesOfDeleted(records);
+        EXPECT_TRUE(lack.WasFelt());
+    }
+    EXPECT_EQ(Folder.Names().size(), 2U);
+    list.DeleteFilesOfDeleted(records);
+    EXPECT_TRUE(Folder.Names().empty());
+}
+
 TEST_F(StoreMemoryTest, LackOfMemoryWhileTheListIsReadIsAFalseResult) {
     Folder.Write(ListFile, ListOf(3));
     CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);

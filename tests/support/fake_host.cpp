@@ -3,7 +3,9 @@
 #include "host/QrtCommon.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -71,11 +73,23 @@ std::optional<HostContent> ReadFile(const std::string& path) {
     return Parse({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
 }
 
+/// The system's own streams, which need no operator new once the file is emptied.
+std::FILE* OpenedToWrite(const std::filesystem::path& path) {
+#ifdef _WIN32
+    return _wfopen(path.c_str(), L"wb");
+#else
+    return std::fopen(path.c_str(), "wb");
+#endif
+}
+
 bool WriteFile(const std::string& path, const HostContent& content) {
-    std::ofstream file(DiskPath(path), std::ios::binary | std::ios::trunc);
-    file << Serialise(content);
-    file.close();
-    return !file.fail();
+    const std::string bytes = Serialise(content);
+    std::FILE* const file = OpenedToWrite(DiskPath(path));
+    if (file == nullptr) {
+        return false;
+    }
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && isWritten;
 }
 
 void ApplyCommand(PmxDocument* document, unsigned char seed) {

@@ -40,6 +40,9 @@ public:
 
     MemoryDesktop Inner;
 
+    /// What runs the dialogs: those of the inner desktop, or something around them.
+    DialogRunner* Runner = &Inner.Dialogs;
+
 private:
     class QuietDialogs final : public DialogRunner {
     public:
@@ -58,7 +61,7 @@ private:
                     user.Escape();
                 }
             });
-            return Desktop.Inner.Dialogs.Run(dialogTemplate, parent, events);
+            return Desktop.Runner->Run(dialogTemplate, parent, events);
         }
 
     private:

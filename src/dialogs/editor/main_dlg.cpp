@@ -37,7 +37,14 @@ CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(std::string folder, const std::string& li
       List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
                                                       storeServices)) {}
 
+CPMXTemplUIMainDlg::~CPMXTemplUIMainDlg() {
+    if (!IsSettled) {
+        DeleteNewFavorites();
+    }
+}
+
 bool CPMXTemplUIMainDlg::OnInitDialog() {
+    IsSettled = false;
     Window().SetTitle(StringOf(text::EditorTitle));
     LimitName(control::EditorName);
     IconImages = LoadFavoriteIcons(ServicesInUse().Images);

@@ -33,6 +33,9 @@ public:
                        WindowHandle parent, const DialogServices& services = SystemDialogServices(),
                        const StoreServices& storeServices = SystemStoreServices());
 
+    /// An editor that has ended in another way than by OK leaves what Cancel leaves.
+    ~CPMXTemplUIMainDlg() override;
+
 private:
     enum class AttributeOutcome : int { Failed = -1, Accepted = 0, Cancelled = 1 };
 
@@ -128,6 +131,7 @@ private:
 
     /// Deletes the favorite files that were made while the editor is open. Reports success in every case.
     bool DiscardChanges();
+    void DeleteNewFavorites();
 
     std::string Extension;    ///< of favorite files, with its dot
     std::string Folder;       ///< once opened, as the list has it
@@ -136,6 +140,7 @@ private:
     std::unique_ptr<DynamicLibrary> PropUILibrary; ///< null when there is none
     PmxShowPropUI ShowPropUI = nullptr;            ///< null when it cannot be used
     std::unique_ptr<ImageList> StateImages;
+    bool IsSettled = false; ///< the files that were made meanwhile are the list's, or are gone
 };
 
 } // namespace pmx

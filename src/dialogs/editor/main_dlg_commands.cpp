@@ -146,6 +146,7 @@ bool CPMXTemplUIMainDlg::AddFavorite(const std::string& name, std::int32_t level
     record->SetNewFlag(1);
     record->SetDeleteFlag(0);
     record->SetImportFlag(0);
+    List->MakeRoom();
     if (!WriteNewFavorite(source, *record)) {
         return false;
     }

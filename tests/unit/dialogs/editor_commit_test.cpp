@@ -1,5 +1,7 @@
 #include "support/editor_test.h"
 
+#include <new>
+
 namespace pmx {
 namespace {
 
@@ -228,6 +230,19 @@ TEST_F(EditorCancelInMemory, FileThatCannotBeDeletedIsRetriedUnderTheWaitCursorA
     RunAndCancel([this](MemoryUser& user) { Create(user, "N"); });
     EXPECT_EQ(Store.Clock.Total(), 28000U);
     EXPECT_TRUE(Folder.Exists("N.pmt"));
+}
+
+TEST_F(EditorCancelInMemory, EditorThatEndsByAFailureLeavesWhatCancelLeaves) {
+    GivenThree();
+    const std::string before = Folder.Read(test::ListFile);
+    EXPECT_THROW(Run([this](MemoryUser& user) {
+                     Create(user, "N");
+                     Delete(user, 0);
+                     throw std::bad_alloc();
+                 }),
+                 std::bad_alloc);
+    EXPECT_EQ(Folder.Read(test::ListFile), before);
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
 TYPED_TEST(EditorCancel, CloseBoxCancels) {
