@@ -15,10 +15,8 @@ namespace pmx::test {
 namespace {
 
 /// Every so manyth allocation is refused.
-#if defined(_WIN32)
-constexpr std::size_t Step = 19; // files are slow there
-#elif defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t Step = 5;
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::size_t Step = 2;
 #else
 constexpr std::size_t Step = 1;
 #endif

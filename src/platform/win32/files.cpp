@@ -98,12 +98,13 @@ public:
     /// `folder` ends in a separator. Without a Name the reason is in Error.
     explicit TemporaryFile(const std::string& folder) {
         for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
-            const std::string name = folder + TemporaryName();
-            const FileHandle file = OpenPath(name, GENERIC_WRITE, 0, CREATE_NEW);
+            Name = folder + TemporaryName(); // before there is a file, after which nothing may fail
+            const FileHandle file = OpenPath(Name, GENERIC_WRITE, 0, CREATE_NEW);
             Error = ErrorUnless(file.IsOpen());
-            if (file.IsOpen()) {
-                Name = name;
+            if (Error == FileError::None) {
+                return;
             }
+            Name.clear();
             if (Error != FileError::FileExists) {
                 return;
             }
@@ -240,8 +241,9 @@ public:
         }
         TemporaryFile file(folder);
         error = file.Error;
+        std::string path = file.Name;
         file.Keep();
-        return file.Name;
+        return path;
     }
 
     void SetLastError(FileError error) override { ::SetLastError(static_cast<DWORD>(error)); }
