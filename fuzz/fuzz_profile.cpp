@@ -2,9 +2,11 @@
 
 #include "platform/profile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -56,6 +58,21 @@ std::string ReplacedPlainly(std::string_view content, const std::string& section
     return Folder().Read(Target);
 }
 
+struct TextValue {
+    static bool HasValue(const std::string& /*text*/) { return true; }
+    static std::size_t MostBytes(const std::string& text) { return text.size(); }
+    static char* Write(const std::string& text, char* to) { return std::copy(text.begin(), text.end(), to); }
+};
+
+void AddNumbered(FuzzedDataProvider& input, ProfileEntries& entries) {
+    std::vector<std::string> values(input.ConsumeIntegralInRange<std::size_t>(0, 2 * MostEntries));
+    const std::string prefix = input.ConsumeBool() ? Text(input) : "Data";
+    for (std::string& value : values) {
+        value = Text(input);
+    }
+    entries.AddNumbered<TextValue>(prefix, values);
+}
+
 void Replace(FuzzedDataProvider& input, std::string_view content) {
     const std::string section = "S" + Text(input);
     ProfileEntries entries;
@@ -63,6 +80,7 @@ void Replace(FuzzedDataProvider& input, std::string_view content) {
         const std::string key = input.ConsumeBool() ? Text(input) : "Data" + std::to_string(entries.Size());
         entries.Add(key, Text(input));
     }
+    AddNumbered(input, entries);
     PutFile(Target, "");
     Require(SystemProfile().ReplaceSection(Folder().Path(File), Folder().Path(Target), section, entries) ==
                 FileError::None,

@@ -14,14 +14,23 @@ namespace pmx {
 
 namespace {
 
-void AppendNumber(std::string& text, std::int64_t number) {
-    std::array<char, 24> digits{};
-    const std::to_chars_result end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    text.append(digits.data(), end.ptr);
+constexpr std::size_t LongestNumber = std::string_view("-2147483648").size();
+
+char* WriteNumber(std::int32_t number, char* to) {
+    if (number >= 0 && number <= 9) {
+        *to = static_cast<char>('0' + number);
+        return to + 1;
+    }
+    return std::to_chars(to, to + LongestNumber, number).ptr;
 }
 
-void WriteFlag(std::string& value, bool set) {
-    value.push_back(set ? '1' : '0');
+char* WriteFlag(bool set, char* to) {
+    *to = set ? '1' : '0';
+    return to + 1;
+}
+
+char* WriteText(std::string_view text, char* to) {
+    return std::copy(text.begin(), text.end(), to);
 }
 
 bool IsDigit(char character) {
@@ -67,12 +76,14 @@ std::size_t FieldEnd(std::string_view value, std::size_t begin, const LeadByteTa
     return std::min(position, value.size());
 }
 
-// One structure for each field of a favorite's value: how it is written, and how its text is taken over,
-// which is false when the text cannot be accepted.
+// One structure for each field of a favorite's value: how much room it needs at most, how it is written
+// there, which gives its end, and how its text is taken over, which is false when the text cannot be
+// accepted.
 
 struct StandardField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) {
-        WriteFlag(text, record.GetStandard() == 1);
+    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return 1; }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteFlag(record.GetStandard() == 1, to);
     }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
         record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
@@ -81,7 +92,10 @@ struct StandardField {
 };
 
 struct NameField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) { text += record.GetName(); }
+    static std::size_t MostBytes(const CPMXTemplUIListData& record) { return record.GetName().size(); }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteText(record.GetName(), to);
+    }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
         record.SetName(Trimmed(text, leadBytes));
         return !record.GetName().empty();
@@ -89,8 +103,9 @@ struct NameField {
 };
 
 struct LevelField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) {
-        AppendNumber(text, record.GetLevel());
+    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return LongestNumber; }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteNumber(record.GetLevel(), to);
     }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
         record.SetLevel(LeadingNumber(text));
@@ -99,8 +114,9 @@ struct LevelField {
 };
 
 struct ToolbarField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) {
-        WriteFlag(text, record.GetToolbar() == 1);
+    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return 1; }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteFlag(record.GetToolbar() == 1, to);
     }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
         record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
@@ -109,8 +125,9 @@ struct ToolbarField {
 };
 
 struct IconField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) {
-        AppendNumber(text, static_cast<std::int32_t>(record.GetIconIndex()));
+    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return LongestNumber; }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteNumber(static_cast<std::int32_t>(record.GetIconIndex()), to);
     }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
         record.SetIconIndex(LeadingNumber(text));
@@ -119,7 +136,10 @@ struct IconField {
 };
 
 struct FileField {
-    static void Write(const CPMXTemplUIListData& record, std::string& text) { text += record.GetFileName(); }
+    static std::size_t MostBytes(const CPMXTemplUIListData& record) { return record.GetFileName().size(); }
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        return WriteText(record.GetFileName(), to);
+    }
     static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
         record.SetFileName(Trimmed(text, leadBytes));
         return !record.GetFileName().empty();
@@ -132,9 +152,13 @@ struct FieldOrder {
     static constexpr std::size_t Count = sizeof...(Field);
     using Texts = std::array<std::string_view, Count>;
 
-    static void Write(const CPMXTemplUIListData& record, std::string& text) {
-        std::size_t number = 0;
-        ((number++ == 0 ? void() : text.push_back(FieldSeparator), Field::Write(record, text)), ...);
+    static std::size_t MostBytes(const CPMXTemplUIListData& record) {
+        return (Field::MostBytes(record) + ...) + Count;
+    }
+
+    static char* Write(const CPMXTemplUIListData& record, char* to) {
+        ((to = Field::Write(record, to), *to++ = FieldSeparator), ...);
+        return to - 1; // no separator ends the value
     }
 
     static bool Read(CPMXTemplUIListData& record, const Texts& texts, const LeadByteTable& leadBytes) {
@@ -144,6 +168,15 @@ struct FieldOrder {
 };
 
 using ListFields = FieldOrder<StandardField, NameField, LevelField, ToolbarField, IconField, FileField>;
+
+/// How ProfileEntries writes the values of records; null and deleted ones have none.
+struct ListValue {
+    using Record = const CPMXTemplUIListData*;
+
+    static bool HasValue(Record record) { return record != nullptr && record->GetDeleteFlag() != 1; }
+    static std::size_t MostBytes(Record record) { return ListFields::MostBytes(*record); }
+    static char* Write(Record record, char* to) { return ListFields::Write(*record, to); }
+};
 
 /// Takes a value apart, passing over empty fields; false unless there are exactly as many as a favorite has.
 bool Split(std::string_view value, const LeadByteTable& leadBytes, ListFields::Texts& texts) {
@@ -242,13 +275,9 @@ std::int32_t LeadingNumber(std::string_view text) {
     return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
 }
 
-void AppendListValue(const CPMXTemplUIListData& record, std::string& text) {
-    ListFields::Write(record, text);
-}
-
 std::string FormatListValue(const CPMXTemplUIListData& record) {
-    std::string value;
-    AppendListValue(record, value);
+    std::string value(ListFields::MostBytes(record), '\0');
+    value.resize(static_cast<std::size_t>(ListFields::Write(record, value.data()) - value.data()));
     return value;
 }
 
@@ -278,28 +307,9 @@ bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreSe
 }
 
 ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) {
-    const auto isWritten = [](const CPMXTemplUIListData* record) {
-        return record != nullptr && record->GetDeleteFlag() != 1;
-    };
-    constexpr std::size_t KeyNumbersAndSeparators = 40;
-    std::size_t size = 0;
-    for (const CPMXTemplUIListData* const record : records) {
-        if (isWritten(record)) {
-            size += record->GetName().size() + record->GetFileName().size() + KeyNumbersAndSeparators;
-        }
-    }
     ProfileEntries entries;
-    entries.Reserve(records.size() + 1, size + KeyNumbersAndSeparators);
     entries.Add(CountKey, std::to_string(static_cast<std::int32_t>(count)));
-    std::string key(DataKeyPrefix);
-    std::int32_t number = 0;
-    for (const CPMXTemplUIListData* const record : records) {
-        if (isWritten(record)) {
-            key.resize(DataKeyPrefix.size());
-            AppendNumber(key, number++);
-            entries.Add(key, [record](std::string& text) { AppendListValue(*record, text); });
-        }
-    }
+    entries.AddNumbered<ListValue>(DataKeyPrefix, records);
     return entries;
 }
 

@@ -24,9 +24,6 @@ inline constexpr char FieldSeparator = '~';
 /// leading blanks and a sign allowed, saturating, 0 when there are no digits.
 std::int32_t LeadingNumber(std::string_view text);
 
-/// Appends a favorite's value as it stands in the list file.
-void AppendListValue(const CPMXTemplUIListData& record, std::string& text);
-
 /// A favorite's value as it stands in the list file.
 std::string FormatListValue(const CPMXTemplUIListData& record);
 

@@ -1,10 +1,22 @@
 #include "support/profile_checks.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 
 #include <gtest/gtest.h>
 
 namespace pmx::test {
+
+namespace {
+
+struct TextValue {
+    static bool HasValue(const std::string& /*text*/) { return true; }
+    static std::size_t MostBytes(const std::string& text) { return text.size(); }
+    static char* Write(const std::string& text, char* to) { return std::copy(text.begin(), text.end(), to); }
+};
+
+} // namespace
 
 std::string Escaped(std::string_view bytes) {
     constexpr std::string_view Digits = "0123456789abcdef";
@@ -39,6 +51,10 @@ std::string ReplacedPlainly(const TempFolder& folder, std::string_view content, 
 
 bool ReplaceInPlace(const std::string& path, std::string_view section, const ProfileEntries& entries) {
     return SystemProfile().ReplaceSection(path, path, section, entries) == FileError::None;
+}
+
+void AddNumbered(ProfileEntries& entries, std::string_view prefix, const std::vector<std::string>& values) {
+    entries.AddNumbered<TextValue>(prefix, values);
 }
 
 } // namespace pmx::test

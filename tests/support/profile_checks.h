@@ -21,4 +21,7 @@ std::string ReplacedPlainly(const TempFolder& folder, std::string_view content, 
 /// Replaces the section in the file itself; true on success.
 bool ReplaceInPlace(const std::string& path, std::string_view section, const ProfileEntries& entries);
 
+/// Adds the values to the entries with numbered keys.
+void AddNumbered(ProfileEntries& entries, std::string_view prefix, const std::vector<std::string>& values);
+
 } // namespace pmx::test

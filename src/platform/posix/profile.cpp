@@ -253,9 +253,8 @@ public:
         if (error != FileError::None) {
             return error;
         }
-        ProfileText text(std::move(bytes));
-        ProfileEditor editor(text);
-        editor.RemoveSections(section);
+        ProfileText text = ProfileText::AsItStands(std::move(bytes));
+        ProfileEditor editor(text, section);
         editor.SetAll(section, entries);
         if (!editor.IsChanged()) {
             return CopyUnchanged(source, target);

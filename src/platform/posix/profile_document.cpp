@@ -14,12 +14,18 @@ bool IsLineEnd(char character) {
     return character == '\r' || character == '\n';
 }
 
-/// True when only blanks stand between `place` and the line end before it, or `begin`.
-bool IsFirstOfLine(const char* begin, const char* place) {
+/// Where the line begins that has nothing but blanks before `place`; null when it has more. The text begins
+/// at `begin`.
+const char* LineBeginBefore(const char* begin, const char* place) {
     while (place != begin && IsProfileBlank(place[-1]) && !IsLineEnd(place[-1])) {
         --place;
     }
-    return place == begin || IsLineEnd(place[-1]);
+    return place == begin || IsLineEnd(place[-1]) ? place : nullptr;
+}
+
+/// True when the line end before that line, if there is one, may be the second byte of a character.
+bool MayBeEaten(const char* begin, const char* lineBegin) {
+    return lineBegin - begin >= 2 && static_cast<unsigned char>(lineBegin[-2]) >= 0x80;
 }
 
 /// The first such character between two places, or the second place.
@@ -48,16 +54,6 @@ char Folded(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
-/// So many bytes at the beginning of both texts, of the same size, are equal, counted in words.
-std::ptrdiff_t CommonWords(std::string_view left, std::string_view right) {
-    std::size_t count = 0;
-    while (left.size() - count >= sizeof(std::uint64_t) &&
-           std::memcmp(left.data() + count, right.data() + count, sizeof(std::uint64_t)) == 0) {
-        count += sizeof(std::uint64_t);
-    }
-    return static_cast<std::ptrdiff_t>(count);
-}
-
 /// True when the names are surely different, and in an order in which no name can come again: longer ones
 /// after shorter ones, else byte by byte. All bytes are compared without case, which makes more of them
 /// equal.
@@ -65,42 +61,17 @@ bool IsAscending(std::string_view left, std::string_view right) {
     if (left.size() != right.size()) {
         return left.size() < right.size();
     }
-    const std::ptrdiff_t common = CommonWords(left, right);
-    const auto [first, second] = std::mismatch(left.begin() + common, left.end(), right.begin() + common,
+    const auto [first, second] = std::mismatch(left.begin(), left.end(), right.begin(),
                                                [](char a, char b) { return Folded(a) == Folded(b); });
     return first != left.end() &&
            static_cast<unsigned char>(Folded(*first)) < static_cast<unsigned char>(Folded(*second));
 }
 
-/// True when any byte of the text is a control character: a line end, a zero or a blank other than the space.
-bool HasControls(std::string_view text) {
-    constexpr std::uint64_t Ones = 0x0101010101010101U;
-    constexpr std::uint64_t HighBits = Ones * 0x80U;
-    const char* position = text.data();
-    const char* const end = position + text.size();
-    std::uint64_t found = 0;
-    for (std::uint64_t bytes = 0; static_cast<std::size_t>(end - position) >= sizeof bytes;
-         position += sizeof bytes) {
-        std::memcpy(&bytes, position, sizeof bytes);
-        found |= (bytes - Ones * ' ') & ~bytes & HighBits; // set in some byte when one is below the space
-    }
-    return found != 0 ||
-           std::any_of(position, end, [](char byte) { return static_cast<unsigned char>(byte) < ' '; });
-}
-
-bool HasSpaceAtEnds(std::string_view text) {
-    return !text.empty() && (text.front() == ' ' || text.back() == ' ');
-}
-
-/// True when a canonical key is surely found again as it is in the line that it is written into.
+/// True when a canonical key without control characters is found again as it is in the line that it is
+/// written into.
 bool IsPlainName(std::string_view name) {
-    return !name.empty() && name.front() != '[' && !HasSpaceAtEnds(name) && !HasControls(name) &&
+    return !name.empty() && name.front() != '[' && name.front() != ' ' && name.back() != ' ' &&
            name.find('=') == std::string_view::npos;
-}
-
-/// True when a canonical value surely reads back as it is.
-bool IsPlainValue(std::string_view value) {
-    return !HasSpaceAtEnds(value) && !HasControls(value);
 }
 
 void AppendLine(std::string& text, const ProfileLine& line) {
@@ -126,8 +97,16 @@ ProfileReader::ProfileReader(std::string_view text, ProfileEncoding encoding)
     : Position(text.data()),
       End(text.data() + text.size()),
       LineFeed(Find(Position, End, '\n')),
-      Encoding(encoding),
-      HasZeros(Find(Position, End, '\0') != End) {}
+      Encoding(encoding) {}
+
+/// True when there are zeros from the line that was read first on. Those who only look for headers are spared
+/// the search.
+bool ProfileReader::HasZeros() {
+    if (!Zeros) {
+        Zeros = Find(Line.data(), End, '\0') != End;
+    }
+    return *Zeros;
+}
 
 /// Reads the next line that is not empty, without the blanks around it.
 bool ProfileReader::ReadLine() {
@@ -155,8 +134,7 @@ bool ProfileReader::ReadHeader(std::string_view& name) const {
     if (closing == std::string_view::npos) {
         return false;
     }
-    name = WithoutBlanks(Line.substr(1, closing - 1));
-    name = HasZeros ? UpToZero(name) : name;
+    name = UpToZero(WithoutBlanks(Line.substr(1, closing - 1)));
     return true;
 }
 
@@ -194,7 +172,7 @@ bool ProfileReader::NextLine(ProfileLine& line) {
         if (line.Name.empty() && AfterEmptyName) {
             continue;
         }
-        if (HasZeros) {
+        if (HasZeros()) {
             line.Name = UpToZero(line.Name);
             line.Value = line.Value ? std::optional(UpToZero(*line.Value)) : std::nullopt;
         }
@@ -213,11 +191,13 @@ std::string_view ProfileReader::SkipLines() {
         if (end == End) {
             break;
         }
-        std::string_view header;
-        if (!IsFirstOfLine(begin, end)) {
+        const char* const lineBegin = LineBeginBefore(begin, end);
+        if (lineBegin == nullptr) {
             ++Position;
         } else if (ReadLine()) {
+            std::string_view header;
             HasLine = ReadHeader(header);
+            HasDoubt = HasDoubt || MayBeEaten(begin, lineBegin) || !IsCanonical(Line);
         }
     }
     return WithoutTrailingBlanks({begin, static_cast<std::size_t>(end - begin)});
@@ -240,23 +220,44 @@ ProfileEditor::ProfileEditor(ProfileText& text) : Source(text) {
     Parse();
 }
 
+ProfileEditor::ProfileEditor(ProfileText& text, std::string_view removedSection) : Source(text) {
+    Parse(FromCaller(removedSection));
+    RemoveSections(removedSection);
+}
+
 /// The text in the form of Source.
 std::string_view ProfileEditor::FromCaller(std::string_view callText) {
     const CallText text(callText, Source.Encoding());
     return text.IsConverted() ? std::string_view(Converted.emplace_back(text.View())) : text.View();
 }
 
-void ProfileEditor::Parse() {
+void ProfileEditor::Parse(std::optional<std::string_view> removedSection) {
+    if (!TryParse(removedSection)) {
+        Source.MakeCanonical();
+        TryParse(removedSection);
+    }
+}
+
+/// False when the text is not surely canonical and something that would be different if it were made so has
+/// been met outside the section that will be removed first.
+bool ProfileEditor::TryParse(std::optional<std::string_view> removedSection) {
     IsAsRead = true;
     ForgetIndex();
     Sections.clear();
     ProfileReader reader(Source.View(), Source.Encoding());
+    bool isCertain = true;
     std::string_view name;
     do {
         Section& section = Sections.emplace_back();
         section.Name = name;
         section.Body = reader.SkipLines();
+        if (removedSection && EqualNames(name, *removedSection, Source.Encoding())) {
+            removedSection.reset();
+        } else {
+            isCertain = isCertain && (Source.IsSurelyCanonical() || IsCanonical(section.Body));
+        }
     } while (reader.NextSection(name));
+    return Source.IsSurelyCanonical() || (isCertain && !reader.HaveSkippedDoubtfully());
 }
 
 void ProfileEditor::Settle() {
@@ -280,7 +281,10 @@ void ProfileEditor::Settle() {
 void ProfileEditor::NoteChange(bool readsBackAsIs) {
     ++Rewrites;
     IsAsRead = false;
-    MustSettle = !readsBackAsIs || Rewrites <= SettledAfter;
+    if (!readsBackAsIs) {
+        SettledAfter = Rewrites + RewritesToSettle;
+    }
+    MustSettle = Rewrites <= SettledAfter;
 }
 
 std::vector<ProfileLine>& ProfileEditor::LinesOf(Section& section) const {
@@ -438,31 +442,27 @@ void ProfileEditor::Set(std::string_view section, std::string_view key, std::str
     NoteChange(isPlainHeader && ReadsBackAsIs(changed.Name, valueText));
 }
 
-/// True when adding the entries from `first` on as lines at the end of the target section is all that setting
-/// them does.
+/// True when adding the entries from `first` on, which are numbered, as lines at the end of the target
+/// section is all that setting them does: they are new there, and every line reads back as it is. Their keys
+/// are different and in order because they are numbered.
 bool ProfileEditor::CanAppend(const ProfileEntries& entries, std::size_t first) {
-    if (TargetNumber == 0 || MustSettle || Source.Encoding() != ProfileEncoding::CodePage) {
+    if (TargetNumber == 0 || MustSettle || Source.Encoding() != ProfileEncoding::CodePage ||
+        entries.HaveNumberedOuterSpaces()) {
         return false;
     }
     const std::vector<ProfileLine>& lines = Sections[TargetNumber - 1].Lines;
-    if (lines.empty() || !AreAscending(lines) || !IsCanonical(entries.Lines(first))) {
+    const std::string_view key = entries[first].Key;
+    if (lines.empty() || !AreAscending(lines) || !IsAscending(lines.back().Name, key) || !IsPlainName(key)) {
         return false;
     }
-    std::string_view last = lines.back().Name;
-    for (std::size_t index = first; index < entries.Size(); ++index) {
-        const ProfileEntry entry = entries[index];
-        if (!IsAscending(last, entry.Key) || !IsPlainName(entry.Key) || !IsPlainValue(entry.Value)) {
-            return false;
-        }
-        last = entry.Key;
-    }
-    return true;
+    const std::size_t lineEnds = (entries.Size() - first) * LineEnd.size();
+    return CountControls(entries.Lines(first)) == lineEnds; // no others
 }
 
 void ProfileEditor::SetAll(std::string_view section, const ProfileEntries& entries) {
     bool mayAppend = true;
     for (std::size_t index = 0; index < entries.Size(); ++index) {
-        if (mayAppend && Rewrites > SettledAfter) {
+        if (mayAppend && index >= entries.FirstNumbered() && Rewrites > SettledAfter) {
             mayAppend = false;
             if (CanAppend(entries, index)) {
                 Appended = entries.Lines(index);

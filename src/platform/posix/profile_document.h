@@ -37,8 +37,13 @@ public:
     /// Goes to the end of the section and gives the text of the lines that NextLine would have gone through.
     std::string_view SkipLines();
 
+    /// True when in a text that is not canonical the sections that were skipped may end elsewhere: a lead
+    /// byte eats the bracket or the line end after it.
+    bool HaveSkippedDoubtfully() const { return HasDoubt; }
+
 private:
     bool ReadLine();
+    bool HasZeros();
     bool ReadHeader(std::string_view& name) const;
     void Split(ProfileLine& line) const;
 
@@ -46,7 +51,8 @@ private:
     const char* End;
     const char* LineFeed; ///< the first at or after Position, or End
     ProfileEncoding Encoding;
-    bool HasZeros;
+    std::optional<bool> Zeros; ///< whether there are any from the first line on that is read; see HasZeros
+    bool HasDoubt = false;
     bool HasLine = false;        ///< Line was read ahead
     bool AfterEmptyName = false; ///< the line before, in the same section, has an empty name
     std::string_view Line;
@@ -62,15 +68,17 @@ bool FindSection(ProfileReader& reader, std::string_view name, ProfileEncoding e
 class ProfileEditor {
 public:
     explicit ProfileEditor(ProfileText& text);
+
+    /// Begins by removing sections of that name until there is none. The text may be AsItStands: that of the
+    /// first such section is not looked at more closely than to find its end.
+    ProfileEditor(ProfileText& text, std::string_view removedSection);
+
     ~ProfileEditor() = default;
     ProfileEditor(const ProfileEditor&) = delete;
     ProfileEditor& operator=(const ProfileEditor&) = delete;
 
     /// Removes the first section of exactly that name (without regard to case); false when there is none.
     bool RemoveSection(std::string_view name);
-
-    /// Removes sections of that name until there is none.
-    void RemoveSections(std::string_view name);
 
     /// Removes the first key of that name from the sections of that name.
     void RemoveKey(std::string_view section, std::string_view key);
@@ -104,7 +112,9 @@ private:
     };
 
     std::string_view FromCaller(std::string_view callText);
-    void Parse();
+    void RemoveSections(std::string_view name);
+    void Parse(std::optional<std::string_view> removedSection = std::nullopt);
+    bool TryParse(std::optional<std::string_view> removedSection);
     bool HasTail() const;
     std::string Joined(bool withTail) const;
     void Settle();

@@ -79,25 +79,43 @@ constexpr std::array<CodeExchange, 19> ExchangedCodes = {{{{0x8790, 0x8790}, 0x8
                                                           {{0xFA5A, 0xFA5A}, 0x8784},
                                                           {{0xFA5B, 0xFA5B}, 0x81E6}}};
 
-/// One bit for each pair of bytes, set when the pair is a code that comes back as it is.
-class KeptTable {
+/// What stands at a place of a text.
+enum class Stand : std::uint8_t {
+    Broken,     ///< a lead byte that begins no character that comes back as it is
+    SingleByte, ///< another byte that is not ASCII
+    DoubleByte, ///< a code that comes back as it is
+    Ascii
+};
+
+/// The Stand for each pair of bytes.
+class StandTable {
 public:
-    constexpr KeptTable() {
+    constexpr StandTable() {
+        for (unsigned first = 0; first <= 0xFF; ++first) {
+            const Stand stand = first < 0x80    ? Stand::Ascii
+                                : IsLead(first) ? Stand::Broken
+                                                : Stand::SingleByte;
+            for (unsigned second = 0; second <= 0xFF; ++second) {
+                Stands[PlaceOf(first, second)] = stand;
+            }
+        }
         for (const CodeRange& range : KeptCodes) {
             for (unsigned index = IndexOf(range.First); index <= IndexOf(range.Last); ++index) {
                 const unsigned code = CodeAt(index);
-                Words[code >> 5U] |= std::uint32_t{1} << (code & 31U);
+                Stands[PlaceOf(code >> 8U, code & 0xFFU)] = Stand::DoubleByte;
             }
         }
     }
 
-    constexpr bool Has(unsigned code) const { return (Words[code >> 5U] >> (code & 31U) & 1U) != 0; }
+    constexpr Stand Of(unsigned first, unsigned second) const { return Stands[PlaceOf(first, second)]; }
 
 private:
-    std::array<std::uint32_t, 0x10000 / 32> Words{};
+    static constexpr std::size_t PlaceOf(unsigned first, unsigned second) { return first | second << 8U; }
+
+    std::array<Stand, 0x10000> Stands{};
 };
 
-constexpr KeptTable Kept;
+constexpr StandTable Table;
 
 void AppendCode(std::string& text, unsigned code) {
     text += static_cast<char>(code >> 8U);
@@ -106,7 +124,7 @@ void AppendCode(std::string& text, unsigned code) {
 
 /// The code that the platform writes for the character of a code; 0 when the code is no character.
 unsigned CanonicalCode(unsigned code) {
-    if (Kept.Has(code)) {
+    if (Table.Of(code >> 8U, code & 0xFFU) == Stand::DoubleByte) {
         return code;
     }
     if (!IsTrail(code & 0xFFU)) {
@@ -125,24 +143,107 @@ unsigned ByteAt(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
 }
 
+constexpr bool IsLittleEndian = std::endian::native == std::endian::little;
+
+bool IsAscii(char character) {
+    return static_cast<unsigned char>(character) < 0x80;
+}
+
+bool IsControl(char character) {
+    return static_cast<unsigned char>(character) < ' ';
+}
+
+/// Eight bytes of a text, looked at all at once.
+struct Word {
+    explicit Word(const char* position) { std::memcpy(&Bytes, position, sizeof Bytes); }
+
+    /// So many words lie between two places.
+    static std::size_t CountBetween(const char* position, const char* end) {
+        return static_cast<std::size_t>(end - position) / sizeof(Word);
+    }
+
+    bool IsAscii() const { return (Bytes & HighBits) == 0; }
+
+    /// Number of bytes before the first that is not ASCII, which there must be.
+    int LeadingAscii() const {
+        const std::uint64_t high = Bytes & HighBits;
+        return (IsLittleEndian ? std::countr_zero(high) : std::countl_zero(high)) / 8;
+    }
+
+    /// The number of control characters among the bytes, all of which are ASCII.
+    std::size_t CountControls() const { return CountHighBits(ControlBits()); }
+
+    /// The same among those before the first that is not ASCII, which there must be.
+    std::size_t CountLeadingControls() const {
+        const int unwanted = 8 * (7 - LeadingAscii());
+        const std::uint64_t bits = ControlBits();
+        return CountHighBits(IsLittleEndian ? bits << 8U << unwanted : bits >> 8U >> unwanted);
+    }
+
+private:
+    static constexpr std::uint64_t Ones = 0x0101010101010101U;
+    static constexpr std::uint64_t HighBits = Ones * 0x80U;
+
+    /// The high bits of the bytes that are control characters; what is not ASCII may count as one.
+    std::uint64_t ControlBits() const {
+        constexpr std::uint64_t FromSpaceToHighBit = Ones * (0x80U - ' ');
+        return ~((Bytes & ~HighBits) + FromSpaceToHighBit) & HighBits;
+    }
+
+    static std::size_t CountHighBits(std::uint64_t bits) {
+        return static_cast<std::size_t>((bits >> 7U) * Ones >> 56U);
+    }
+
+    std::uint64_t Bytes = 0;
+};
+
 /// The first byte of a text that is not ASCII, or its end.
 inline const char* SkipAscii(const char* position, const char* end) {
-    constexpr std::uint64_t HighBits = 0x8080808080808080U;
-    std::uint64_t bytes = 0;
-    while (static_cast<std::size_t>(end - position) >= sizeof bytes) {
-        std::memcpy(&bytes, position, sizeof bytes);
-        bytes &= HighBits;
-        if (bytes != 0) {
-            const int zeros = std::endian::native == std::endian::little ? std::countr_zero(bytes)
-                                                                         : std::countl_zero(bytes);
-            return position + zeros / 8;
+    for (std::size_t words = Word::CountBetween(position, end); words != 0; --words) {
+        const Word word(position);
+        if (!word.IsAscii()) {
+            return position + word.LeadingAscii();
         }
-        position += sizeof bytes;
+        position += sizeof word;
     }
-    while (position != end && static_cast<unsigned char>(*position) < 0x80) {
+    while (position != end && IsAscii(*position)) {
         ++position;
     }
     return position;
+}
+
+/// The same, which adds the number of control characters on the way.
+inline const char* SkipAscii(const char* position, const char* end, std::size_t& controls) {
+    for (std::size_t words = Word::CountBetween(position, end); words != 0; --words) {
+        const Word word(position);
+        if (!word.IsAscii()) {
+            controls += word.CountLeadingControls();
+            return position + word.LeadingAscii();
+        }
+        controls += word.CountControls();
+        position += sizeof word;
+    }
+    while (position != end && IsAscii(*position)) {
+        controls += IsControl(*position++) ? 1 : 0;
+    }
+    return position;
+}
+
+/// Behind the characters from `position` on that are not ASCII; null when one of them is not canonical.
+inline const char* SkipCanonical(const char* position, const char* end) {
+    while (end - position >= 2) {
+        const Stand stand =
+            Table.Of(static_cast<unsigned char>(position[0]), static_cast<unsigned char>(position[1]));
+        if (stand == Stand::DoubleByte) {
+            position += 2;
+        } else if (stand == Stand::SingleByte) {
+            ++position;
+        } else {
+            return stand == Stand::Ascii ? position : nullptr;
+        }
+    }
+    const bool endsInLead = position != end && IsLead(static_cast<unsigned char>(*position));
+    return endsInLead ? nullptr : position + (position != end && !IsAscii(*position) ? 1 : 0);
 }
 
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
@@ -320,19 +421,20 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, Profile
 bool IsCanonical(std::string_view codePageText) {
     const char* position = codePageText.data();
     const char* const end = position + codePageText.size();
-    while ((position = SkipAscii(position, end)) != end) {
-        do {
-            const auto lead = static_cast<unsigned char>(*position);
-            if (end - position >= 2 && Kept.Has(lead << 8U | static_cast<unsigned char>(position[1]))) {
-                position += 2;
-            } else if (IsLead(lead)) {
-                return false;
-            } else {
-                ++position;
-            }
-        } while (position != end && static_cast<unsigned char>(*position) >= 0x80);
+    while (position != nullptr && (position = SkipAscii(position, end)) != end) {
+        position = SkipCanonical(position, end);
     }
-    return true;
+    return position == end;
+}
+
+std::optional<std::size_t> CountControls(std::string_view codePageText) {
+    const char* position = codePageText.data();
+    const char* const end = position + codePageText.size();
+    std::size_t controls = 0;
+    while (position != nullptr && (position = SkipAscii(position, end, controls)) != end) {
+        position = SkipCanonical(position, end);
+    }
+    return position == end ? std::optional(controls) : std::nullopt;
 }
 
 std::string Canonical(std::string_view codePageText, LoneLead loneLead) {
@@ -360,17 +462,31 @@ std::string Canonical(std::string_view codePageText, LoneLead loneLead) {
     return text;
 }
 
-ProfileText::ProfileText(FileBytes content) : Content(std::move(content)) {
-    const Mark mark = MarkOf(Content.View());
-    Stored = mark.Encoding;
-    const std::string_view bytes = Content.View().substr(mark.Bytes.size());
-    if (Stored == ProfileEncoding::Utf8) {
-        Assign(ValidUtf8(bytes));
-    } else if (Stored != ProfileEncoding::CodePage) {
-        Assign(Utf8FromUtf16(bytes, Stored));
-    } else if (!IsCanonical(bytes)) {
-        Assign(Canonical(bytes, LoneLead::Replaced));
+ProfileText::ProfileText(FileBytes content) : ProfileText(AsItStands(std::move(content))) {
+    MakeCanonical();
+}
+
+ProfileText ProfileText::AsItStands(FileBytes content) {
+    ProfileText text;
+    const Mark mark = MarkOf(content.View());
+    text.Stored = mark.Encoding;
+    const std::string_view bytes = content.View().substr(mark.Bytes.size());
+    if (mark.Encoding == ProfileEncoding::Utf8) {
+        text.Assign(ValidUtf8(bytes));
+    } else if (mark.Encoding != ProfileEncoding::CodePage) {
+        text.Assign(Utf8FromUtf16(bytes, mark.Encoding));
+    } else {
+        text.Content = std::move(content);
+        text.IsChecked = false;
     }
+    return text;
+}
+
+void ProfileText::MakeCanonical() {
+    if (!IsChecked && !IsCanonical(View())) {
+        Assign(Canonical(View(), LoneLead::Replaced));
+    }
+    IsChecked = true;
 }
 
 void ProfileText::Reread(std::string_view content) {
@@ -384,6 +500,7 @@ void ProfileText::Reread(std::string_view content) {
 void ProfileText::Assign(std::string text) {
     Converted = std::move(text);
     IsConverted = true;
+    IsChecked = true;
     Content = {};
 }
 

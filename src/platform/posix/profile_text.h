@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,9 @@ enum class LoneLead {
 /// is a character, and of several codes for one character it is the one that the platform writes.
 bool IsCanonical(std::string_view codePageText);
 
+/// Number of the control characters (below the space) in a canonical text; nothing when it is not canonical.
+std::optional<std::size_t> CountControls(std::string_view codePageText);
+
 /// The text as the platform gives it back after converting it to Unicode and back. What is no character
 /// becomes the katakana middle dot, together with the byte after the lead byte unless that is zero: even a
 /// line feed there is lost.
@@ -46,6 +50,13 @@ public:
     /// The text of a file with that content.
     explicit ProfileText(FileBytes content);
 
+    /// The same, but text in the code page is as it stands in the file until MakeCanonical: for those who
+    /// need only parts of it.
+    static ProfileText AsItStands(FileBytes content);
+
+    bool IsSurelyCanonical() const { return IsChecked; }
+    void MakeCanonical();
+
     std::string_view View() const { return IsConverted ? std::string_view(Converted) : Content.View(); }
     ProfileEncoding Encoding() const { return Stored; }
 
@@ -59,6 +70,7 @@ private:
     FileBytes Content;
     std::string Converted; ///< counts when IsConverted
     bool IsConverted = false;
+    bool IsChecked = true;
     ProfileEncoding Stored = ProfileEncoding::CodePage;
 };
 

@@ -537,6 +537,21 @@ constexpr ContentCase Contents[] = {
     {"EmptyHeaders", "=1\n[]\n=2\n[ ]\n=3\n[List]\n[]\n=4\n[x]\n[]\na=b\n"sv},
     {"LeadByteBeforeTheHeader", "[Alpha]\nx=\x83\n[List]\nNum=1\n"sv},
     {"SecondCodes", "[Alpha]\nx=\xED\x40\n[List]\nNum=1\n"sv},
+    {"SecondCodesInTheSection", "[Alpha]\n[List]\nx=\xED\x40\n[Beta]\nz=3\n"sv},
+    {"SecondCodesInItsCopy", "[List]\na=1\n[Beta]\n[List]\nx=\xED\x40\n\xED\x40\n[Gamma]\nz=3\n"sv},
+    {"SecondCodesInItsHeader", "[List]\na=1\n[\xED\x40]\nx=1\n[Beta]\n"sv},
+    {"DoubleByteBeforeTheNextHeader", "[List]\nx=\x83\x81\n[Beta]\nz=\x83\x81\n"sv},
+    {"LeadByteBeforeTheNextHeader", "[List]\nx=\x83\n[Beta]\nz=3\n[Gamma]\n"sv},
+    {"LeadByteBeforeTheNextHeaderAndCr", "[List]\rx=\x83\r[Beta]\rz=3\r[Gamma]\r"sv},
+    {"LeadByteBeforeTheNextHeaderAndCrLf", "[List]\r\nx=\x83\r\n[Beta]\r\nz=3\r\n"sv},
+    {"LeadByteBeforeBlanksAndTheNextHeader", "[List]\nx=\x83 \n[Beta]\nz=3\n\x83\n [Gamma]\n"sv},
+    {"LeadByteBeforeTheNextBracket", "[List]\nx=1\n\x83[Beta]\nz=3\n[Gamma]\n"sv},
+    {"LeadByteInTheNextHeader", "[List]\nx=1\n[a\x83\n]\nb=1\n[c]\nd=2\n"sv},
+    {"LeadByteBeforeTheNextClosingBracket", "[List]\nx=1\n[a\x83]\nb=1\n[c]\nd=2\n"sv},
+    {"LeadByteInTheSectionsHeader", "[Alpha]\n[List\x83]\nx=1\n[Beta]\nz=3\n"sv},
+    {"LeadByteBehindTheSectionsHeader", "[List]\x83\n[Beta]\nz=3\n[Gamma]\n"sv},
+    {"LeadByteAtTheEnd", "[List]\nx=\x83"sv},
+    {"LeadByteAndZeroBeforeTheNextHeader", "[List]\nx=\x83\0\n[Beta]\nz=3\n"sv},
     {"Brackets",
      "a=[List]\n[open\n[Alpha]\n x [List]\n[List\n\x81\x5BList]\n \t[List]\nNum=1\n[[List]\n]\n[B]x"sv},
     {"OnlyBlanksBetweenHeaders", "[Alpha]\n \n\r\n[List]\r\r \x1A \n[Beta] ;\n"sv},
@@ -586,9 +601,22 @@ const NamedEntries OddEntries[] = {
     {"duplicates", {{"Num", "1"}, {"A", "1"}, {"b", "2"}, {"a", "3"}, {"B", "2"}, {"c", "4"}, {"num", "5"}}},
     {"names out of order", {{"a", "1"}, {"d", "2"}, {"c", "3"}, {"d", "4"}, {"e", "5"}, {"f", "6"}}},
     {"a name again at the end", {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}, {"e", "5"}, {"B", "6"}}},
+    {"a header without a name",
+     {{"Num", "1"}, {"a", "1"}, {"b", "2"}, {"c", "3\n[]\nx\n=y"}, {"d", "4"}, {"e", "5"}, {"f", "6"}}},
     {"line ends",
      {{"Num", "1"}, {"a", "1\r\nb=2"}, {"c", "3\n[List]\nd=4"}, {"e", "5\r[Other]"}, {"f", "6"}}},
 };
+
+std::vector<std::string> PlainValues() {
+    return {
+        "0~\x83\x7E~1~1~14~a.pmt", "b", "\"c\"", "", "=", "[x]", ";", "7", "8", "9", "a b", "\xB1\xA0\x80"};
+}
+
+NamedEntries Numbered(const std::string& prefix, const std::vector<std::string>& values) {
+    ProfileEntries entries = {{"Num", "12"}, {"Data30", "named"}};
+    AddNumbered(entries, prefix, values);
+    return {"numbered", entries};
+}
 
 class ProfileReplacingOdd : public ProfileTest {
 protected:
@@ -607,6 +635,10 @@ TEST_P(ProfileReplacing, LeavesTheBytesOfThePlainSequence) {
     ExpectSameAsPlainSequence(GetParam().File, PlainEntries);
 }
 
+TEST_P(ProfileReplacing, ByNumberedEntriesLeavesTheBytesOfThePlainSequence) {
+    ExpectSameAsPlainSequence(GetParam().File, Numbered("Data", PlainValues()));
+}
+
 INSTANTIATE_TEST_SUITE_P(Cases, ProfileReplacing, testing::ValuesIn(Contents), CaseName<ContentCase>);
 
 TEST_F(ProfileReplacingOdd, LeavesTheBytesOfThePlainSequence) {
@@ -614,6 +646,35 @@ TEST_F(ProfileReplacingOdd, LeavesTheBytesOfThePlainSequence) {
         ExpectSameAsPlainSequence("[Alpha]\r\nx=1\r\n[List]\r\nNum=9\r\n[Beta]\r\nz=3\r\n"sv, list);
         ExpectSameAsPlainSequence("[A \0 ]\na \0b=1\nk=v \0\n=1\n\0\n=2\n[]\n=3\n"sv, list);
     }
+}
+
+TEST_F(ProfileReplacingOdd, ByNumberedEntriesWithAnOddValueLeavesTheBytesOfThePlainSequence) {
+    const std::string odd[] = {
+        " lead",  "trail ",   " ",       "tab\tinside",      "tab\t",     "a\r\nb=2", "3\n[List]\nd=4",
+        "5\r[B]", "lone\x83", "b\x83 z", "\xED\x40\x85\x40", "ze\0ro\0"s, "\x1F",     "\x81\x45\x81"};
+    for (const std::string& value : odd) {
+        std::vector<std::string> values = PlainValues();
+        values[7] = value;
+        ExpectSameAsPlainSequence("[Alpha]\r\nx=1\r\n[List]\r\nNum=9\r\n[Beta]\r\nz=3\r\n"sv,
+                                  Numbered("Data", values));
+    }
+}
+
+TEST_F(ProfileReplacingOdd, ByNumberedEntriesWithAnOddPrefixLeavesTheBytesOfThePlainSequence) {
+    for (const char* const prefix : {"", " ", "a ", "a b", "[a", "a=", "=", ";a", "\x83", "a\x83", "a\n",
+                                     "\t", "\xED\x40", "num", "DATA3", "DATA"}) {
+        ExpectSameAsPlainSequence("[List]\r\nNum=9\r\n"sv, Numbered(prefix, PlainValues()));
+    }
+}
+
+TEST_F(ProfileReplacingOdd, ByEntriesOnBothSidesOfNumberedOnesLeavesTheBytesOfThePlainSequence) {
+    NamedEntries list = Numbered("a", PlainValues());
+    AddNumbered(list.second, "b", PlainValues());
+    ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
+    AddNumbered(list.second, "A", {"again", "and again", "once more"});
+    ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
+    list.second.Add("b1", "replaced");
+    ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
 }
 
 TEST_F(ProfileTest, ReplacingASectionWithAnOddNameLeavesTheBytesOfThePlainSequence) {
