@@ -183,12 +183,13 @@ bool IsPlainKey(std::string_view key) {
            key.find('=') == std::string_view::npos && IsPlain(key);
 }
 
-/// True when writing the entries as one section leaves the bytes that writing them one by one leaves.
+/// True when writing the entries as one section leaves the bytes that writing them one by one leaves. Names
+/// that the platform takes for the same need not have the same bytes.
 bool CanWriteAsSection(std::string_view section, const ProfileEntries& entries) {
-    std::set<std::string> names;
+    std::set<std::wstring> names;
     return IsPlain(section) && std::all_of(entries.begin(), entries.end(), [&](const ProfileEntry& entry) {
                return IsPlainKey(entry.Key) && IsPlain(entry.Value) &&
-                      names.insert(InOneCase(entry.Key)).second;
+                      names.insert(Wide(InOneCase(entry.Key))).second;
            });
 }
 

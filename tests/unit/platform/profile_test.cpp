@@ -557,6 +557,8 @@ constexpr ContentCase Contents[] = {
     {"OnlyBlanksBetweenHeaders", "[Alpha]\n \n\r\n[List]\r\r \x1A \n[Beta] ;\n"sv},
     {"Japanese", "[\x83\x5D]\n\x83\x7E=\x95\x5C\n[List]\nNum=1\n"sv},
     {"BeginsWithAMarkOnceWritten", " \xFF\xFE[A\r\n[List]\r\nNum=1\r\n[B]\r\nb=1\r\n"sv},
+    {"BeginsWithAMarkOnceWrittenAndHasCopies",
+     " \xFF\xFE[A\r\n[List]\r\nNum=1\r\n[List]\r\nx=\xED\x40\r\n[B]\r\nb=1\r\n"sv},
     {"Utf8", "\xEF\xBB\xBF[Alpha]\nx=\xE3\x82\xA2\n[List]\nNum=1\n"sv},
     {"Utf16", "\xFF\xFE[\0L\0i\0s\0t\0]\0\n\0a\0=\0\x31\0\n\0[\0B\0]\0"sv},
 };
@@ -612,8 +614,11 @@ std::vector<std::string> PlainValues() {
         "0~\x83\x7E~1~1~14~a.pmt", "b", "\"c\"", "", "=", "[x]", ";", "7", "8", "9", "a b", "\xB1\xA0\x80"};
 }
 
-NamedEntries Numbered(const std::string& prefix, const std::vector<std::string>& values) {
-    ProfileEntries entries = {{"Num", "12"}, {"Data30", "named"}};
+const ProfileEntries FewNamed = {{"Num", "12"}};
+const ProfileEntries MoreNamed = {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"Num", "12"}};
+
+NamedEntries Numbered(const std::string& prefix, const std::vector<std::string>& values,
+                      ProfileEntries entries = FewNamed) {
     AddNumbered(entries, prefix, values);
     return {"numbered", entries};
 }
@@ -661,9 +666,22 @@ TEST_F(ProfileReplacingOdd, ByNumberedEntriesWithAnOddValueLeavesTheBytesOfThePl
 }
 
 TEST_F(ProfileReplacingOdd, ByNumberedEntriesWithAnOddPrefixLeavesTheBytesOfThePlainSequence) {
-    for (const char* const prefix : {"", " ", "a ", "a b", "[a", "a=", "=", ";a", "\x83", "a\x83", "a\n",
-                                     "\t", "\xED\x40", "num", "DATA3", "DATA"}) {
-        ExpectSameAsPlainSequence("[List]\r\nNum=9\r\n"sv, Numbered(prefix, PlainValues()));
+    for (const char* const prefix : {"", " ", "Data ", " Data", "[Data", "Data=", "=", ";Data", "\x83",
+                                     "Data\x83", "Data\n", "\tData", "Data\xED\x40", "num"}) {
+        for (const ProfileEntries& named : {FewNamed, MoreNamed}) {
+            ExpectSameAsPlainSequence("[List]\r\nNum=9\r\n"sv, Numbered(prefix, PlainValues(), named));
+        }
+    }
+}
+
+TEST_F(ProfileReplacingOdd, ByNumberedEntriesAndOthersOfTheirNamesLeavesTheBytesOfThePlainSequence) {
+    const ProfileEntries named[] = {{{"Data3", "named"}},
+                                    {{"data3", "named"}, {"Num", "12"}},
+                                    {{"Data11", "named"}, {"Num", "12"}},
+                                    {{"Num", "12"}, {"Data3x", "named"}},
+                                    {{"a", "1"}, {"b", "2"}, {"Num", "12"}, {"Data3", "named"}}};
+    for (const ProfileEntries& entries : named) {
+        ExpectSameAsPlainSequence("[List]\r\nNum=9\r\n"sv, Numbered("Data", PlainValues(), entries));
     }
 }
 
