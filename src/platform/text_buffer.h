@@ -13,10 +13,12 @@ namespace pmx {
 class TextBuffer {
 public:
     TextBuffer() = default;
-    TextBuffer(TextBuffer&&) = default;
-    TextBuffer& operator=(TextBuffer&&) = default;
+    TextBuffer(TextBuffer&& other) noexcept { Exchange(other); }
     TextBuffer(const TextBuffer& other) { Append(other.View()); }
-    TextBuffer& operator=(const TextBuffer& other) { return *this = TextBuffer(other); }
+    TextBuffer& operator=(TextBuffer other) noexcept {
+        Exchange(other);
+        return *this;
+    }
     ~TextBuffer() = default;
 
     std::string_view View() const { return {Bytes.get(), Used}; }
@@ -42,6 +44,12 @@ public:
     void Append(std::string_view text) { EndAt(std::copy(text.begin(), text.end(), Room(text.size()))); }
 
 private:
+    void Exchange(TextBuffer& other) noexcept {
+        std::swap(Bytes, other.Bytes);
+        std::swap(Used, other.Used);
+        std::swap(Capacity, other.Capacity);
+    }
+
     void MoveTo(std::size_t capacity) {
         auto larger = std::make_unique_for_overwrite<char[]>(capacity);
         std::copy(Bytes.get(), Bytes.get() + Used, larger.get());
