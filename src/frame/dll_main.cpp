@@ -1,5 +1,7 @@
 #include "frame/app.h"
 
+#include <new>
+
 #include <windows.h>
 
 namespace {
@@ -16,5 +18,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserv
         return TRUE;
     }
     DisableThreadLibraryCalls(instance);
-    return TheApp().InitInstance() ? TRUE : FALSE;
+    try {
+        return TheApp().InitInstance() ? TRUE : FALSE;
+    } catch (const std::bad_alloc&) {
+        return FALSE; // nothing may be raised through the system's loader
+    }
 }

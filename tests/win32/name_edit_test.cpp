@@ -243,7 +243,7 @@ TEST_F(NameEditTest, LimitSetLaterCutsWhatIsThere) {
             const HWND box = CreateWindowExW(0, L"Edit", L"", WS_CHILD, 0, 0, 10, 10, user.Window(), nullptr,
                                              nullptr, nullptr);
             ASSERT_NE(box, nullptr);
-            win32::NameEdit edit(box);
+            win32::NameEdit edit(box, [] { FAIL() << "nothing is to fail"; });
             SetWindowTextW(box, L"ab\u30BDd");
             EXPECT_EQ(GetWindowTextLengthW(box), 4);
             edit.SetLimit(3);

@@ -89,11 +89,16 @@ void WindowsDialog::Tell(Action action) {
     try {
         action();
     } catch (...) {
-        if (!Failure) {
-            Failure = std::current_exception();
-        }
-        End(0);
+        KeepFailure();
     }
+}
+
+/// To be called inside the handler of an exception: it is raised again when the dialog has ended.
+void WindowsDialog::KeepFailure() {
+    if (!Failure) {
+        Failure = std::current_exception();
+    }
+    End(0);
 }
 
 std::optional<int> WindowsDialog::Run(const DLGTEMPLATE* source, HWND owner) {
@@ -181,9 +186,11 @@ INT_PTR WindowsDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 INT_PTR WindowsDialog::Open() {
-    WatchControls();
     bool placeFocus = true;
-    Tell([&] { placeFocus = Events.OnOpened(*this); });
+    Tell([&] {
+        WatchControls();
+        placeFocus = Events.OnOpened(*this);
+    });
     return placeFocus ? TRUE : FALSE;
 }
 
@@ -193,7 +200,7 @@ void WindowsDialog::WatchControls() {
         if (IsOfClass(child, WC_LISTVIEWW)) {
             Lists[id] = std::make_unique<WindowsList>(child);
         } else if (IsOfClass(child, WC_EDITW)) {
-            Edits[id] = std::make_unique<NameEdit>(child);
+            Edits[id] = std::make_unique<NameEdit>(child, [this] { KeepFailure(); });
         }
     }
 }

@@ -55,6 +55,7 @@ private:
     INT_PTR HelpAsked(const HELPINFO& help);
     void WatchControls();
     void RunLoop();
+    void KeepFailure();
     void Dispatch(MSG& message);
 
     template <class Action>

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include <commctrl.h>
 #include <imm.h>
@@ -64,7 +65,7 @@ Selection SelectionOf(HWND edit) {
 
 } // namespace
 
-NameEdit::NameEdit(HWND window) : Window(window) {
+NameEdit::NameEdit(HWND window, FailureHandler onFailure) : Window(window), OnFailure(std::move(onFailure)) {
     SetWindowSubclass(Window, &NameEdit::Procedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
 }
 
@@ -84,7 +85,13 @@ LRESULT CALLBACK NameEdit::Procedure(HWND window, UINT message, WPARAM wParam, L
         RemoveWindowSubclass(window, &NameEdit::Procedure, SubclassId);
         return DefSubclassProc(window, message, wParam, lParam);
     }
-    return reinterpret_cast<NameEdit*>(self)->Handle(message, wParam, lParam);
+    auto& edit = *reinterpret_cast<NameEdit*>(self);
+    try {
+        return edit.Handle(message, wParam, lParam);
+    } catch (...) {
+        edit.OnFailure();
+        return 0;
+    }
 }
 
 LRESULT NameEdit::Default(UINT message, WPARAM wParam, LPARAM lParam) const {

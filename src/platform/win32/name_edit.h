@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,12 @@ class NameEdit {
 public:
     static constexpr std::size_t NoLimit = static_cast<std::size_t>(-1);
 
-    /// Watches over an edit box, not owned. Must live until the box is destroyed.
-    explicit NameEdit(HWND window);
+    /// Told, inside the handler of an exception, what the box's own code raised. Must raise nothing.
+    using FailureHandler = std::function<void()>;
+
+    /// Watches over an edit box, not owned. Must live until the box is destroyed. Exceptions must not cross
+    /// the system's frames, so they go to `onFailure`, and the message has no effect.
+    NameEdit(HWND window, FailureHandler onFailure);
     NameEdit(const NameEdit&) = delete;
     NameEdit& operator=(const NameEdit&) = delete;
 
@@ -40,6 +45,7 @@ private:
     std::wstring Fitting(std::wstring_view text, std::size_t room) const;
 
     HWND Window;
+    FailureHandler OnFailure;
     std::size_t Limit = NoLimit;
 };
 
