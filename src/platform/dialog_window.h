@@ -91,11 +91,6 @@ public:
     /// an input method, or by SetText. No double-byte character is split.
     virtual void LimitText(ControlId control, std::size_t bytes) = 0;
 
-    /// Selects the whole text of an edit box.
-    virtual void SelectAll(ControlId control) = 0;
-
-    virtual bool IsEnabled(ControlId control) const = 0;
-
     /// Enables or disables a control. When the focused control is disabled, the focus moves on to the next
     /// control that can have it, so that the keyboard keeps working.
     virtual void Enable(ControlId control, bool enabled) = 0;
@@ -167,10 +162,7 @@ public:
 
     virtual void OnPressed(ControlId control) = 0;
     virtual void OnFocusGained(ControlId control) = 0;
-
-    /// `next` is the control of the same dialog that gets the focus; 0: none, or a window elsewhere.
-    virtual void OnFocusLost(ControlId control, ControlId next) = 0;
-
+    virtual void OnFocusLost(ControlId control) = 0;
     virtual void OnListClicked(ControlId control) = 0;
     virtual void OnListDoubleClicked(ControlId control) = 0;
     virtual void OnListKeyDown(ControlId control, const ListKey& key) = 0;

@@ -54,7 +54,6 @@ public:
 
     /// The item data of the row; -1 outside the list.
     virtual std::int64_t RowData(int row) const = 0;
-    virtual void SetRowData(int row, std::int64_t data) = 0;
 
     /// The text of a cell, for reading back what SetCell wrote; empty outside the list.
     virtual std::string Cell(int row, int column) const = 0;

@@ -38,9 +38,9 @@ public:
         const MemoryScope scope(true);
         Events.OnFocusGained(control);
     }
-    void OnFocusLost(ControlId control, ControlId next) override {
+    void OnFocusLost(ControlId control) override {
         const MemoryScope scope(true);
-        Events.OnFocusLost(control, next);
+        Events.OnFocusLost(control);
     }
     void OnListClicked(ControlId control) override {
         const MemoryScope scope(true);

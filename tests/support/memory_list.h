@@ -53,6 +53,9 @@ public:
     /// Selects a row as a click or an arrow key does.
     void SelectAsUser(int row) { Select(row); }
 
+    /// Lets a row stand for something else.
+    void SetRowData(int row, std::int64_t data);
+
     // ListControl
 
     void SetFullRowSelection(bool on) override { FullRowSelection = on; }
@@ -64,7 +67,6 @@ public:
     void Reserve(int count) override { Rows.reserve(static_cast<std::size_t>(count)); }
     int RowCount() const override { return static_cast<int>(Rows.size()); }
     std::int64_t RowData(int row) const override { return Has(row) ? At(row).Data : -1; }
-    void SetRowData(int row, std::int64_t data) override;
     std::string Cell(int row, int column) const override;
     void SetCell(int row, int column, const std::string& text) override;
     int StateImage(int row) const override { return Has(row) ? At(row).StateImage : 0; }

@@ -194,7 +194,7 @@ bool MemoryWindow::MoveFocus(Control* target) {
     }
     Focused = target;
     if (previous && previous->Source.Kind == ControlKind::Edit && !HasEnded()) {
-        Events.OnFocusLost(previous->Source.Id, FocusedControl());
+        Events.OnFocusLost(previous->Source.Id);
     }
     if (Focused != target || !target) {
         return false;

@@ -50,6 +50,8 @@ public:
     /// The focus goes to a window elsewhere while `open` runs, and then comes back.
     void WhileElsewhere(const std::function<void()>& open);
 
+    bool IsEnabled(ControlId control) const;
+
     // DialogWindow
 
     WindowHandle Handle() const override { return Identity; }
@@ -59,8 +61,6 @@ public:
     std::string TextOf(ControlId control) const override;
     void SetText(ControlId control, const std::string& text) override;
     void LimitText(ControlId control, std::size_t bytes) override;
-    void SelectAll(ControlId control) override;
-    bool IsEnabled(ControlId control) const override;
     void Enable(ControlId control, bool enabled) override;
     void SetRadio(ControlId first, ControlId last, int index) override;
     int RadioOf(ControlId first, ControlId last) const override;
@@ -96,6 +96,7 @@ private:
     void Check(Control& radioButton);
     bool InsertText(Control& edit, const std::string& text);
     void EraseSelection(Control& edit);
+    void SelectAll(ControlId control);
 
     WindowHandle Identity;
     DialogEvents& Events;

@@ -14,8 +14,7 @@ enum class DialogEvent { Pressed, FocusGained, FocusLost, ListClicked, ListDoubl
 struct ControlEvent {
     ControlId Control = 0;
     DialogEvent Event = DialogEvent::Pressed;
-    ListKey Key{};      ///< of ListKeyDown
-    ControlId Next = 0; ///< of FocusLost: the control of the dialog that gets the focus, 0 for none
+    ListKey Key{}; ///< of ListKeyDown
 };
 
 /// One line of a dialog's table: which member function handles which event of which control. The function may

@@ -138,13 +138,13 @@ void CPmxDlg::OnFocusGained(ControlId control) {
     }
 }
 
-void CPmxDlg::OnFocusLost(ControlId control, ControlId next) {
+void CPmxDlg::OnFocusLost(ControlId control) {
     if (HandlingFocusLoss || !IsListening() || IsRefused()) {
         return;
     }
     const FlagScope scope(HandlingFocusLoss);
     const std::uint64_t input = Window().InputNumber();
-    OnControlEvent({.Control = control, .Event = DialogEvent::FocusLost, .Next = next});
+    OnControlEvent({.Control = control, .Event = DialogEvent::FocusLost});
     if (Listening && Window().FocusedControl() == control) {
         RefusedInput = input;
     }

@@ -137,7 +137,7 @@ private:
     bool OnOpened(DialogWindow& window) final;
     void OnPressed(ControlId control) final;
     void OnFocusGained(ControlId control) final;
-    void OnFocusLost(ControlId control, ControlId next) final;
+    void OnFocusLost(ControlId control) final;
     void OnListClicked(ControlId control) final;
     void OnListDoubleClicked(ControlId control) final;
     void OnListKeyDown(ControlId control, const ListKey& key) final;

@@ -74,7 +74,7 @@ void CPMXTemplUISelLevelDlg::OnOK() {
     if (!IsAcceptable()) {
         return;
     }
-    if (LevelIndex >= 0 && FirstLevel + LevelIndex <= LastLevel) {
+    if (LevelIndex >= 0) {
         ResultLevel = static_cast<std::uint32_t>(PMX_LEVEL_DOCUMENT + LevelIndex);
     }
     EndDialog(CodeOk);

@@ -114,7 +114,7 @@ private:
     ImportResult ReadImport(FavoriteImport& import, const std::string& path) const;
     void DiscardImport(FavoriteImport& import) const;
     bool ConfirmImport(const CPMXTemplUIListData& imported, CPMXTemplUISelLevelDlg& dialog);
-    void ReportImport(ImportResult result);
+    bool ReportImport(ImportResult result);
     void OnExport();
     std::optional<std::string> AskExportPath(const CPMXTemplUIListData& record);
     ExportResult WriteExport(const CPMXTemplUIListData& record, const std::string& path) const;

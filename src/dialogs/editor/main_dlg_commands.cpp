@@ -134,8 +134,8 @@ void CPMXTemplUIMainDlg::AddCopy(const std::string& name, std::int32_t level, co
 }
 
 /// Writes the record's document to a new favorite file and appends the record to the list and to the rows.
-/// False after a message; nothing is added then, and the record is destroyed. The document already has its
-/// content; `source` may be the document itself.
+/// False after a message; nothing is added then, and the record is destroyed. The record's document already
+/// has its content; `source` may be the document itself.
 bool CPMXTemplUIMainDlg::AddFavorite(const std::string& name, std::int32_t level, const CPmxDocument& source,
                                      std::unique_ptr<CPMXTemplUIListData> record) {
     record->SetStandard(0);
@@ -165,10 +165,6 @@ bool CPMXTemplUIMainDlg::WriteNewFavorite(const CPmxDocument& source, CPMXTemplU
         return false;
     }
     record.SetFileName(*fileName);
-    if (!record.EnsureDocument(ServicesInUse().ForeignCalls)) {
-        Fail(text::OutOfMemory);
-        return false;
-    }
     if (!List->SaveFavorite(record)) {
         Warn(text::FileNotCreated);
         return false;

@@ -33,13 +33,7 @@ void CPMXTemplUIMainDlg::OnImport() {
 void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
     CPMXTemplUISelLevelDlg dialog(List.get(), Window().Handle(), ServicesInUse());
     FavoriteImport import(*List, ServicesInUse().ForeignCalls);
-    const ImportResult result = ReadImport(import, path);
-    if (result != ImportResult::Success) {
-        ReportImport(result);
-        DiscardImport(import);
-        return;
-    }
-    if (!ConfirmImport(import.GetRecord(), dialog)) {
+    if (!ReportImport(ReadImport(import, path)) || !ConfirmImport(import.GetRecord(), dialog)) {
         DiscardImport(import);
         return;
     }
@@ -78,23 +72,25 @@ bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMX
     return true;
 }
 
-void CPMXTemplUIMainDlg::ReportImport(ImportResult result) {
+/// False, after a message, when the file could not be read.
+bool CPMXTemplUIMainDlg::ReportImport(ImportResult result) {
     switch (result) {
     case ImportResult::NoFileName:
         Fail(text::NoFileName);
-        break;
+        return false;
     case ImportResult::NotCopied:
         Warn(text::ImportFailed);
-        break;
+        return false;
     case ImportResult::OutOfMemory:
         Fail(text::OutOfMemory);
-        break;
+        return false;
     case ImportResult::NotRead:
         Warn(text::EditorFavoriteUnreadable);
-        break;
+        return false;
     case ImportResult::Success:
         break;
     }
+    return true;
 }
 
 void CPMXTemplUIMainDlg::OnExport() {

@@ -232,7 +232,7 @@ INT_PTR WindowsDialog::EditNotified(ControlId control, UINT code) {
     if (code == EN_SETFOCUS) {
         Tell([&] { Events.OnFocusGained(control); });
     } else if (code == EN_KILLFOCUS) {
-        Tell([&] { Events.OnFocusLost(control, FocusedControl()); });
+        Tell([&] { Events.OnFocusLost(control); });
     }
     return FALSE;
 }
@@ -300,14 +300,6 @@ void WindowsDialog::LimitText(ControlId control, std::size_t bytes) {
     if (edit != Edits.end()) {
         edit->second->SetLimit(bytes);
     }
-}
-
-void WindowsDialog::SelectAll(ControlId control) {
-    SendMessageW(Item(control), EM_SETSEL, 0, -1);
-}
-
-bool WindowsDialog::IsEnabled(ControlId control) const {
-    return IsWindowEnabled(Item(control)) != FALSE;
 }
 
 void WindowsDialog::Enable(ControlId control, bool enabled) {

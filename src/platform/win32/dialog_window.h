@@ -30,8 +30,6 @@ public:
     std::string TextOf(ControlId control) const override;
     void SetText(ControlId control, const std::string& text) override;
     void LimitText(ControlId control, std::size_t bytes) override;
-    void SelectAll(ControlId control) override;
-    bool IsEnabled(ControlId control) const override;
     void Enable(ControlId control, bool enabled) override;
     void SetRadio(ControlId first, ControlId last, int index) override;
     int RadioOf(ControlId first, ControlId last) const override;

@@ -122,13 +122,9 @@ int WindowsList::InsertRow(int position, std::int64_t data, int image) {
 
 void WindowsList::DeleteRow(int row) {
     const int mark = SelectionMark();
-    if (!Send(LVM_DELETEITEM, static_cast<WPARAM>(row)) || mark < 0) {
-        return;
-    }
-    if (mark == row) {
-        SetSelectionMark(-1);
-    } else {
-        SetSelectionMark(mark > row ? mark - 1 : mark);
+    if (Send(LVM_DELETEITEM, static_cast<WPARAM>(row))) {
+        const int shifted = mark > row ? mark - 1 : mark;
+        SetSelectionMark(mark == row ? -1 : shifted); // some versions mark a row where there was no mark
     }
 }
 
@@ -145,16 +141,6 @@ std::int64_t WindowsList::RowData(int row) const {
     item.mask = LVIF_PARAM;
     item.iItem = row;
     return row >= 0 && Send(LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : -1;
-}
-
-void WindowsList::SetRowData(int row, std::int64_t data) {
-    LVITEMW item{};
-    item.mask = LVIF_PARAM;
-    item.iItem = row;
-    item.lParam = static_cast<LPARAM>(data);
-    if (row >= 0) {
-        Send(LVM_SETITEMW, 0, Pointer(&item));
-    }
 }
 
 std::string WindowsList::Cell(int row, int column) const {

@@ -30,7 +30,6 @@ public:
     void Reserve(int count) override;
     int RowCount() const override;
     std::int64_t RowData(int row) const override;
-    void SetRowData(int row, std::int64_t data) override;
     std::string Cell(int row, int column) const override;
     void SetCell(int row, int column, const std::string& text) override;
     int StateImage(int row) const override;

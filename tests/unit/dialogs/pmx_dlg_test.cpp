@@ -71,8 +71,8 @@ private:
 
     void OnNameEntered() { Seen.emplace_back("name entered"); }
 
-    void OnNameLeft(const ControlEvent& event) {
-        Seen.push_back("name left for " + std::to_string(event.Next));
+    void OnNameLeft() {
+        Seen.emplace_back("name left");
         Run(WhenNameLeft);
     }
 
@@ -155,7 +155,7 @@ TEST_F(PmxDlgTest, EventsReachTheHandlersOfTheTable) {
         user.Press(control::BasicUp); // has no handler
     });
     EXPECT_EQ(seen, (Events{"list clicked", "list clicked", "list double-clicked", "key 46", "name entered",
-                            "name left for 3027", "delete"}));
+                            "name left", "delete"}));
 }
 
 TEST_F(PmxDlgTest, EventsBeforeTheDialogIsFilledAreIgnored) {
@@ -175,7 +175,7 @@ TEST_F(PmxDlgTest, EventsAfterTheEndAreIgnored) {
         user.Events().OnPressed(control::BasicDelete);
         user.Events().OnOkAsked();
         user.Events().OnCancelAsked();
-        user.Events().OnFocusLost(control::BasicName, 0);
+        user.Events().OnFocusLost(control::BasicName);
     });
     EXPECT_EQ(seen, Events());
 }
@@ -197,16 +197,18 @@ TEST_F(PmxDlgTest, LosingTheFocusAgainDuringTheMessageStartsNoSecondRound) {
         user.TabTo(control::BasicName);
         Desktop.Messages.Meanwhile([&user] {
             user.Events().OnFocusGained(control::BasicName);
-            user.Events().OnFocusLost(control::BasicName, control::BasicList);
+            user.Events().OnFocusLost(control::BasicName);
             user.Events().OnOkAsked();
             user.Events().OnCancelAsked();
             user.Events().OnPressed(control::BasicDelete);
             user.Events().OnListKeyDown(control::BasicList, {.VirtualKey = ListKey::Delete});
+            user.Events().OnHelpAsked({.Id = control::BasicDelete});
         });
         user.TabTo(control::BasicList);
         EXPECT_EQ(user.Focused(), control::BasicName);
     });
-    EXPECT_EQ(seen, (Events{"name entered", "name left for 3037", "name entered"}));
+    EXPECT_TRUE(Desktop.Help.Requests.empty());
+    EXPECT_EQ(seen, (Events{"name entered", "name left", "name entered"}));
 }
 
 TEST_F(PmxDlgTest, WhatFollowsFromTheRefusedInputIsIgnored) {
@@ -216,15 +218,15 @@ TEST_F(PmxDlgTest, WhatFollowsFromTheRefusedInputIsIgnored) {
     const Events seen = EventsOf([this](MemoryUser& user) {
         user.TabTo(control::BasicName);
         user.PressByKey(control::BasicDelete);
-        user.Events().OnFocusLost(control::BasicName, control::BasicDelete);
+        user.Events().OnFocusLost(control::BasicName);
         user.Events().OnPressed(control::BasicDelete);
         user.Events().OnListClicked(control::BasicList);
         user.Events().OnOkAsked();
+        user.Events().OnCancelAsked();
         EXPECT_EQ(Desktop.Messages.Shown.size(), 1U);
         user.PressByKey(control::BasicDelete); // a new input
     });
-    EXPECT_EQ(seen, (Events{"name entered", "name left for 3027", "name entered", "name left for 3027",
-                            "name entered"}));
+    EXPECT_EQ(seen, (Events{"name entered", "name left", "name entered", "name left", "name entered"}));
 }
 
 TEST_F(PmxDlgTest, EventsResumeAfterAMessage) {
