@@ -7,7 +7,6 @@
 #include "host/CComFile.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 #include <stdexcept>
 #include <unordered_set>
@@ -210,7 +209,7 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
         !Services.FileSystem.Exists(Folder + plain)) {
         return plain;
     }
-    for (std::int64_t number = 1; number <= std::numeric_limits<std::int32_t>::max(); ++number) {
+    for (std::int64_t number = 1; number <= Services.LastFileNumber; ++number) {
         std::string candidate = base + "-" + std::to_string(number) + Extension;
         if (IsListFileName(candidate)) {
             continue;

@@ -5,15 +5,21 @@
 #include "platform/profile.h"
 #include "platform/text.h"
 
+#include <cstdint>
+#include <limits>
+
 namespace pmx {
 
-/// What the store asks of the operating system. References only: whoever makes it keeps the services alive
-/// for as long as the objects that were given it.
+/// What the store asks of the operating system. Whoever makes it keeps the services alive for as long as the
+/// objects that were given it.
 struct StoreServices {
     Files& FileSystem;
     Profile& Profiles;
     Text& CodePage;
     Clock& Timer;
+
+    /// The highest number that a favorite's file name gets when the name itself is taken.
+    std::int32_t LastFileNumber = std::numeric_limits<std::int32_t>::max();
 
     const LeadByteTable& LeadBytes() const { return CodePage.LeadBytes(); }
 };

@@ -195,6 +195,19 @@ TYPED_TEST(EditorNew, FileThatCannotBeWrittenIsReportedAndNothingIsAdded) {
     }
 }
 
+TYPED_TEST(EditorNew, WantOfAFileNameIsReportedAndNothingIsAdded) {
+    this->Store.Services.LastFileNumber = 0;
+    this->Folder.Write("N.pmt", "somebody else's");
+    this->ExpectFailure(text::NoFileName);
+    this->RunAndAccept([this](DialogUser& user) {
+        this->Create(user, "N");
+        EXPECT_EQ(user.RowCount(List), 0);
+    });
+    EXPECT_EQ(this->ListedCount(), "0");
+    EXPECT_EQ(this->Folder.Read("N.pmt"), "somebody else's");
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+}
+
 TEST_F(EditorNewInMemory, FileNameThatNobodyCanProbeFreelyShowsTheWaitCursorMeanwhile) {
     Folder.Write("N.pmt", "");
     Store.Disk.Plan.FailAt(test::FileOperation::Open, 2, FileError::SharingViolation); // 1: the list file
@@ -491,6 +504,19 @@ constexpr HostProblem CopyProblems[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(AllCalls, EditorCopyProblems, testing::ValuesIn(CopyProblems));
+
+TYPED_TEST(EditorCopy, WantOfAFileNameIsReportedAndNothingIsAdded) {
+    this->GivenThree();
+    this->Store.Services.LastFileNumber = 0;
+    this->ExpectFailure(text::NoFileName);
+    this->RunAndAccept([this](DialogUser& user) {
+        this->AnswerName("F0"); // as the file of the first is called
+        user.Press(control::EditorCopy);
+        EXPECT_EQ(user.RowCount(List), 3);
+    });
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
+    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+}
 
 TYPED_TEST(EditorCopy, DocumentThatCannotBeTakenOverAfterTheFileIsWrittenIsReadAgainWhenNeeded) {
     this->GivenThree();

@@ -263,6 +263,15 @@ TYPED_TEST(EditorImport, FileThatCannotBeCopiedIsReported) {
     this->ExpectNothingImported();
 }
 
+TYPED_TEST(EditorImport, WantOfAFileNameIsReported) {
+    this->Given({{.Name = "A"}});
+    this->GivenFile("F0.pmt", "N");
+    this->Store.Services.LastFileNumber = 0;
+    this->Desktop.Messages.Expect(text::NoFileName, MessageIcon::Stop);
+    this->RunAndAccept([this](DialogUser& user) { this->Import(user, "F0.pmt"); });
+    this->ExpectNothingImported();
+}
+
 TEST_F(EditorImportInMemory, LockedFileIsRetriedUnderTheWaitCursor) {
     GivenFile("X.pmt", "N");
     Store.Disk.Plan.FailAt(FileOperation::Copy, 1, FileError::SharingViolation);

@@ -58,11 +58,16 @@ protected:
 
     /// Confirms the dialog with that name.
     SaveAsResult Save(std::int32_t mode, TemplInfo& info, const std::string& name) {
+        return SaveIn(List, mode, info, name);
+    }
+
+    SaveAsResult SaveIn(CPMXTemplUIListDataArray& list, std::int32_t mode, TemplInfo& info,
+                        const std::string& name) {
         Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [name](MemoryUser& user) {
             user.Fill(control::CreateName, name);
             user.Press(control::Ok);
         });
-        return SaveAsFavorite(List, mode, info, Table.Bytes, WindowHandle{7}, Desktop.Services);
+        return SaveAsFavorite(list, mode, info, Table.Bytes, WindowHandle{7}, Desktop.Services);
     }
 
     /// Lets `script` use the dialog, which it must cancel.
@@ -228,6 +233,19 @@ TEST_F(SaveAsTest, GivesANewFavoriteAFileNameOfItsOwn) {
     ASSERT_EQ(Save(SaveAsNew, info, "New"), SaveAsResult::Saved);
     EXPECT_EQ(List.GetAt(2)->GetFileName(), "New-1.pmt");
     EXPECT_EQ(Folder.Read("New.pmt"), "somebody else's");
+}
+
+TEST_F(SaveAsTest, FailsWhenThereIsNoFileNameForANewFavorite) {
+    Folder.Write("New.pmt", "somebody else's");
+    Store.Services.LastFileNumber = 0;
+    CPMXTemplUIListDataArray list(ListFile, ".pmt", Store.Services);
+    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    ASSERT_TRUE(list.LoadList());
+    TemplInfo info = InfoOf("", 1);
+    EXPECT_EQ(SaveIn(list, SaveAsNew, info, "New"), SaveAsResult::Failed);
+    EXPECT_EQ(Folder.Read("New.pmt"), "somebody else's");
+    EXPECT_EQ(list.GetSize(), 2);
+    EXPECT_EQ(Folder.Read(ListFile), ListBefore);
 }
 
 struct FailureCase {

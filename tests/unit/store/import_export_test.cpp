@@ -180,6 +180,20 @@ TEST_F(ImportTest, EveryFailureLeavesNothingBehind) {
     EXPECT_EQ(List.GetSize(), 0);
 }
 
+TEST_F(ImportTest, FileForWhichThereIsNoNameIsNotCopied) {
+    GivenFile("X.pmt", "N");
+    Folder.Write("X.pmt", "somebody else's");
+    Store.Services.LastFileNumber = 0;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, Store.Services);
+    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    {
+        FavoriteImport import(list, Guard);
+        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NoFileName);
+    }
+    EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
+    EXPECT_EQ(Folder.Read("X.pmt"), "somebody else's");
+}
+
 TEST_F(ImportTest, FileThatCannotBeCopiedIsRetriedAndLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
     Store.Disk.Plan.FailFrom(FileOperation::Copy, 1, FileError::SharingViolation);

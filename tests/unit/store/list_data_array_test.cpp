@@ -265,6 +265,17 @@ TEST_F(ListDataArrayTest, TakenFileNamesAreNumberedFromOneWithAPauseBetween) {
     EXPECT_EQ(Folder.Read("Name.pmt"), "");
 }
 
+TEST_F(ListDataArrayTest, AfterTheLastNumberThereIsNoFileName) {
+    EXPECT_EQ(SystemStoreServices().LastFileNumber, 2147483647);
+    Fakes.Services.LastFileNumber = 2;
+    for (const char* const name : {"Name.pmt", "Name-1.pmt"}) {
+        Folder.Write(name, "");
+    }
+    EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-2.pmt");
+    Folder.Write("Name-2.pmt", "");
+    EXPECT_EQ(MakeList()->MakeFileName("Name"), std::nullopt);
+}
+
 TEST_F(ListDataArrayTest, ATakenFileIsClosedAgainBeforeThePause) {
     Folder.Write("Name.pmt", "");
     Folder.Write("Name-1.pmt", "");

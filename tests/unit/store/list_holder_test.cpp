@@ -335,6 +335,20 @@ TEST_F(ListHolderTest, WhateverFailsWhileStoringANewFavoriteLeavesNoRecordAndNoF
     }
 }
 
+TEST_F(ListHolderTest, ANewFavoriteForWhichThereIsNoFileNameIsNotStored) {
+    Folder.Write("New.pmt", "somebody else's");
+    Fakes.Services.LastFileNumber = 0;
+    CPMXTemplUIListHolder holder(nullptr, nullptr, Fakes.Services);
+    ASSERT_TRUE(holder.Open(Folder.Path().c_str()));
+    const auto before = Snapshot();
+    const _LM_DOCUMENTLAYOUTTABLE part{};
+    EXPECT_FALSE(holder.StoreFavorite("New", 1, part.Bytes));
+    EXPECT_EQ(holder.SaveNewRecord("New", 1, CPmxDocument(), std::make_unique<CPMXTemplUIListData>()),
+              StoreResult::NoFileName);
+    EXPECT_EQ(holder.GetCount(), 2);
+    EXPECT_TRUE(Snapshot() == before);
+}
+
 TEST_F(ListHolderTest, WhateverFailsWhileStoringOverAFavoriteLeavesItsFile) {
     const auto before = Snapshot();
     const _LM_DOCUMENTLAYOUTTABLE part{};
