@@ -180,5 +180,19 @@ TEST_F(StoreMemoryTest, LackOfMemoryWhileTheListIsWrittenLeavesTheOldListOrTheNe
                          });
 }
 
+TEST_F(StoreMemoryTest, LackOfMemoryWhileAFavoriteFileIsDeletedLeavesItOrNot) {
+    const std::string fileName = "a name that needs memory.pmt";
+    CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
+    EXPECT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    CPMXTemplUIListData record;
+    record.SetFileName(fileName);
+    Folder.Write(fileName, "x");
+    RefuseEachAllocation([&] { return list.DeleteFavorite(record); },
+                         [&](bool result) {
+                             EXPECT_EQ(Folder.Exists(fileName), !result);
+                             Folder.Write(fileName, "x");
+                         });
+}
+
 } // namespace
 } // namespace pmx::test

@@ -33,6 +33,25 @@ TEST(CodePage, ReplacesWhatHasNoCode) {
     EXPECT_EQ(FromUtf16(u"\xD83D\xDE00"), "?");
     EXPECT_EQ(FromUtf16(u"\xD83D"), "?");
     EXPECT_EQ(FromUtf8("\xC0\xAF\xE3\x81"), "????");
+    EXPECT_EQ(FromUtf16(u"\xD83D"
+                        u"a"),
+              "?a");
+}
+
+TEST(CodePage, ReplacesEachByteThatIsNotUtf8) {
+    const std::pair<const char*, const char*> texts[] = {
+        {"\xE3\x82z", "??z"},         // ends too early
+        {"\xE0\x80\xAF", "???"},      // longer than it need be
+        {"\xED\xA0\x80", "???"},      // half of a pair
+        {"\xED\xBF\xBF", "???"},      // the other half
+        {"\xF4\x90\x80\x80", "????"}, // beyond the last character
+        {"\xF5z", "?z"},
+        {"\xFF", "?"},
+        {"\xF0\x9F\x98\x80z", "?z"}, // one character
+    };
+    for (const auto& [utf8, expected] : texts) {
+        EXPECT_EQ(FromUtf8(utf8), expected) << utf8;
+    }
 }
 
 TEST(CodePage, KeepsZeroBytes) {

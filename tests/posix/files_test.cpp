@@ -114,6 +114,27 @@ TEST(PosixFiles, IsDeniedWhatTheUserMayNotDo) {
     EXPECT_THAT(folder.Names(), ElementsAre("file", "private"));
 }
 
+TEST(PosixFiles, DoesNotFollowALinkThatLeadsToItself) {
+    const TempFolder folder;
+    folder.Write("file", "old");
+    std::filesystem::create_symlink("loop", test::DiskPath(folder.Path("loop")));
+    OpenRequest request;
+    request.Path = folder.Path("loop");
+    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::Other);
+    EXPECT_EQ(SystemFiles().Copy(folder.Path("loop"), folder.Path("copy"), true), FileError::Other);
+    EXPECT_EQ(SystemFiles().Replace(folder.Path("loop"), folder.Path("file")), FileError::Other);
+    EXPECT_EQ(folder.Read("file"), "old");
+    EXPECT_THAT(folder.Names(), ElementsAre("file", "loop"));
+}
+
+TEST(PosixFiles, HasNothingToFlushInADevice) {
+    EXPECT_EQ(SystemFiles().Flush("\\dev\\null"), FileError::InvalidParameter);
+}
+
+TEST(PosixFiles, FindsAMereNameInTheCurrentFolder) {
+    EXPECT_EQ(SystemFiles().Remove("no such file"), FileError::NotFound);
+}
+
 TEST(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {
     const TempFolder folder;
     OpenRequest request;

@@ -2,6 +2,7 @@
 #include "dialogs/choice/sel_level_dlg.h"
 #include "platform/win32/handles.h"
 #include "res/ids.h"
+#include "win32/support/file_dialog_user.h"
 #include "win32/support/real_desktop.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +66,41 @@ TEST(CreateFavoriteWindow, KeepsTheLevelOfTheResultWhenNoneIsChecked) {
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
     EXPECT_EQ(dialog.GetLevel(), 0U);
+}
+
+/// Asks for a file of any kind when its up button is pressed.
+class FileAskingDlg final : public CPmxDlg {
+public:
+    using CPmxDlg::CPmxDlg;
+
+    std::optional<std::string> Chosen = "not asked";
+
+private:
+    void OnControlEvent(const ControlEvent& event) override {
+        if (event.Event == DialogEvent::Pressed && event.Control == control::BasicUp) {
+            FileRequest request;
+            request.Owner = Window().Handle();
+            request.HideReadOnlyBox = false;
+            const ModalScope scope(*this);
+            Chosen = SystemFileDialogs().AskOpen(request);
+        }
+    }
+};
+
+TEST(FileDialog, ShowsNoMoreThanItIsAskedFor) {
+    RealDesktop screen;
+    FileAskingDlg dialog(dialog::BasicList, WindowHandle::None, screen.Services);
+    screen.Dialogs.OnOpened(dialog::BasicList, [](RealUser& user) {
+        user.Press(control::BasicUp);
+        test::FileDialogUser files(user);
+        EXPECT_EQ(files.FileName(), "");
+        EXPECT_EQ(files.Filter(), "");
+        EXPECT_TRUE(files.ShowsReadOnlyBox());
+        files.Cancel();
+        user.Escape();
+    });
+    EXPECT_EQ(dialog.DoModal(), CodeCancel);
+    EXPECT_EQ(dialog.Chosen, std::nullopt);
 }
 
 /// Counts the requests for help that reach a window.

@@ -55,6 +55,30 @@ TEST(WindowsFiles, HonoursHowAFileIsShared) {
     EXPECT_EQ(SystemFiles().Open(request).Error, FileError::SharingViolation);
 }
 
+TEST(WindowsFiles, CopiesOnlyIntoFoldersThatTakeFiles) {
+    const TempFolder folder;
+    folder.Write("file", "x");
+    EXPECT_NE(SystemFiles().Copy(folder.Path("file"), "Z:\\proc\\new", true), FileError::None);
+    EXPECT_EQ(folder.Read("file"), "x");
+}
+
+TEST(WindowsFiles, AcceptsBothSeparators) {
+    const TempFolder folder;
+    folder.AddFolder("a");
+    folder.Write("file", "x");
+    EXPECT_EQ(SystemFiles().Copy(folder.Path("file"), folder.Path("a/b"), true), FileError::None);
+    EXPECT_EQ(folder.Read("a\\b"), "x");
+}
+
+TEST(WindowsFiles, FolderWithTheReadOnlyMarkIsNoReadOnlyFile) {
+    const TempFolder folder;
+    folder.AddFolder("a");
+    const std::string path = folder.Path("a");
+    ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_FALSE(SystemFiles().IsReadOnly(path));
+    EXPECT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
 TEST(WindowsFiles, SetsTheLastErrorOfTheThread) {
     SystemFiles().SetLastError(FileError::SharingViolation);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});

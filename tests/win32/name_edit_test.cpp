@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include <windows.h>
+#include <commctrl.h>
+#include <imm.h>
 
 // The limit of a name box, in bytes of the code page, for every way in which text gets into the box.
 
@@ -147,6 +148,52 @@ TEST_F(NameEditTest, PastedTextIsCutBetweenCharacters) {
     });
 }
 
+/// The clipboard, held open and empty.
+class HeldClipboard {
+public:
+    explicit HeldClipboard(HWND owner) {
+        EXPECT_TRUE(OpenClipboard(owner));
+        EXPECT_TRUE(EmptyClipboard());
+    }
+    ~HeldClipboard() { CloseClipboard(); }
+    HeldClipboard(const HeldClipboard&) = delete;
+    HeldClipboard& operator=(const HeldClipboard&) = delete;
+};
+
+TEST_F(NameEditTest, PastingWithoutATextChangesNothing) {
+    Run([this](RealUser& user) {
+        user.Type("abc");
+        Select(user, 0, -1);
+        const HWND box = user.Item(Box);
+        { const HeldClipboard emptied(Screen.Host()); }
+        user.OnDialogThread([box] { SendMessageW(box, WM_PASTE, 0, 0); });
+        EXPECT_EQ(user.Text(Box), "abc");
+        const HeldClipboard held(nullptr);
+        user.OnDialogThread([box] { SendMessageW(box, WM_PASTE, 0, 0); });
+        EXPECT_EQ(user.Text(Box), "abc");
+    });
+}
+
+TEST_F(NameEditTest, NullIsTheEmptyText) {
+    Run([](RealUser& user) {
+        const HWND box = user.Item(Box);
+        user.Type("abc");
+        Select(user, 0, 1);
+        user.OnDialogThread([box] { SendMessageW(box, EM_REPLACESEL, TRUE, 0); });
+        EXPECT_EQ(user.Text(Box), "bc");
+        user.OnDialogThread([box] { SendMessageW(box, WM_SETTEXT, 0, 0); });
+        EXPECT_EQ(user.Text(Box), "");
+    });
+}
+
+TEST_F(NameEditTest, ControlCharactersAreNoText) {
+    Run([](RealUser& user) {
+        user.Type("abc");
+        Send(user, WM_CHAR, L"\x7F");
+        EXPECT_EQ(user.Text(Box), "abc");
+    });
+}
+
 TEST_F(NameEditTest, CharactersOfAnInputMethodEndAt32Bytes) {
     Run([](RealUser& user) {
         Send(user, WM_IME_CHAR, L"a" + std::wstring(20, L'\u30BD'));
@@ -199,6 +246,42 @@ TEST_F(InputMethodTest, CompositionThatFitsIsTakenWhole) {
     Run([](RealUser& user) {
         user.Compose(L"\u8868\u30BD");
         EXPECT_EQ(user.Text(Box), Sjis(u8"表ソ"));
+    });
+}
+
+/// An edit box that puts in itself what an input method has composed, as some systems' do.
+LRESULT CALLBACK PutInComposition(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                  DWORD_PTR composed) {
+    if (message == WM_IME_COMPOSITION) {
+        return DefSubclassProc(window, EM_REPLACESEL, TRUE, static_cast<LPARAM>(composed));
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(NameEditTest, CompositionThatTheBoxPutsInItselfIsCutBetweenCharacters) {
+    Run([](RealUser& user) {
+        user.OnDialogThread([&user] {
+            const HWND box = CreateWindowExW(0, L"Edit", L"ab", WS_CHILD | ES_AUTOHSCROLL, 0, 0, 10, 10,
+                                             user.Window(), nullptr, nullptr, nullptr);
+            ASSERT_NE(box, nullptr);
+            const std::wstring composed(20, L'\u30BD');
+            SetWindowSubclass(box, &PutInComposition, 7, reinterpret_cast<DWORD_PTR>(composed.c_str()));
+            win32::NameEdit edit(box);
+            edit.SetLimit(9);
+            SendMessageW(box, EM_SETLIMITTEXT, 0, 0); // the box itself takes any length
+            SendMessageW(box, EM_SETSEL, 1, 1);
+            SendMessageW(box, WM_IME_COMPOSITION, 0, GCS_COMPSTR);
+            SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"ab"));
+            SendMessageW(box, EM_SETSEL, 1, 1);
+            SendMessageW(box, WM_IME_COMPOSITION, 0, GCS_RESULTSTR);
+            std::wstring text(40, L'\0');
+            text.resize(static_cast<std::size_t>(GetWindowTextW(box, text.data(), 40)));
+            EXPECT_EQ(text, L"a\u30BD\u30BD\u30BDb");
+            DWORD caret = 0;
+            SendMessageW(box, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&caret));
+            EXPECT_EQ(caret, 4U);
+            DestroyWindow(box);
+        });
     });
 }
 

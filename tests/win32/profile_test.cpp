@@ -92,12 +92,19 @@ TEST_F(WindowsProfileTest, FileHeldWithoutSharingReadsAsEmpty) {
     EXPECT_EQ(Visited(System, File(), "S"), "");
 }
 
+TEST_F(WindowsProfileTest, DeviceIsNoProfile) {
+    EXPECT_FALSE(ReplaceInPlace("NUL", "S", {{"k", "v"}}));
+}
+
 TEST_F(WindowsProfileTest, TooLongNamesAreThereForNobody) {
     const std::string name(32767, 'n');
     Folder.Write(FileName, "[S]\nk=1\n");
     EXPECT_FALSE(System.WriteString(File(), name, "k", "v"));
     EXPECT_FALSE(System.WriteString(File(), "S", name, "v"));
     EXPECT_FALSE(ReplaceInPlace(File(), name, {{"k", "v"}}));
+    EXPECT_EQ(Folder.Read(FileName), "[S]\nk=1\n");
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("new.ini"), "S", {{"k", "v"}, {name, "v"}}),
+              FileError::Other);
     EXPECT_EQ(Folder.Read(FileName), "[S]\nk=1\n");
 
     Folder.Write(FileName, "[" + name + "]\nk=1\n[S]\n" + name + "=2\n");

@@ -153,6 +153,7 @@ TEST_F(SystemFilesTest, OpensAsTheDispositionSays) {
         return OpenError(Request(Path(name), FileAccess::ReadWrite, FileShare::None, wanted));
     };
     EXPECT_EQ(disposition("file", FileDisposition::CreateNew), FileError::FileExists);
+    EXPECT_EQ(disposition("locked", FileDisposition::CreateNew), FileError::FileExists);
     EXPECT_EQ(disposition("file", FileDisposition::OpenAlways), FileError::None);
     EXPECT_EQ(disposition("locked", FileDisposition::CreateAlways), FileError::AccessDenied);
     EXPECT_EQ(disposition("missing\\a", FileDisposition::CreateNew), FileError::PathNotFound);

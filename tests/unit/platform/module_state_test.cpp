@@ -40,6 +40,17 @@ TEST_F(ModuleStateTest, ACallFromInsideReturnsInside) {
     EXPECT_EQ(States.Current(), Before);
 }
 
+TEST_F(ModuleStateTest, AChosenResourceModuleTakesThePlaceOfTheLibrarysOwn) {
+    constexpr ModuleHandle Chosen{77};
+    States.SetResourceModule(Chosen);
+    ModuleHandle inside = ModuleHandle::None;
+    States.RunInside([&] { inside = States.Current(); });
+    EXPECT_EQ(States.ResourceModule(), Chosen);
+    EXPECT_EQ(inside, Chosen);
+    States.SetResourceModule(ModuleHandle::None);
+    EXPECT_EQ(States.ResourceModule(), States.OwnModule());
+}
+
 #ifdef _WIN32
 TEST_F(ModuleStateTest, TheActivationContextIsTheCallersAgainAlsoAfterAFailure) {
     const auto current = [] {

@@ -175,6 +175,8 @@ constexpr ReadCase Unicode[] = {
     {"Utf8Names", "\xEF\xBB\xBF[\xE3\x82\xA2]\n\xE3\x83\x9F=v\n"sv, "\x83\x41", "\x83\x7E", "v"},
     {"Utf16LittleMark", "\xFF\xFE[\0S\0]\0\r\0\n\0k\0=\0\xA2\x30\r\0\n\0"sv, "S", "k", "\x83\x41"},
     {"Utf16BigMark", "\xFE\xFF\0[\0S\0]\0\r\0\n\0k\0=\x30\xA2\0\r\0\n"sv, "S", "k", "\x83\x41"},
+    {"Utf8CutOff", "\xEF\xBB\xBF[S]\nk=a\xE3\x82\n"sv, "S", "k", "a?"},
+    {"Utf8AtTheEndOfTheFile", "\xEF\xBB\xBF[S]\nk=a\xE3\x82"sv, "S", "k", "a?"},
     {"NoMarkIsTheCodePage", "[S]\nk=\xE3\x82\xA2\xE3\x82\xA4\n"sv, "S", "k", "\xE3\x82\xA2\xE3\x82\xA4"},
 };
 
@@ -455,6 +457,10 @@ const WriteCase Writes[] = {
      "\xEF\xBB\xBF[S]\r\na=\xE3\x82\xA2\xF0\x9F\x98\x80\r\nk=\xE3\x83\x9F\r\n"},
     {"Utf16FileStaysSo", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8\x00\xDE\n\0"sv, "S", "k", "\x83\x7E",
      "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8\x00\xDE\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
+    {"Utf16HalvesOfPairsStay", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8|\0\x00\xDE\n\0"sv, "S", "k", "\x83\x7E",
+     "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8|\0\x00\xDE\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
+    {"Utf16HalfAtTheEndStays", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8"sv, "S", "k", "\x83\x7E",
+     "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
     {"Utf16BigFileStaysSo", "\xFE\xFF\0[\0S\0]\0\n"sv, "S", "k", "\x83\x7E",
      "\xFE\xFF\0[\0S\0]\0\r\0\n\0k\0=\x30\xDF\0\r\0\n"sv},
     {"OnlyAMark", "\xEF\xBB\xBF"sv, "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
@@ -693,6 +699,13 @@ TEST_F(ProfileReplacingOdd, ByEntriesOnBothSidesOfNumberedOnesLeavesTheBytesOfTh
     ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
     list.second.Add("b1", "replaced");
     ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
+}
+
+/// Without the section, the file begins with a mark and is read anew.
+TEST_F(ProfileReplacingOdd, RemovingTheSectionLeavesTheBytesOfThePlainSequence) {
+    const NamedEntries none = {"none", {}};
+    ExpectSameAsPlainSequence(" \xFF\xFE[A\r\n[List]\r\nNum=1\r\n[B]\r\nb=1\r\n"sv, none);
+    ExpectSameAsPlainSequence(" \xEF\xBB\xBF[A]\r\n[List]\r\nNum=1\r\n[B]\r\nb=1\r\n"sv, none);
 }
 
 TEST_F(ProfileTest, ReplacingASectionWithAnOddNameLeavesTheBytesOfThePlainSequence) {
