@@ -155,6 +155,35 @@ void EditAndCancel(World& world) {
     RunEditor(world, [&world](MemoryUser& user) { Edit(world, user); });
 }
 
+/// Changes the attributes, the name, the icon and the toolbar mark of the first favorite, and exports it.
+void Rework(MemoryUser& user) {
+    ClickIfThere(user, 0);
+    PressIfEnabled(user, control::EditorEdit);
+    if (user.IsOpen() && user.IsEnabled(control::EditorName)) {
+        user.Fill(control::EditorName, "Renamed");
+    }
+    PressIfEnabled(user, control::ChangeIcon);
+    PressIfEnabled(user, control::EditorExport);
+    if (user.IsOpen() && user.RowCount(control::EditorList) > 0) {
+        user.ClickStateImage(control::EditorList, 0);
+    }
+    PressIfEnabled(user, control::EditorDown);
+    PressIfEnabled(user, control::Ok);
+}
+
+void ReworkAndAccept(World& world) {
+    world.Desktop.ChosenFile = world.Outside.Path("x.pmt");
+    world.Attributes.User = [](unsigned char* part) {
+        *part = 99;
+        return PMX_PROPUI_OK;
+    };
+    world.Desktop.Scripts[dialog::IconPicker] = [](MemoryUser& user) {
+        user.ClickRow(control::PickerIcons, 7);
+        user.Press(control::Ok);
+    };
+    RunEditor(world, Rework);
+}
+
 /// Moves the first favorite down and deletes the last.
 void ArrangeAndAccept(World& world) {
     world.Desktop.Scripts[dialog::BasicList] = [](MemoryUser& user) {
@@ -199,6 +228,7 @@ const Operation Operations[] = {
     {"RegisterOver", RegisterOver, {}, {"b.pmt"}, false},
     {"EditorOk", EditAndAccept, {"b.pmt"}, {}, true},
     {"EditorCancel", EditAndCancel, {}, {}, false},
+    {"EditorRework", ReworkAndAccept, {}, {"a.pmt"}, true},
     {"BasicListOk", ArrangeAndAccept, {}, {}, false},
     {"Import", Import, {}, {}, false},
     {"Export", Export, {}, {}, false},

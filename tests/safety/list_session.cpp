@@ -366,15 +366,19 @@ void ListSession::Compare() const {
     EXPECT_EQ(User->RowCount(Ids.List), static_cast<int>(Rows.size()));
     EXPECT_EQ(User->SelectedRow(Ids.List), IsSelected ? Mark : -1);
     EXPECT_EQ(User->Text(Ids.Name), Box);
+    EXPECT_EQ(User->Focused() == Ids.Name, InBox);
+    CompareControls();
+    CompareOwnControls();
+}
+
+void ListSession::CompareControls() const {
     EXPECT_EQ(User->IsEnabled(Ids.Name), HasChangeButtons);
     EXPECT_EQ(User->IsEnabled(Ids.Delete), HasChangeButtons);
     EXPECT_EQ(User->IsEnabled(Ids.Up), HasUp);
     EXPECT_EQ(User->IsEnabled(Ids.Down), HasDown);
     EXPECT_EQ(User->IsEnabled(control::ChangeIcon), HasIconButton);
-    EXPECT_EQ(User->Focused() == Ids.Name, InBox);
     const auto icon = User->IconIn(Ids.Icon);
     EXPECT_EQ(icon ? static_cast<int>(icon->Index) : -1, IconShown);
-    CompareOwnControls();
 }
 
 void ListSession::CompareRows() const {

@@ -131,6 +131,7 @@ private:
     Leaving Refuse(ResourceId id);
     void End(bool accepted);
     void Compare() const;
+    void CompareControls() const;
     void CompareRows() const;
 
     const Controls& Ids;

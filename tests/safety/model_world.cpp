@@ -38,7 +38,7 @@ std::vector<std::string> LinesOf(const std::string& file, const std::string& sec
     std::istringstream stream(file);
     bool isInside = false;
     for (std::string line; std::getline(stream, line);) {
-        line.erase(line.find_last_not_of("\r") + 1);
+        line.erase(line.find_last_not_of('\r') + 1);
         if (line.starts_with("[")) {
             isInside = line == "[" + section + "]";
         } else if (isInside && !line.empty()) {

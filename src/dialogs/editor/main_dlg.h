@@ -35,6 +35,8 @@ public:
 
     /// An editor that has ended in another way than by OK leaves what Cancel leaves.
     ~CPMXTemplUIMainDlg() override;
+    CPMXTemplUIMainDlg(const CPMXTemplUIMainDlg&) = delete;
+    CPMXTemplUIMainDlg& operator=(const CPMXTemplUIMainDlg&) = delete;
 
 private:
     enum class AttributeOutcome : int { Failed = -1, Accepted = 0, Cancelled = 1 };
