@@ -80,7 +80,7 @@ private:
         }
         void OnPressed(ControlId control) override { Events.OnPressed(control); }
         void OnFocusGained(ControlId control) override { Events.OnFocusGained(control); }
-        void OnFocusLost(ControlId control, ControlId next) override { Events.OnFocusLost(control, next); }
+        void OnFocusLost(ControlId control) override { Events.OnFocusLost(control); }
         void OnListClicked(ControlId control) override { Events.OnListClicked(control); }
         void OnListDoubleClicked(ControlId control) override { Events.OnListDoubleClicked(control); }
         void OnListKeyDown(ControlId control, const ListKey& key) override {
