@@ -74,10 +74,18 @@ bool WriteBytes(const FileDescriptor& file, std::string_view bytes) {
     return true;
 }
 
+/// Drops what the file has beyond that size. File systems do much to cut a file, even where nothing is.
+bool CutAt(const FileDescriptor& file, std::size_t size) {
+    struct stat status {};
+    const auto wanted = static_cast<off_t>(size);
+    return fstat(file.Get(), &status) == 0 &&
+           (status.st_size <= wanted || ftruncate(file.Get(), wanted) == 0);
+}
+
 /// Exchanges the content of the file, which must be at its beginning. On failure its content is undefined.
 bool WriteAll(const FileDescriptor& file, const ProfileEditor::Content& content) {
     return WriteBytes(file, content.Head) && WriteBytes(file, content.Tail) &&
-           ftruncate(file.Get(), static_cast<off_t>(content.Head.size() + content.Tail.size())) == 0;
+           CutAt(file, content.Head.size() + content.Tail.size());
 }
 
 /// Reads a file as one that is copied, so that it must not be held by another; a missing one is empty.
