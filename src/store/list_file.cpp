@@ -254,12 +254,7 @@ private:
         Early; // values that came before their turn; the first of a number counts
 };
 
-} // namespace
-
-std::int32_t LeadingNumber(std::string_view text) {
-    if (text.size() == 1) {
-        return IsDigit(text[0]) ? text[0] - '0' : 0;
-    }
+std::int32_t AnyLeadingNumber(std::string_view text) {
     std::size_t position = 0;
     while (position < text.size() && IsBlank(text[position])) {
         ++position;
@@ -273,6 +268,24 @@ std::int32_t LeadingNumber(std::string_view text) {
         number = std::min(number * 10 + (text[position] - '0'), Most + 1);
     }
     return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
+}
+
+} // namespace
+
+std::int32_t LeadingNumber(std::string_view text) {
+    // Most are a few digits.
+    constexpr std::size_t SurelyFits = std::numeric_limits<std::int32_t>::digits10;
+    if (text.size() > SurelyFits) {
+        return AnyLeadingNumber(text);
+    }
+    std::int32_t number = 0;
+    for (const char character : text) {
+        if (!IsDigit(character)) {
+            return AnyLeadingNumber(text);
+        }
+        number = number * 10 + (character - '0');
+    }
+    return number;
 }
 
 std::string FormatListValue(const CPMXTemplUIListData& record) {

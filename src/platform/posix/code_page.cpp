@@ -1,5 +1,6 @@
 #include "platform/posix/code_page.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -178,6 +179,14 @@ void AppendUtf8(std::string& text, char32_t character) {
     }
 }
 
+/// The beginning of a text up to the first byte that is not ASCII: of most paths all.
+std::string_view AsciiBeginning(std::string_view sjis) {
+    const auto end = std::find_if(sjis.begin(), sjis.end(), [](char character) {
+        return static_cast<unsigned char>(character) >= 0x80;
+    });
+    return sjis.substr(0, static_cast<std::size_t>(end - sjis.begin()));
+}
+
 bool IsHighSurrogate(char32_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
@@ -258,9 +267,10 @@ std::string FromUtf16(std::u16string_view utf16) {
 }
 
 std::string ToUtf8(std::string_view sjis) {
-    std::string text;
+    const std::string_view ascii = AsciiBeginning(sjis);
+    std::string text(ascii);
     text.reserve(sjis.size() * 2);
-    Decode(sjis, [&](char32_t character) { AppendUtf8(text, character); });
+    Decode(sjis.substr(ascii.size()), [&](char32_t character) { AppendUtf8(text, character); });
     return text;
 }
 
@@ -274,9 +284,12 @@ std::string FromUtf8(std::string_view utf8) {
 }
 
 std::string NativePath(std::string_view path) {
-    std::string native;
+    const std::string_view ascii = AsciiBeginning(path);
+    std::string native(ascii);
+    std::replace(native.begin(), native.end(), '\\', '/');
     native.reserve(path.size() * 2);
-    Decode(path, [&](char32_t character) { AppendUtf8(native, character == '\\' ? '/' : character); });
+    Decode(path.substr(ascii.size()),
+           [&](char32_t character) { AppendUtf8(native, character == '\\' ? '/' : character); });
     return native;
 }
 

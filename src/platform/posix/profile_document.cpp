@@ -99,13 +99,9 @@ ProfileReader::ProfileReader(std::string_view text, ProfileEncoding encoding)
       LineFeed(Find(Position, End, '\n')),
       Encoding(encoding) {}
 
-/// True when there are zeros from the line that was read first on. Those who only look for headers are spared
-/// the search.
-bool ProfileReader::HasZeros() {
-    if (!Zeros) {
-        Zeros = Find(Line.data(), End, '\0') != End;
-    }
-    return *Zeros;
+/// Looks for zeros from the line that was read first on. Those who only look for headers are spared that.
+void ProfileReader::FindZeros() {
+    HasZeros = Find(Line.data(), End, '\0') != End;
 }
 
 /// Reads the next line that is not empty, without the blanks around it.
@@ -172,7 +168,10 @@ bool ProfileReader::NextLine(ProfileLine& line) {
         if (line.Name.empty() && AfterEmptyName) {
             continue;
         }
-        if (HasZeros()) {
+        if (!HasZeros) {
+            FindZeros();
+        }
+        if (*HasZeros) {
             line.Name = UpToZero(line.Name);
             line.Value = line.Value ? std::optional(UpToZero(*line.Value)) : std::nullopt;
         }

@@ -43,7 +43,7 @@ public:
 
 private:
     bool ReadLine();
-    bool HasZeros();
+    void FindZeros();
     bool ReadHeader(std::string_view& name) const;
     void Split(ProfileLine& line) const;
 
@@ -51,7 +51,7 @@ private:
     const char* End;
     const char* LineFeed; ///< the first at or after Position, or End
     ProfileEncoding Encoding;
-    std::optional<bool> Zeros; ///< whether there are any from the first line on that is read; see HasZeros
+    std::optional<bool> HasZeros; ///< nothing until FindZeros
     bool HasDoubt = false;
     bool HasLine = false;        ///< Line was read ahead
     bool AfterEmptyName = false; ///< the line before, in the same section, has an empty name
