@@ -266,7 +266,7 @@ TEST_F(NameEditTest, CompositionThatTheBoxPutsInItselfIsCutBetweenCharacters) {
             ASSERT_NE(box, nullptr);
             const std::wstring composed(20, L'\u30BD');
             SetWindowSubclass(box, &PutInComposition, 7, reinterpret_cast<DWORD_PTR>(composed.c_str()));
-            win32::NameEdit edit(box);
+            win32::NameEdit edit(box, [] { FAIL() << "nothing is to fail"; });
             edit.SetLimit(9);
             SendMessageW(box, EM_SETLIMITTEXT, 0, 0); // the box itself takes any length
             SendMessageW(box, EM_SETSEL, 1, 1);
