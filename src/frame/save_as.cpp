@@ -89,7 +89,7 @@ bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& 
     // Saved before it gets a place in the list, so that no failure leaves an empty place behind.
     list.MakeRoom();
     if (!record->EnsureDocument() || !FillDocument(*record->GetDocument(), name, level, table) ||
-        !list.SaveFavorite(*record)) {
+        !list.SaveNewFavorite(*record)) {
         return false;
     }
     info.Standard = record->GetStandard();

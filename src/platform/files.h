@@ -81,7 +81,8 @@ class Files {
 public:
     virtual ~Files() = default;
 
-    /// True when `path` names an existing file or folder (the file-attribute query succeeds).
+    /// False when nothing has the name `path`. What cannot be looked at counts as existing, so that nobody takes
+    /// its name; so does, on posix, a link that leads nowhere.
     virtual bool Exists(const std::string& path) = 0;
 
     /// True when `path` names an existing folder.
@@ -99,7 +100,8 @@ public:
     /// harm it, see Flush.
     virtual FileError Copy(const std::string& source, const std::string& target, bool failIfExists) = 0;
 
-    /// Deletes a file. A folder or a read-only file gives AccessDenied.
+    /// Deletes a file. A folder or a read-only file gives AccessDenied. Of a link never what it leads to is
+    /// deleted, but the link itself or, where that cannot be done, nothing, with the error Other.
     virtual FileError Remove(const std::string& path) = 0;
 
     /// Makes the content of an existing file durable: returns after the system has handed it to the device.

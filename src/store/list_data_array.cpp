@@ -29,6 +29,38 @@ std::size_t ReadBufferSize(const std::string& path) {
     return size >= 0 ? static_cast<std::size_t>(size) : SmallestReadBuffer;
 }
 
+/// A file that nobody else has, made to be written by the host. Deleted at the end unless it is kept.
+class NewFile {
+public:
+    /// The arguments must outlive this object.
+    NewFile(Files& files, Clock& clock, const std::string& path)
+        : FileSystem(files), Timer(clock), Path(path), IsOurs(Make(files, path)) {}
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile() {
+        if (IsOurs && !IsKept) {
+            RetryDeleteFile(FileSystem, Timer, Path);
+        }
+    }
+
+    /// False when the name is taken, or no file can be made.
+    bool IsMade() const { return IsOurs; }
+    void Keep() { IsKept = true; }
+
+private:
+    static bool Make(Files& files, const std::string& path) {
+        const OpenResult made = files.Open(
+            {.Path = path, .Access = FileAccess::Write, .Disposition = FileDisposition::CreateNew});
+        return made.Error == FileError::None;
+    }
+
+    Files& FileSystem;
+    Clock& Timer;
+    const std::string& Path;
+    const bool IsOurs;
+    bool IsKept = false;
+};
+
 /// A file name as the platform takes it, which drops dots and blanks at the end.
 std::string_view WithoutEnd(std::string_view fileName) {
     return fileName.substr(0, fileName.find_last_not_of(". ") + 1);
@@ -211,7 +243,8 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
     }
     for (std::int64_t number = 1; number <= Services.LastFileNumber; ++number) {
         std::string candidate = base + "-" + std::to_string(number) + Extension;
-        if (IsListFileName(candidate)) {
+        // A folder would be refused as a file that is held is, and waited for.
+        if (IsListFileName(candidate) || Services.FileSystem.IsFolder(Folder + candidate)) {
             continue;
         }
         const OpenRequest request{.Path = Folder + candidate,
@@ -250,6 +283,19 @@ bool CPMXTemplUIListDataArray::LoadFavorite(CPMXTemplUIListData& record) const {
 bool CPMXTemplUIListDataArray::SaveFavorite(CPMXTemplUIListData& record) const {
     const std::optional<std::string> path = FavoritePath(record);
     return path && record.SaveDocument(path->c_str());
+}
+
+bool CPMXTemplUIListDataArray::SaveNewFavorite(CPMXTemplUIListData& record) const {
+    const std::optional<std::string> path = FavoritePath(record);
+    if (!path) {
+        return false;
+    }
+    NewFile file(Services.FileSystem, Services.Timer, *path);
+    if (!file.IsMade() || !record.SaveDocument(path->c_str())) {
+        return false;
+    }
+    file.Keep();
+    return true;
 }
 
 bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record) const {

@@ -91,6 +91,10 @@ public:
     /// Writes a record's document to its favorite file.
     bool SaveFavorite(CPMXTemplUIListData& record) const;
 
+    /// The same for a file that must not exist yet: one that has appeared since its name was made stays as it
+    /// is, and this is false. A failure leaves no file behind.
+    bool SaveNewFavorite(CPMXTemplUIListData& record) const;
+
     /// Deletes a record's favorite file, with retries. False when that failed or memory ran out.
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 

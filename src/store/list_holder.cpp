@@ -140,7 +140,11 @@ StoreResult CPMXTemplUIListHolder::SaveExistingRecord(const std::string& name, s
                                                       const CPmxDocument& source,
                                                       CPMXTemplUIListData& record) const {
     ResetToNewFavorite(record, name, level, std::string(record.GetFileName()));
-    return WriteRecord(source, record);
+    if (!List.SaveFavorite(record)) {
+        return StoreResult::NotWritten;
+    }
+    TakeOver(source, record);
+    return StoreResult::Success;
 }
 
 StoreResult CPMXTemplUIListHolder::SaveNewRecord(const std::string& name, std::int32_t level,
@@ -155,24 +159,20 @@ StoreResult CPMXTemplUIListHolder::SaveNewRecord(const std::string& name, std::i
     if (!record->EnsureDocument()) {
         return StoreResult::NotWritten;
     }
-    const StoreResult result = WriteRecord(source, *record);
-    if (result == StoreResult::Success) {
-        List.Add(std::move(record));
-    }
-    return result;
-}
-
-StoreResult CPMXTemplUIListHolder::WriteRecord(const CPmxDocument& source,
-                                               CPMXTemplUIListData& record) const {
-    if (!List.SaveFavorite(record)) {
+    if (!List.SaveNewFavorite(*record)) {
         return StoreResult::NotWritten;
     }
+    TakeOver(source, *record);
+    List.Add(std::move(record));
+    return StoreResult::Success;
+}
+
+void CPMXTemplUIListHolder::TakeOver(const CPmxDocument& source, CPMXTemplUIListData& record) {
     CPmxDocument* const document = record.GetDocument();
     if (document != &source && !CallHost(SystemGuard(), [&] { *document = source; })) {
         // The file holds the favorite; the document is read from it again when it is needed.
         record.ReleaseDocument();
     }
-    return StoreResult::Success;
 }
 
 bool CPMXTemplUIListHolder::SaveList(const CPMXTemplUIListDataArray* list) const {

@@ -81,7 +81,7 @@ private:
     bool StoreNew(const std::string& name, std::int32_t level, const void* part);
     bool StoreOver(CPMXTemplUIListData& record, const std::string& name, std::int32_t level,
                    const void* part) const;
-    StoreResult WriteRecord(const CPmxDocument& source, CPMXTemplUIListData& record) const;
+    static void TakeOver(const CPmxDocument& source, CPMXTemplUIListData& record);
 
     CPMXTemplUIListDataArray List;
 };

@@ -135,6 +135,34 @@ TEST(PosixFiles, FindsAMereNameInTheCurrentFolder) {
     EXPECT_EQ(SystemFiles().Remove("no such file"), FileError::NotFound);
 }
 
+TEST(PosixFiles, WhatCannotBeLookedAtExists) {
+    const TempFolder folder;
+    folder.AddFolder("private");
+    const auto inner = test::DiskPath(folder.Path("private"));
+    std::filesystem::permissions(inner, std::filesystem::perms::none);
+    {
+        const OrdinaryUser user;
+        EXPECT_TRUE(SystemFiles().Exists(folder.Path("private\\file")));
+    }
+    std::filesystem::permissions(inner, std::filesystem::perms::all);
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("private\\file")));
+    std::filesystem::create_symlink("loop", test::DiskPath(folder.Path("loop")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("loop\\file")));
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path(std::string(300, 'n')))) << "no file can have that name";
+}
+
+TEST(PosixFiles, ALinkThatLeadsNowhereTakesItsName) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("nowhere", test::DiskPath(folder.Path("link")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("link")));
+    OpenRequest request;
+    request.Path = folder.Path("link");
+    request.Access = FileAccess::Write;
+    request.Disposition = FileDisposition::CreateNew;
+    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::FileExists);
+    EXPECT_FALSE(folder.Exists("nowhere"));
+}
+
 TEST(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {
     const TempFolder folder;
     OpenRequest request;

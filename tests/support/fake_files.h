@@ -3,6 +3,7 @@
 #include "platform/files.h"
 #include "support/failure_plan.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -22,7 +23,7 @@ enum class FileOperation {
 
 /// Real files, some of whose operations fail as planned, without having done anything.
 ///
-/// A query that fails says no; IsReadOnly that fails says yes.
+/// IsFolder that fails says no; Exists and IsReadOnly that fail say yes.
 class FakeFiles : public Files {
 public:
     /// `files` must outlive this object.
@@ -36,8 +37,17 @@ public:
     /// What was asked of Open last.
     OpenRequest LastOpen;
 
+    /// Called after Exists has found nothing, with the path: somebody else may take the name then.
+    std::function<void(const std::string& path)> AfterAbsence;
+
     bool Exists(const std::string& path) override {
-        return !Plan.Next(FileOperation::Exists) && Inner.Exists(path);
+        if (Plan.Next(FileOperation::Exists) || Inner.Exists(path)) {
+            return true;
+        }
+        if (AfterAbsence) {
+            AfterAbsence(path);
+        }
+        return false;
     }
 
     bool IsFolder(const std::string& path) override {

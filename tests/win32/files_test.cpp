@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include "support/temp_folder.h"
+#include "support/unix_shell.h"
 
 #include <gmock/gmock.h>
 
@@ -9,6 +10,8 @@
 namespace pmx {
 namespace {
 
+using test::FolderForLinks;
+using test::RunShell;
 using test::TempFolder;
 
 /// A file that another program has open, held as some other program would.
@@ -77,6 +80,49 @@ TEST(WindowsFiles, FolderWithTheReadOnlyMarkIsNoReadOnlyFile) {
     ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(SystemFiles().IsReadOnly(path));
     EXPECT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
+TEST(WindowsFiles, WhatCannotBeLookedAtExists) {
+    const FolderForLinks folder;
+    RunShell(folder, "ln -s loop loop && mkfifo pipe");
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("loop")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("loop\\file")));
+    EXPECT_TRUE(SystemFiles().Exists(folder.Path("pipe")));
+    RunShell(folder, "rm loop pipe");
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("loop")));
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("loop\\file")));
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path("a?b"))) << "no file can have that name";
+    EXPECT_FALSE(SystemFiles().Exists(folder.Path(std::string(300, 'n'))));
+}
+
+/// Links of the system below Wine, which Wine takes for what they lead to.
+TEST(WindowsFiles, WhatALinkLeadsToIsNeitherDeletedNorReplaced) {
+    const FolderForLinks folder;
+    folder.AddFolder("inside");
+    folder.Write("outside", "outside");
+    folder.Write("inside\\other", "other");
+    RunShell(folder, "cd inside && ln -s ../outside outside && ln -s other link && ln -s other replaced");
+    for (const char* const link : {"inside\\outside", "inside\\link"}) {
+        EXPECT_EQ(SystemFiles().Remove(folder.Path(link)), FileError::Other);
+    }
+    folder.Write("inside\\new", "new");
+    EXPECT_EQ(SystemFiles().Replace(folder.Path("inside\\new"), folder.Path("inside\\replaced")),
+              FileError::None);
+    EXPECT_EQ(folder.Read("inside\\replaced"), "new");
+    EXPECT_EQ(folder.Read("outside"), "outside");
+    EXPECT_EQ(folder.Read("inside\\other"), "other");
+}
+
+TEST(WindowsFiles, FilesThroughALinkedFolderAndInAnyCaseAreDeleted) {
+    const FolderForLinks folder;
+    folder.AddFolder("real");
+    for (const char* const name : {"one", "Two", "three"}) {
+        folder.Write(std::string("real\\") + name, "x");
+    }
+    RunShell(folder, "ln -s real linked");
+    EXPECT_EQ(SystemFiles().Remove(folder.Path("linked\\one")), FileError::None);
+    EXPECT_EQ(SystemFiles().Remove(folder.Path("REAL\\tWO")), FileError::None);
+    EXPECT_EQ(SystemFiles().Remove(folder.Path("real/three")), FileError::None);
 }
 
 TEST(WindowsFiles, SetsTheLastErrorOfTheThread) {

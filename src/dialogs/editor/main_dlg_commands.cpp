@@ -165,7 +165,7 @@ bool CPMXTemplUIMainDlg::WriteNewFavorite(const CPmxDocument& source, CPMXTemplU
         return false;
     }
     record.SetFileName(*fileName);
-    if (!List->SaveFavorite(record)) {
+    if (!List->SaveNewFavorite(record)) {
         Warn(text::FileNotCreated);
         return false;
     }

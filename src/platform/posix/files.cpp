@@ -40,6 +40,11 @@ std::optional<struct stat> StatusOf(const std::string& native) {
     return status;
 }
 
+/// True when a query that failed so says that nothing has the name.
+bool IsAbsence(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 bool IsFolderStatus(const std::optional<struct stat>& status) {
     return status && S_ISDIR(status->st_mode);
 }
@@ -284,7 +289,9 @@ FileError ReplaceNative(const std::string& source, const std::string& target) {
 class PosixFiles : public Files {
 public:
     bool Exists(const std::string& path) override {
-        return PathError(path) == FileError::None && StatusOf(posix::NativePath(path)).has_value();
+        struct stat status {};
+        return PathError(path) == FileError::None &&
+               (lstat(posix::NativePath(path).c_str(), &status) == 0 || !IsAbsence(errno));
     }
 
     bool IsFolder(const std::string& path) override {

@@ -2,6 +2,7 @@
 
 #include "platform/temporary_name.h"
 #include "platform/text.h"
+#include "platform/win32/wide_text.h"
 
 #include <optional>
 #include <utility>
@@ -70,6 +71,12 @@ FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD di
         CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/// Opens a file, a folder or a link for nothing but questions about it.
+FileHandle OpenAsIs(const std::string& path) {
+    return FileHandle(CreateFileA(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+}
+
 class HeldFile : public OpenFile {
 public:
     explicit HeldFile(FileHandle file) : File(std::move(file)) {}
@@ -77,6 +84,12 @@ public:
 private:
     const FileHandle File;
 };
+
+/// True when an attribute query that failed so says that nothing has the name.
+bool IsAbsence(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
+           error == ERROR_BAD_PATHNAME || error == ERROR_FILENAME_EXCED_RANGE;
+}
 
 /// The folder of a path with its separator; empty for a mere name.
 std::string FolderOf(const std::string& path) {
@@ -135,6 +148,36 @@ bool IsReadOnlyFile(const std::string& path) {
     return HasAny(attributes, FILE_ATTRIBUTE_READONLY) && !HasAny(attributes, FILE_ATTRIBUTE_DIRECTORY);
 }
 
+/// The path under which the system knows what has been opened; empty when it does not tell.
+std::wstring FinalPath(const FileHandle& file) {
+    std::wstring path(GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
+    const DWORD length = GetFinalPathNameByHandleW(file.Get(), path.data(), static_cast<DWORD>(path.size()),
+                                                   FILE_NAME_NORMALIZED);
+    path.resize(length < path.size() ? length : 0);
+    return path;
+}
+
+/// True when `path` is a link that the system passes over as if it were what it leads to, as Wine does with
+/// the links of the system beneath: deleting it would delete the other file. Links that Windows knows are
+/// opened themselves.
+bool IsHiddenLink(const std::string& path) {
+    const std::string folder = FolderOf(path);
+    const FileHandle self = OpenAsIs(path);
+    const FileHandle parent = OpenAsIs(folder.empty() ? "." : folder);
+    if (!self.IsOpen() || !parent.IsOpen()) {
+        return false;
+    }
+    std::wstring expected = FinalPath(parent);
+    if (!expected.ends_with(L'\\')) {
+        expected += L'\\';
+    }
+    expected += win32::ToWide(path.substr(folder.size()));
+    const std::wstring actual = FinalPath(self);
+    return !actual.empty() &&
+           CompareStringOrdinal(actual.data(), static_cast<int>(actual.size()), expected.data(),
+                                static_cast<int>(expected.size()), TRUE) != CSTR_EQUAL;
+}
+
 /// Why the file may not be overwritten; None when it may, or when there is none. Asks for what an overwriting
 /// needs, because the final renaming reports an open file as a denied access.
 FileError OverwriteError(const std::string& target) {
@@ -151,7 +194,10 @@ FileError OverwriteError(const std::string& target) {
 
 class WindowsFiles : public Files {
 public:
-    bool Exists(const std::string& path) override { return AttributesOf(path).has_value(); }
+    bool Exists(const std::string& path) override {
+        return PathError(path) == FileError::None &&
+               (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES || !IsAbsence(GetLastError()));
+    }
 
     bool IsFolder(const std::string& path) override {
         return HasAny(AttributesOf(path), FILE_ATTRIBUTE_DIRECTORY);
@@ -208,7 +254,10 @@ public:
 
     FileError Remove(const std::string& path) override {
         const FileError error = PathError(path);
-        return error != FileError::None ? error : ErrorUnless(DeleteFileA(path.c_str()));
+        if (error != FileError::None) {
+            return error;
+        }
+        return IsHiddenLink(path) ? FileError::Other : ErrorUnless(DeleteFileA(path.c_str()));
     }
 
     FileError Flush(const std::string& path) override {

@@ -248,6 +248,15 @@ TEST_F(SaveAsTest, FailsWhenThereIsNoFileNameForANewFavorite) {
     EXPECT_EQ(Folder.Read(ListFile), ListBefore);
 }
 
+TEST_F(SaveAsTest, AFileThatAppearsUnderANewFavoritesNameStaysAsItIs) {
+    Store.Disk.AfterAbsence = [this](const std::string&) { Folder.Write("New.pmt", "somebody else's"); };
+    TemplInfo info = InfoOf("", 1);
+    EXPECT_EQ(Save(SaveAsNew, info, "New"), SaveAsResult::Failed);
+    EXPECT_EQ(List.GetSize(), 2);
+    EXPECT_EQ(Folder.Read("New.pmt"), "somebody else's");
+    EXPECT_EQ(Folder.Read(ListFile), ListBefore);
+}
+
 struct FailureCase {
     HostCall Call;
     HostFailure Failure;

@@ -297,10 +297,49 @@ TEST_F(ListDataArrayTest, NumberedProbesOpenAnExistingFileForReadingAndWriting) 
 }
 
 TEST_F(ListDataArrayTest, TheFirstProbeOnlyAsksWhetherTheFileExists) {
-    Folder.Write("Name.pmt", "");
-    Fakes.Disk.Plan.FailAt(FileOperation::Exists, 1, FileError::NotFound);
     EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name.pmt");
+    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Exists), 1U);
     EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Open), 0U);
+}
+
+TEST_F(ListDataArrayTest, ANameThatCannotBeLookedAtIsTaken) {
+    Fakes.Disk.Plan.FailAt(FileOperation::Exists, 1, FileError::AccessDenied);
+    EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-1.pmt");
+}
+
+TEST_F(ListDataArrayTest, AFolderTakesANumberWithoutAWait) {
+    Folder.AddFolder("Name.pmt");
+    Folder.AddFolder("Name-1.pmt");
+    EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-2.pmt");
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
+}
+
+TEST_F(ListDataArrayTest, ANewFavoriteIsNotWrittenOverAFile) {
+    const auto list = MakeList();
+    CPMXTemplUIListData record;
+    record.SetFileName("New.pmt");
+    ASSERT_TRUE(record.EnsureDocument());
+    Folder.Write("New.pmt", "somebody else's");
+    EXPECT_FALSE(list->SaveNewFavorite(record));
+    EXPECT_EQ(Folder.Read("New.pmt"), "somebody else's");
+    Folder.Remove("New.pmt");
+    EXPECT_TRUE(list->SaveNewFavorite(record));
+    EXPECT_TRUE(list->LoadFavorite(record));
+    EXPECT_FALSE(list->SaveNewFavorite(record)) << "it is not new any more";
+}
+
+TEST_F(ListDataArrayTest, ANewFavoriteThatCannotBeWrittenLeavesNoFile) {
+    const auto list = MakeList();
+    CPMXTemplUIListData record;
+    EXPECT_FALSE(list->SaveNewFavorite(record)) << "without a file name";
+    record.SetFileName("New.pmt");
+    EXPECT_FALSE(list->SaveNewFavorite(record)) << "without a document";
+    ASSERT_TRUE(record.EnsureDocument());
+    Host.Plan.FailAt(HostCall::Save, 1, HostFailure::Refuse);
+    EXPECT_FALSE(list->SaveNewFavorite(record));
+    Fakes.Disk.Plan.FailFrom(FileOperation::Open, 1, FileError::AccessDenied);
+    EXPECT_FALSE(list->SaveNewFavorite(record));
+    EXPECT_THAT(Folder.Names(), IsEmpty());
 }
 
 TEST_F(ListDataArrayTest, ANumberedFileThatStaysLockedCountsAsFreeAfterAllRetries) {

@@ -426,6 +426,13 @@ TEST_F(ListHolderTest, ANewRecordThatCannotBeSavedIsNotWrittenAndNotInTheList) {
     EXPECT_FALSE(Folder.Exists("Name.pmt"));
 }
 
+TEST_F(ListHolderTest, AFileThatAppearsUnderANewFavoritesNameStaysAsItIs) {
+    Fakes.Disk.AfterAbsence = [this](const std::string&) { Folder.Write("Name.pmt", "somebody else's"); };
+    EXPECT_FALSE(Holder.StoreFavorite("Name", 1, TableOf(60).Bytes));
+    EXPECT_EQ(Holder.GetCount(), 2);
+    EXPECT_EQ(Folder.Read("Name.pmt"), "somebody else's");
+}
+
 TEST_F(ListHolderTest, ASavedRecordIsAUserFavoriteThatIsNewAndNothingElse) {
     CPMXTemplUIListData& record = *Holder.GetAt(0);
     record.SetStandard(1);
