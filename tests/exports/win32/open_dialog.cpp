@@ -7,13 +7,17 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <map>
+
+#include <commctrl.h>
 
 namespace pmx::exports_test {
 
 namespace {
 
 constexpr std::chrono::seconds Patience{20};
-constexpr UINT AnswerTime = 20000; // milliseconds
+constexpr std::chrono::seconds PatienceWithOne{2}; // for one of several answers
+constexpr UINT AnswerTime = 20000;                 // milliseconds
 constexpr UINT Japanese = 932;
 
 LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -23,13 +27,13 @@ LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return static_cast<LRESULT>(result);
 }
 
-bool WaitUntil(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + Patience;
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::seconds patience = Patience) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;
         }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, 0); // lets others run between two looks
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT); // lets others run between two looks
     }
     return true;
 }
@@ -52,6 +56,33 @@ HWND DialogOf(DWORD thread) {
         reinterpret_cast<LPARAM>(&found));
     return found;
 }
+
+/// A message to a control, without waiting. It is told when all that follows from it is over.
+class WatchedMessage {
+public:
+    WatchedMessage(HWND control, UINT message, WPARAM wParam) : Number(++LastSent) {
+        SendMessageCallbackW(control, message, wParam, 0, &WatchedMessage::OnDone, Number);
+    }
+
+    /// True when it is over. The news arrives as a message.
+    bool IsOver() const {
+        MSG message{};
+        PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+        return LastDone >= Number;
+    }
+
+private:
+    static void CALLBACK OnDone(HWND /*window*/, UINT /*message*/, ULONG_PTR number, LRESULT /*result*/) {
+        LastDone = number;
+    }
+
+    static thread_local ULONG_PTR LastSent;
+    static thread_local ULONG_PTR LastDone;
+    const ULONG_PTR Number;
+};
+
+thread_local ULONG_PTR WatchedMessage::LastSent = 0;
+thread_local ULONG_PTR WatchedMessage::LastDone = 0;
 
 void UseDialogOf(DWORD thread, const std::atomic<bool>& isOver,
                  const std::function<void(const OpenDialog&)>& use) {
@@ -93,6 +124,50 @@ void OpenDialog::Press(int button) const {
     const HWND control = GetDlgItem(Window, button);
     EXPECT_NE(control, nullptr) << "the dialog has no button " << button;
     PostMessageW(control, BM_CLICK, 0, 0);
+}
+
+int OpenDialog::RowCount(int list) const {
+    return static_cast<int>(Ask(GetDlgItem(Window, list), LVM_GETITEMCOUNT, 0, 0));
+}
+
+void OpenDialog::KeyAndAccept(int control, int virtualKey) const {
+    SendAndAccept(control, WM_KEYDOWN, static_cast<WPARAM>(virtualKey), [](const OpenDialog&) {});
+}
+
+void OpenDialog::PressAndAccept(int button, const std::function<void(const OpenDialog&)>& fill) const {
+    SendAndAccept(button, BM_CLICK, 0, fill);
+}
+
+void OpenDialog::SendAndAccept(int control, UINT message, WPARAM wParam,
+                               const std::function<void(const OpenDialog&)>& fill) const {
+    const DWORD thread = GetWindowThreadProcessId(Window, nullptr);
+    const WatchedMessage sent(GetDlgItem(Window, control), message, wParam);
+    std::map<HWND, int> attempts;
+    const auto isOver = [&] {
+        const HWND present = DialogOf(thread);
+        if (present != nullptr && present != Window) {
+            const OpenDialog other(present);
+            if (attempts[present] == 0) {
+                fill(other);
+            }
+            other.End(attempts[present]++);
+            const auto isGone = [&] { return DialogOf(thread) != present || sent.IsOver(); };
+            WaitUntil(isGone, PatienceWithOne);
+        }
+        return sent.IsOver();
+    };
+    EXPECT_TRUE(WaitUntil(isOver)) << "control " << control << " leads to no end";
+}
+
+/// Presses Yes or OK, and what leads out of a dialog that stays open then.
+void OpenDialog::End(int attempt) const {
+    for (const int button : {IDYES, IDOK, IDCANCEL}) {
+        if (Has(button) && (attempt == 0 || button == IDCANCEL)) {
+            Press(button);
+            return;
+        }
+    }
+    PostMessageW(Window, WM_CLOSE, 0, 0);
 }
 
 std::int64_t CallWithDialog(const std::function<std::int64_t()>& callExport,

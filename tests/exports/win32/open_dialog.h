@@ -17,12 +17,24 @@ public:
     HWND Handle() const { return Window; }
     std::string Title() const { return TextOf(Window); }
     std::string Text(int control) const { return TextOf(GetDlgItem(Window, control)); }
+    bool Has(int control) const { return GetDlgItem(Window, control) != nullptr; }
+    bool IsEnabled(int control) const { return IsWindowEnabled(GetDlgItem(Window, control)) != FALSE; }
     bool IsChecked(int radioButton) const;
+    int RowCount(int list) const;
     void SetText(int control, const std::string& text) const;
     void Press(int button) const;
 
+    /// Presses a button, or a key in a control, and returns when all that follows from it is over. Dialogs
+    /// and messages that open meanwhile are accepted, or cancelled when that leaves them open; `fill` may
+    /// fill them in before. What is still not over in the end fails the test.
+    void KeyAndAccept(int control, int virtualKey) const;
+    void PressAndAccept(int button, const std::function<void(const OpenDialog&)>& fill) const;
+
 private:
     static std::string TextOf(HWND window);
+    void SendAndAccept(int control, UINT message, WPARAM wParam,
+                       const std::function<void(const OpenDialog&)>& fill) const;
+    void End(int attempt) const;
 
     HWND Window;
 };

@@ -1,0 +1,166 @@
+#include "exports/hostile_folder.h"
+
+#include <cstring>
+#include <filesystem>
+
+namespace pmx::exports_test {
+
+namespace {
+
+constexpr std::int32_t DocumentLevel = 101; // user favorites of level 1, and standard ones
+
+void WriteFavorite(const std::string& path, unsigned char seed) {
+    CPmxDocument document;
+    _LM_DOCUMENTLAYOUTTABLE block{};
+    const std::vector<unsigned char> table = TableOf(seed);
+    std::memcpy(block.Bytes, table.data(), table.size());
+    document.SetTemplateLevel(1);
+    ASSERT_TRUE(document.SetTable(block, false));
+    ASSERT_TRUE(document.SetName("inside"));
+    ASSERT_TRUE(document.Save(path.c_str()));
+}
+
+} // namespace
+
+std::vector<std::string> FavoritesOfEveryKindOfFile() {
+    std::vector<std::string> values;
+    for (const char* const name : {"good", "damaged", "empty", "cut", "altered", "huge", "folder", "link",
+                                   "nowhere", "loop", "linked", "pipe", "missing"}) {
+        values.push_back(std::string("0~") + name + "~1~1~14~" + name + ".pmt");
+    }
+    return values;
+}
+
+std::vector<std::string> FavoritesAtEveryLimit() {
+    std::vector<std::string> values;
+    for (const char* const number :
+         {"-2147483649", "-2147483648", "-1", "0", "6", "59", "60", "100", "101", "105", "106", "2147483647",
+          "2147483648", "99999999999999999999", "x", "0x10"}) {
+        const std::string name = "n" + std::to_string(values.size());
+        values.push_back(std::string(number) + "~" + name + "~1~0~14~3");
+        values.push_back("0~" + name + "l~" + number + "~0~14~3");
+        values.push_back("0~" + name + "t~1~" + number + "~14~3");
+        values.push_back("0~" + name + "i~1~1~" + number + "~3");
+    }
+    return values;
+}
+
+std::vector<std::string> FavoritesWithBrokenNames() {
+    std::vector<std::string> values;
+    for (const std::string& name :
+         {std::string(10'000, 'n'), std::string(259, '\x81'), std::string(260, 'm'), std::string("\x83"),
+          std::string("a\x83"), std::string("%s%n%d%x"), std::string("\x01\x02\x1F\x7F"),
+          std::string("\xFF\xFE\x80\xA0\xFD"), std::string("\x81\x20\x81"), std::string("..\\..\\x"),
+          std::string("a&b\tc"), std::string("[x]=;y"), std::string("\x83\x7E\x83"),
+          std::string("\x81\x81\x7E")}) {
+        const std::string number = std::to_string(values.size());
+        values.push_back("0~" + name + "~1~1~14~f" + number + ".pmt");
+        values.push_back("0~n" + number + "~1~1~14~" + name);
+    }
+    return values;
+}
+
+std::vector<std::string> HostileCounts() {
+    return {"2147483647",           "2147483648", "4294967295", "-1", "-2147483648",
+            "99999999999999999999", "",           "x",          "1"};
+}
+
+HostileFolder::HostileFolder() {
+    Folder.AddFolder("Favorites");
+    Folder.AddFolder("Outside");
+    WriteFavorite(Folder.Path("outside.pmt"), 1);
+    WriteFavorite(Folder.Path("Outside\\kept.pmt"), 2);
+    OutsideBefore = Outside();
+}
+
+HostileFolder::~HostileFolder() {
+    EXPECT_EQ(Folder.Names(), (std::vector<std::string>{"Favorites", "Outside", "outside.pmt"}))
+        << "something outside was made or deleted";
+    EXPECT_TRUE(Outside() == OutsideBefore) << "something outside was changed";
+}
+
+std::map<std::string, std::string> HostileFolder::Outside() const {
+    std::map<std::string, std::string> files;
+    for (const char* const name : {"outside.pmt", "Outside\\kept.pmt"}) {
+        files[name] = Folder.Exists(name) ? Folder.Read(name) : "none";
+    }
+    return files;
+}
+
+std::vector<std::string> HostileFolder::FavoritesThatPointOutside() const {
+    return {"0~A~1~1~14~..\\outside.pmt",
+            "0~B~1~1~14~../outside.pmt",
+            "0~C~1~1~14~" + Folder.Path("outside.pmt"),
+            "0~D~1~1~14~.\\..\\outside.pmt",
+            "0~E~1~1~14~\\outside.pmt",
+            "0~F~1~1~14~C:outside.pmt",
+            "0~G~1~1~14~..",
+            "0~H~1~1~14~.",
+            "0~I~1~1~14~NUL",
+            "0~J~1~1~14~con.pmt",
+            std::string("0~K~1~1~14~") + ListFile,
+            "0~L~1~1~14~a.pmt:stream",
+            "0~M~1~1~14~\x81/..\\outside.pmt",
+            "0~N~1~1~14~\\\\?\\" + Folder.Path("outside.pmt"),
+            "0~O~1~1~14~..\\Outside\\kept.pmt"};
+}
+
+void HostileFolder::WriteEveryKindOfFile() const {
+    WriteFavorite(Favorites("good.pmt"), 10);
+    const std::string good = Folder.Read("Favorites\\good.pmt");
+    std::string altered = good;
+    altered[altered.size() / 2] ^= 1;
+    Folder.Write("Favorites\\damaged.pmt", "damaged");
+    Folder.Write("Favorites\\empty.pmt", "");
+    Folder.Write("Favorites\\cut.pmt", good.substr(0, good.size() / 2));
+    Folder.Write("Favorites\\altered.pmt", altered);
+    Folder.AddFolder("Favorites\\folder.pmt");
+    Folder.Write("Favorites\\folder.pmt\\kept", "content");
+    RunShell(Folder,
+             "cd Favorites && truncate -s 200M huge.pmt && mkfifo pipe.pmt && ln -s ../outside.pmt link.pmt "
+             "&& ln -s ../nothing.pmt nowhere.pmt && ln -s loop.pmt loop.pmt && ln -s ../Outside "
+             "linked.pmt");
+}
+
+void HostileFolder::WriteList(const std::string& count, const std::vector<std::string>& values) const {
+    std::string text = Section(values);
+    const std::string key = "TemplateNum=";
+    const std::size_t begin = text.find(key) + key.size();
+    text.replace(begin, text.find('\r', begin) - begin, count);
+    Folder.Write(std::string("Favorites\\") + ListFile, text);
+}
+
+void HostileFolder::WriteList(const std::vector<std::string>& values) const {
+    WriteList(std::to_string(values.size()), values);
+}
+
+ListHandle HostileFolder::Open() const {
+    return ListHandle(EX_CreateTemplList(Favorites().c_str(), nullptr, nullptr));
+}
+
+std::vector<std::string> HostileFolder::ListedNames() const {
+    const ListHandle handle = Open();
+    const std::int64_t size = EX_GetTemplListSize(handle.get(), DocumentLevel);
+    std::vector<TemplInfo> infos(static_cast<std::size_t>(size) / sizeof(TemplInfo) + 1);
+    std::int64_t count = 0;
+    EXPECT_EQ(EX_GetAllTemplInfo(handle.get(), DocumentLevel, infos.data(), size, &count), 0);
+    infos.resize(static_cast<std::size_t>(count));
+    std::vector<std::string> names;
+    for (const TemplInfo& info : infos) {
+        names.emplace_back(info.Name);
+    }
+    return names;
+}
+
+std::vector<std::string> HostileFolder::LeftBehind() const {
+    std::vector<std::string> names;
+    for (const std::filesystem::directory_entry& entry :
+         std::filesystem::directory_iterator(test::DiskPath(Favorites()))) {
+        if (entry.path().extension() == ".tmp") {
+            names.push_back(entry.path().filename().string());
+        }
+    }
+    return names;
+}
+
+} // namespace pmx::exports_test
