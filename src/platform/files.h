@@ -81,8 +81,8 @@ class Files {
 public:
     virtual ~Files() = default;
 
-    /// False when nothing has the name `path`. What cannot be looked at counts as existing, so that nobody takes
-    /// its name; so does, on posix, a link that leads nowhere.
+    /// False when nothing has the name `path`. What cannot be looked at counts as existing, so that nobody
+    /// takes its name; so does, on posix, a link that leads nowhere.
     virtual bool Exists(const std::string& path) = 0;
 
     /// True when `path` names an existing folder.

@@ -1,0 +1,171 @@
+// The folder or its list cannot be written when a dialog of the built library is accepted: the dialog gives
+// the result that it always gives, the old list stays whole, and nothing is lost or left behind.
+#include "exports/read_only_folder.h"
+#include "exports/win32/open_dialog.h"
+#include "support/holding_process.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <thread>
+
+namespace pmx::exports_test {
+namespace {
+
+constexpr int OkButton = 1;
+constexpr int EditorDownButton = 3017;
+constexpr int EditorDeleteButton = 3023;
+constexpr int BasicDownButton = 3048;
+constexpr int RegisterNameBox = 3046;
+
+using Use = std::function<void(const OpenDialog&)>;
+
+/// Opens a dialog on a folder, and changes and accepts it. `meanwhile` runs between.
+struct DialogCase {
+    const char* Name;
+    std::int64_t (*Accept)(const std::string& folder, const Use& meanwhile);
+};
+
+std::int64_t AcceptEditor(const std::string& folder, const Use& meanwhile) {
+    return CallWithDialog([&] { return EX_ShowTemplateUI(folder.c_str(), nullptr); },
+                          [&](const OpenDialog& dialog) {
+                              dialog.Press(EditorDeleteButton);
+                              dialog.Press(EditorDownButton);
+                              meanwhile(dialog);
+                              dialog.Press(OkButton);
+                          });
+}
+
+std::int64_t AcceptBasicList(const std::string& folder, const Use& meanwhile) {
+    return CallWithDialog([&] { return EX_ShowChoiceUIBasic(folder.c_str(), ListFile, ".pmt", nullptr); },
+                          [&](const OpenDialog& dialog) {
+                              dialog.Press(BasicDownButton);
+                              meanwhile(dialog);
+                              dialog.Press(OkButton);
+                          });
+}
+
+std::int64_t AcceptRegistration(const std::string& folder, const Use& meanwhile) {
+    const std::vector<unsigned char> table = TableOf(90);
+    return CallWithDialog(
+        [&] { return EX_ShowChoiceUIEntry(folder.c_str(), ListFile, ".pmt", table.data(), 1, nullptr); },
+        [&](const OpenDialog& dialog) {
+            dialog.SetText(RegisterNameBox, "New");
+            meanwhile(dialog);
+            dialog.Press(OkButton);
+        });
+}
+
+constexpr DialogCase Dialogs[] = {
+    {"Editor", AcceptEditor}, {"BasicList", AcceptBasicList}, {"Registration", AcceptRegistration}};
+
+std::string NameOf(const testing::TestParamInfo<DialogCase>& example) {
+    return example.param.Name;
+}
+
+class TroubledFolderTest : public ExportTest, public testing::WithParamInterface<DialogCase> {
+protected:
+    TroubledFolderTest() {
+        Folder.AddFolder("Favorites");
+        for (const char* const name : {"a.pmt", "b.pmt", "c.pmt"}) {
+            WriteFavorite(std::string("Favorites\\") + name, TableOf(10));
+        }
+        Folder.Write(List, OldList);
+    }
+
+    std::int64_t Accept(const Use& meanwhile) const {
+        return GetParam().Accept(Folder.Path("Favorites"), meanwhile);
+    }
+
+    void ExpectOldFiles() const {
+        EXPECT_EQ(Folder.Read(List), OldList);
+        for (const char* const name : {"a.pmt", "b.pmt", "c.pmt"}) {
+            EXPECT_TRUE(Folder.Exists(std::string("Favorites\\") + name)) << name;
+        }
+        EXPECT_EQ(TemporaryFiles(), 0);
+    }
+
+    /// Accepts again when the trouble is over.
+    void ExpectToSaveNow() const {
+        EXPECT_EQ(Accept([](const OpenDialog&) {}), 0);
+        EXPECT_NE(Folder.Read(List), OldList);
+        EXPECT_EQ(TemporaryFiles(), 0);
+    }
+
+    int TemporaryFiles() const {
+        const std::filesystem::directory_iterator entries(test::DiskPath(Folder.Path("Favorites")));
+        return static_cast<int>(std::count_if(begin(entries), end(entries), [](const auto& entry) {
+            return entry.path().extension() == ".tmp";
+        }));
+    }
+
+    const std::string List = std::string("Favorites\\") + ListFile;
+    const std::string OldList = "; mine\r\n" +
+                                Section({"0~A~1~0~14~a.pmt", "0~B~1~0~14~b.pmt", "0~C~1~0~14~c.pmt"}) +
+                                "[Other]\r\nx=1\r\n";
+};
+
+TEST_P(TroubledFolderTest, AReadOnlyListStaysAsItIs) {
+    EXPECT_EQ(Accept([this](const OpenDialog&) { Folder.SetReadOnly(List, true); }), 0);
+    ExpectOldFiles();
+    Folder.SetReadOnly(List, false);
+    ExpectToSaveNow();
+}
+
+TEST_P(TroubledFolderTest, AFolderThatIsGoneIsNotMadeAgain) {
+    EXPECT_EQ(Accept([this](const OpenDialog&) { Folder.Remove("Favorites"); }), 0);
+    EXPECT_THAT(Folder.Names(), testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, TroubledFolderTest, testing::ValuesIn(Dialogs), NameOf);
+
+class HeldListTest : public TroubledFolderTest {
+protected:
+    /// The new list lies aside while the old one is waited for. False when it never does.
+    bool WaitForListAside() const {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (std::chrono::steady_clock::now() < deadline) {
+            const std::filesystem::directory_iterator entries(test::DiskPath(Folder.Path("Favorites")));
+            if (std::any_of(begin(entries), end(entries), [](const auto& entry) {
+                    return entry.path().filename().string().starts_with("Pmx") &&
+                           entry.path().extension() == ".tmp";
+                })) {
+                return true;
+            }
+            std::this_thread::yield();
+        }
+        return false;
+    }
+};
+
+TEST_P(HeldListTest, IsWaitedForAndThenSaved) {
+    std::optional<test::HoldingProcess> other;
+    std::thread releaser;
+    EXPECT_EQ(Accept([&](const OpenDialog&) {
+                  other.emplace(Folder.Path(List));
+                  releaser = std::thread([&] {
+                      EXPECT_TRUE(WaitForListAside());
+                      other->Release();
+                  });
+              }),
+              0);
+    releaser.join();
+    EXPECT_NE(Folder.Read(List), OldList);
+    EXPECT_NE(Folder.Read(List).find("; mine\r\n"), std::string::npos);
+    EXPECT_EQ(TemporaryFiles(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, HeldListTest, testing::ValuesIn(Dialogs), NameOf);
+
+class ReadOnlyFolderDialogs : public ReadOnlyFolder, public testing::WithParamInterface<DialogCase> {};
+
+TEST_P(ReadOnlyFolderDialogs, AreAcceptedAndChangeNothing) {
+    EXPECT_EQ(GetParam().Accept(View(), [](const OpenDialog&) {}), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(ReadOnlyFolder, ReadOnlyFolderDialogs, testing::ValuesIn(Dialogs), NameOf);
+
+} // namespace
+} // namespace pmx::exports_test
