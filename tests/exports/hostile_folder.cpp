@@ -1,7 +1,7 @@
 #include "exports/hostile_folder.h"
 
+#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 namespace pmx::exports_test {
 
@@ -63,6 +63,13 @@ std::vector<std::string> FavoritesWithBrokenNames() {
 std::vector<std::string> HostileCounts() {
     return {"2147483647",           "2147483648", "4294967295", "-1", "-2147483648",
             "99999999999999999999", "",           "x",          "1"};
+}
+
+/// Not the folder in memory, which lies below one that Wine's file dialogs do not show.
+std::filesystem::path HostileFolder::Place() {
+    const char* const build = std::getenv("PMX_BUILD_FOLDER");
+    return build == nullptr ? std::filesystem::temp_directory_path()
+                            : std::filesystem::absolute(build) / "temp";
 }
 
 HostileFolder::HostileFolder() {

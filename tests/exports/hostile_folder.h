@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -58,9 +59,10 @@ protected:
     /// Names of the files in the favorites folder that nobody can have meant to be there.
     std::vector<std::string> LeftBehind() const;
 
-    test::FolderForLinks Folder{"hostile"};
+    test::FolderForLinks Folder{Place(), "hostile"};
 
 private:
+    static std::filesystem::path Place();
     std::map<std::string, std::string> Outside() const;
 
     std::map<std::string, std::string> OutsideBefore;

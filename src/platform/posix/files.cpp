@@ -135,10 +135,7 @@ int FlagsOf(const OpenRequest& request) {
 
 class LockedFile : public OpenFile {
 public:
-    explicit LockedFile(FileDescriptor file) : File(std::move(file)) {}
-
-private:
-    const FileDescriptor File;
+    FileDescriptor File;
 };
 
 /// A file that is deleted at the end unless it was given another name.
@@ -319,14 +316,15 @@ public:
             IsReadOnlyFile(native, *status)) {
             return {nullptr, FileError::AccessDenied};
         }
-        FileDescriptor file = OpenLocked(native, flags, request.Share == FileShare::None, error);
-        if (!file.IsOpen()) {
+        auto file = std::make_unique<LockedFile>(); // first: nothing may fail once there is a file
+        file->File = OpenLocked(native, flags, request.Share == FileShare::None, error);
+        if (!file->File.IsOpen()) {
             return {nullptr, error};
         }
-        if (request.Disposition == FileDisposition::CreateAlways && ftruncate(file.Get(), 0) != 0) {
+        if (request.Disposition == FileDisposition::CreateAlways && ftruncate(file->File.Get(), 0) != 0) {
             return {nullptr, ErrorOf(errno, native)};
         }
-        return {std::make_unique<LockedFile>(std::move(file)), FileError::None};
+        return {std::move(file), FileError::None};
     }
 
     FileError Copy(const std::string& source, const std::string& target, bool failIfExists) override {

@@ -2,8 +2,8 @@
 
 #include "platform/temporary_name.h"
 #include "platform/text.h"
-#include "platform/win32/wide_text.h"
 
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -72,14 +72,20 @@ FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD di
 }
 
 /// Opens a file, a folder or a link for nothing but questions about it.
-FileHandle OpenAsIs(const std::string& path) {
-    return FileHandle(CreateFileA(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING,
+FileHandle OpenAsIs(const char* path) {
+    return FileHandle(CreateFileA(path, 0, ShareAll, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
 
 class HeldFile : public OpenFile {
 public:
-    explicit HeldFile(FileHandle file) : File(std::move(file)) {}
+    explicit HeldFile(const OpenRequest& request)
+        : File(CreateFileA(request.Path.c_str(), static_cast<DWORD>(request.Access),
+                           static_cast<DWORD>(request.Share), nullptr,
+                           static_cast<DWORD>(request.Disposition), static_cast<DWORD>(request.Attributes),
+                           nullptr)) {}
+
+    bool IsOpen() const { return File.IsOpen(); }
 
 private:
     const FileHandle File;
@@ -91,18 +97,23 @@ bool IsAbsence(DWORD error) {
            error == ERROR_BAD_PATHNAME || error == ERROR_FILENAME_EXCED_RANGE;
 }
 
-/// The folder of a path with its separator; empty for a mere name.
-std::string FolderOf(const std::string& path) {
+/// Where the name begins that a path ends with.
+std::size_t NameStart(const std::string& path) {
     const LeadByteTable& leadBytes = SystemText().LeadBytes();
-    std::size_t end = 0;
+    std::size_t start = 0;
     for (std::size_t position = 0; position < path.size();
          position += CharacterLength(path, position, leadBytes)) {
         const char character = path[position];
         if (character == '\\' || character == '/' || character == ':') {
-            end = position + 1;
+            start = position + 1;
         }
     }
-    return path.substr(0, end);
+    return start;
+}
+
+/// The folder of a path with its separator; empty for a mere name.
+std::string FolderOf(const std::string& path) {
+    return path.substr(0, NameStart(path));
 }
 
 /// A file that is deleted at the end unless it was given another name.
@@ -148,34 +159,67 @@ bool IsReadOnlyFile(const std::string& path) {
     return HasAny(attributes, FILE_ATTRIBUTE_READONLY) && !HasAny(attributes, FILE_ATTRIBUTE_DIRECTORY);
 }
 
-/// The path under which the system knows what has been opened; empty when it does not tell.
-std::wstring FinalPath(const FileHandle& file) {
-    std::wstring path(GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
-    const DWORD length = GetFinalPathNameByHandleW(file.Get(), path.data(), static_cast<DWORD>(path.size()),
-                                                   FILE_NAME_NORMALIZED);
-    path.resize(length < path.size() ? length : 0);
-    return path;
+/// A path of the system, on the stack: deleting must not need memory, whose lack may be the reason for it.
+class FinalPath {
+public:
+    /// The path under which the system knows what has been opened.
+    explicit FinalPath(const FileHandle& file)
+        : Length(GetFinalPathNameByHandleW(file.Get(), Text.data(), Room, FILE_NAME_NORMALIZED)) {
+        Length = Length < Room ? Length : 0;
+    }
+
+    /// False when the system does not tell, or the path is longer than any that narrow functions take.
+    bool IsKnown() const { return Length > 0; }
+
+    /// Appends a name in the code page of the system.
+    void Append(const char* name) {
+        if (Length > 0 && Text[Length - 1] != L'\\') {
+            Text[Length++] = L'\\';
+        }
+        const int room = static_cast<int>(Text.size() - Length);
+        const int added = MultiByteToWideChar(CP_ACP, 0, name, -1, Text.data() + Length, room);
+        Length = added > 0 ? Length + static_cast<DWORD>(added) - 1 : 0;
+    }
+
+    bool operator==(const FinalPath& other) const {
+        return CompareStringOrdinal(Text.data(), static_cast<int>(Length), other.Text.data(),
+                                    static_cast<int>(other.Length), TRUE) == CSTR_EQUAL;
+    }
+
+private:
+    static constexpr DWORD Room = 1024;
+    std::array<wchar_t, 2 * Room> Text;
+    DWORD Length;
+};
+
+/// Opens the folder of a path.
+FileHandle OpenFolderOf(const std::string& path, std::size_t nameStart) {
+    constexpr std::size_t Room = 1024;
+    std::array<char, Room> folder{'.'};
+    if (nameStart >= Room) {
+        return FileHandle(INVALID_HANDLE_VALUE);
+    }
+    path.copy(folder.data(), nameStart);
+    return OpenAsIs(folder.data());
 }
 
 /// True when `path` is a link that the system passes over as if it were what it leads to, as Wine does with
 /// the links of the system beneath: deleting it would delete the other file. Links that Windows knows are
 /// opened themselves.
 bool IsHiddenLink(const std::string& path) {
-    const std::string folder = FolderOf(path);
-    const FileHandle self = OpenAsIs(path);
-    const FileHandle parent = OpenAsIs(folder.empty() ? "." : folder);
-    if (!self.IsOpen() || !parent.IsOpen()) {
+    const std::size_t nameStart = NameStart(path);
+    const FileHandle self = OpenAsIs(path.c_str());
+    const FileHandle folder = OpenFolderOf(path, nameStart);
+    if (!self.IsOpen() || !folder.IsOpen()) {
         return false;
     }
-    std::wstring expected = FinalPath(parent);
-    if (!expected.ends_with(L'\\')) {
-        expected += L'\\';
+    const FinalPath actual(self);
+    FinalPath expected(folder);
+    if (!actual.IsKnown() || !expected.IsKnown()) {
+        return false;
     }
-    expected += win32::ToWide(path.substr(folder.size()));
-    const std::wstring actual = FinalPath(self);
-    return !actual.empty() &&
-           CompareStringOrdinal(actual.data(), static_cast<int>(actual.size()), expected.data(),
-                                static_cast<int>(expected.size()), TRUE) != CSTR_EQUAL;
+    expected.Append(path.c_str() + nameStart);
+    return !(actual == expected);
 }
 
 /// Why the file may not be overwritten; None when it may, or when there is none. Asks for what an overwriting
@@ -214,14 +258,12 @@ public:
             request.Disposition != FileDisposition::CreateNew) {
             return {nullptr, FileError::AccessDenied};
         }
-        FileHandle file(CreateFileA(request.Path.c_str(), static_cast<DWORD>(request.Access),
-                                    static_cast<DWORD>(request.Share), nullptr,
-                                    static_cast<DWORD>(request.Disposition),
-                                    static_cast<DWORD>(request.Attributes), nullptr));
-        if (!file.IsOpen()) {
+        auto file =
+            std::make_unique<HeldFile>(request); // its memory first: nothing may fail once there is a file
+        if (!file->IsOpen()) {
             return {nullptr, LastError()};
         }
-        return {std::make_unique<HeldFile>(std::move(file)), FileError::None};
+        return {std::move(file), FileError::None};
     }
 
     /// The system's own copy may leave a part of a file behind, so it goes to a temporary file first.

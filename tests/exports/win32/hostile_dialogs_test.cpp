@@ -201,6 +201,7 @@ TEST_F(HostileDialogs, FilesOfEveryKindAreImportedAndExportedOrRefused) {
         },
         OkButton);
     EXPECT_TRUE(Folder.Exists("Favorites\\new.pmt"));
+    EXPECT_TRUE(Folder.Exists("Favorites\\link-1.pmt"));
 }
 
 TEST_F(HostileDialogs, FileFieldsThatPointOutsideReachNothing) {
