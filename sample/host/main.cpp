@@ -27,7 +27,7 @@ int RunMessageLoop(HWND window) {
     const HACCEL keys = LoadAcceleratorsW(ResourceModule(), MAKEINTRESOURCEW(IDR_KEYS));
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        // Of a dialog's keys only Tab, which goes from list to list; Enter stays the list's own.
+        // Of a dialog's keys only Tab, which goes from part to part; Enter stays the list's own.
         const bool isTab = message.message == WM_KEYDOWN && message.wParam == VK_TAB;
         const bool isHandled = isTab && IsDialogMessageW(window, &message) != FALSE;
         if (!isHandled && TranslateAcceleratorW(window, keys, &message) == 0) {

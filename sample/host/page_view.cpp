@@ -69,7 +69,7 @@ bool ShowsBacks(const sample::DocumentLayout& layout) {
 
 PageView::PageView(HWND parent, int controlId) : Painter(SampleDocument(), SampleWords()) {
     Create({.ClassName = L"PmxPageView",
-            .Style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_CLIPSIBLINGS,
+            .Style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_CLIPSIBLINGS | WS_TABSTOP,
             .Parent = parent,
             .MenuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(controlId))});
 }
@@ -95,6 +95,16 @@ std::optional<LRESULT> PageView::Answer(UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_MOUSEWHEEL:
         ScrollTo(Offset - GET_WHEEL_DELTA_WPARAM(wParam));
+        return 0;
+    case WM_KEYDOWN:
+        OnKey(wParam);
+        return 0;
+    case WM_LBUTTONDOWN:
+        SetFocus(Get());
+        return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+        InvalidateRect(Get(), nullptr, FALSE);
         return 0;
     default:
         static_cast<void>(lParam);
@@ -208,10 +218,28 @@ void PageView::OnScrollBar(int request) {
         return ScrollTo(Offset - page);
     case SB_PAGEDOWN:
         return ScrollTo(Offset + page);
+    case SB_TOP:
+        return ScrollTo(0);
+    case SB_BOTTOM:
+        return ScrollTo(PictureHeight);
     case SB_THUMBTRACK:
         return ScrollTo(info.nTrackPos);
     default:
         return;
+    }
+}
+
+/// The keys that scroll lists.
+void PageView::OnKey(WPARAM key) {
+    static constexpr struct {
+        WPARAM Key;
+        int Request;
+    } Requests[] = {{VK_UP, SB_LINEUP},     {VK_DOWN, SB_LINEDOWN}, {VK_PRIOR, SB_PAGEUP},
+                    {VK_NEXT, SB_PAGEDOWN}, {VK_HOME, SB_TOP},      {VK_END, SB_BOTTOM}};
+    for (const auto& each : Requests) {
+        if (each.Key == key) {
+            OnScrollBar(each.Request);
+        }
     }
 }
 
@@ -225,6 +253,9 @@ void PageView::Paint() {
         const Bitmap picture(CreateCompatibleBitmap(window, client.right, client.bottom));
         const HGDIOBJ former = SelectObject(memory.get(), picture.get());
         PaintOn(memory.get(), client);
+        if (GetFocus() == Get()) {
+            DrawFocusRect(memory.get(), &client);
+        }
         BitBlt(window, 0, 0, client.right, client.bottom, memory.get(), 0, 0, SRCCOPY);
         SelectObject(memory.get(), former);
     }

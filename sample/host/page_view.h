@@ -42,6 +42,7 @@ private:
     void UpdateScrollBar();
     void ScrollTo(int offset);
     void OnScrollBar(int request);
+    void OnKey(WPARAM key);
     void Paint();
     void PaintOn(HDC device, const RECT& area);
     void PaintItem(Gdiplus::Graphics& graphics, const Item& item);

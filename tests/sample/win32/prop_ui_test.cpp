@@ -2,6 +2,7 @@
 #include "host/PMXPropUI.h"
 #include "propui/resource.h"
 #include "propui/settings.h"
+#include "win32/support/dialog_driver.h"
 
 #include <algorithm>
 #include <chrono>
@@ -333,6 +334,102 @@ TEST_F(PropUiTest, PictureFollowsTheSettings) {
         EXPECT_EQ(dialog.TextOf(IDC_SHEET), L"1 / 6 枚目");
         dialog.Check(IDC_NEXT);
         EXPECT_EQ(dialog.TextOf(IDC_SHEET), L"2 / 6 枚目");
+        dialog.Press(IDCANCEL);
+    });
+}
+
+using test::DialogDriver;
+
+/// The dialog with the keyboard, whose keys are really pressed.
+class Keyboard {
+public:
+    explicit Keyboard(const OpenDialog& dialog)
+        : Dialog(dialog.Get()), Thread(GetWindowThreadProcessId(Dialog, nullptr)) {
+        SetForegroundWindow(Dialog);
+        EXPECT_TRUE(WaitFor([this] { return GetForegroundWindow() == Dialog && Focus() != nullptr; }));
+    }
+
+    HWND Focus() const {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof(info);
+        GetGUIThreadInfo(Thread, &info);
+        return info.hwndFocus;
+    }
+
+    static void Press(WORD key, const std::vector<WORD>& held = {}) {
+        for (const WORD each : held) {
+            DialogDriver::SendKey(each, true);
+        }
+        DialogDriver::SendKey(key, true);
+        DialogDriver::SendKey(key, false);
+        for (const WORD each : held) {
+            DialogDriver::SendKey(each, false);
+        }
+    }
+
+    /// Presses Tab and gives the control that it leads to; the same one when the focus stays.
+    HWND Tab(bool isBackwards) const {
+        const HWND before = Focus();
+        Press(VK_TAB, isBackwards ? std::vector<WORD>{VK_SHIFT} : std::vector<WORD>{});
+        EXPECT_TRUE(WaitFor([&] { return Focus() != before; })) << "the focus stays";
+        return Focus();
+    }
+
+private:
+    const HWND Dialog;
+    const DWORD Thread;
+};
+
+int SelectedPage(const OpenDialog& dialog) {
+    return static_cast<int>(SendMessageW(dialog.Control(IDC_TABS), TCM_GETCURSEL, 0, 0));
+}
+
+TEST_F(PropUiTest, ControlAndTabGoThroughThePagesInBothDirectionsFromAnywhere) {
+    auto part = PartOf(FreshTable(), 0);
+    Run(0, part, [](OpenDialog& dialog) {
+        const Keyboard keyboard(dialog);
+        const int count = dialog.TabCount();
+        for (int step = 1; step <= count; ++step) {
+            keyboard.Tab(false); // away from the row of tabs, into the page
+            Keyboard::Press(VK_TAB, {VK_CONTROL});
+            EXPECT_TRUE(WaitFor([&] { return SelectedPage(dialog) == step % count; })) << step;
+            EXPECT_TRUE(WaitFor([&] { return keyboard.Focus() == dialog.Control(IDC_TABS); }));
+        }
+        for (int step = count - 1; step >= 0; --step) {
+            Keyboard::Press(VK_TAB, {VK_CONTROL, VK_SHIFT});
+            EXPECT_TRUE(WaitFor([&] { return SelectedPage(dialog) == step; })) << step;
+        }
+        EXPECT_FALSE(IsWindowVisible(dialog.Control(IDC_GAP_X))) << "on another page";
+        dialog.Press(IDCANCEL);
+    });
+}
+
+BOOL CALLBACK AddTabStop(HWND window, LPARAM parameter) {
+    const bool isStop = (GetWindowLongW(window, GWL_STYLE) & WS_TABSTOP) != 0 &&
+                        IsWindowVisible(window) != FALSE && IsWindowEnabled(window) != FALSE;
+    if (isStop) {
+        reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
+    }
+    return TRUE;
+}
+
+TEST_F(PropUiTest, TabLeadsToEveryControlOfThePageInTheirOrderAndBack) {
+    auto part = PartOf(FreshTable(), 0);
+    Run(0, part, [](OpenDialog& dialog) {
+        const Keyboard keyboard(dialog);
+        std::vector<HWND> expected; // in the order of the windows, from the row of tabs on
+        EnumChildWindows(dialog.Get(), &AddTabStop, reinterpret_cast<LPARAM>(&expected));
+        ASSERT_GT(expected.size(), 10U);
+        ASSERT_EQ(expected.front(), dialog.Control(IDC_TABS));
+        std::vector<HWND> seen = {keyboard.Focus()};
+        while (seen.size() < expected.size() && !HasFailure()) {
+            seen.push_back(keyboard.Tab(false));
+        }
+        EXPECT_EQ(seen, expected);
+        EXPECT_EQ(keyboard.Tab(false), expected.front());
+        for (auto control = expected.rbegin(); control != expected.rend() && !HasFailure(); ++control) {
+            EXPECT_EQ(keyboard.Tab(true), *control);
+        }
         dialog.Press(IDCANCEL);
     });
 }
