@@ -47,6 +47,7 @@ ssize_t __real_write(int file, const void* buffer, size_t size);
 int __real_renameat2(int sourceFolder, const char* source, int targetFolder, const char* target,
                      unsigned flags);
 int __real_ftruncate(int file, off_t size);
+int __real_flock(int file, int operation);
 int __real_chmod(const char* path, mode_t mode);
 
 ssize_t __wrap_read(int file, void* buffer, size_t size) {
@@ -65,6 +66,10 @@ int __wrap_renameat2(int sourceFolder, const char* source, int targetFolder, con
 
 int __wrap_ftruncate(int file, off_t size) {
     return Fails(SystemCall::Truncate) ? -1 : __real_ftruncate(file, size);
+}
+
+int __wrap_flock(int file, int operation) {
+    return Fails(SystemCall::Lock) ? -1 : __real_flock(file, operation);
 }
 
 int __wrap_chmod(const char* path, mode_t mode) {

@@ -83,6 +83,15 @@ TEST_F(SystemCallsTest, CopyThatCannotBeRenamedLeavesNothing) {
     EXPECT_THAT(Folder.Names(), ElementsAre("source"));
 }
 
+TEST_F(SystemCallsTest, NobodyIsExcludedWhereFilesCannotBeLocked) {
+    Calls.Plan.FailFrom(SystemCall::Lock, 1, ENOLCK);
+    const OpenRequest request{.Path = Folder.Path("source"), .Share = FileShare::None};
+    const OpenResult first = SystemFiles().Open(request);
+    EXPECT_EQ(first.Error, FileError::None);
+    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::None);
+    EXPECT_EQ(SystemFiles().Remove(Folder.Path("source")), FileError::None);
+}
+
 TEST_F(SystemCallsTest, FileThatCannotBeEmptiedIsNotOpened) {
     Calls.Plan.FailFrom(SystemCall::Truncate, 1, EIO);
     const OpenResult opened = SystemFiles().Open({.Path = Folder.Path("source"),

@@ -457,8 +457,11 @@ const WriteCase Writes[] = {
      "\xEF\xBB\xBF[S]\r\na=\xE3\x82\xA2\xF0\x9F\x98\x80\r\nk=\xE3\x83\x9F\r\n"},
     {"Utf16FileStaysSo", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8\x00\xDE\n\0"sv, "S", "k", "\x83\x7E",
      "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8\x00\xDE\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
-    {"Utf16HalvesOfPairsStay", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8|\0\x00\xDE\n\0"sv, "S", "k", "\x83\x7E",
-     "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8|\0\x00\xDE\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
+    {"Utf16HalvesOfPairsStay", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8\x00\xE0|\0\x00\xDE\n\0"sv, "S", "k",
+     "\x83\x7E",
+     "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8\x00\xE0|\0\x00\xDE\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
+    {"Utf8LastCharacterStays", "\xEF\xBB\xBF[S]\na=\xF4\x8F\xBF\xBF\n"sv, "S", "k", "v",
+     "\xEF\xBB\xBF[S]\r\na=\xF4\x8F\xBF\xBF\r\nk=v\r\n"},
     {"Utf16HalfAtTheEndStays", "\xFF\xFE[\0S\0]\0\n\0a\0=\0\x3D\xD8"sv, "S", "k", "\x83\x7E",
      "\xFF\xFE[\0S\0]\0\r\0\n\0a\0=\0\x3D\xD8\r\0\n\0k\0=\0\xDF\x30\r\0\n\0"sv},
     {"Utf16BigFileStaysSo", "\xFE\xFF\0[\0S\0]\0\n"sv, "S", "k", "\x83\x7E",
@@ -513,6 +516,14 @@ TEST_F(ProfileTest, FileWithAJapaneseNameIsFound) {
 TEST_F(ProfileTest, ChangesByOthersAreSeen) {
     EXPECT_EQ(ReadIn("[S]\nk=1\n", "S", "k", ""), "1");
     EXPECT_EQ(ReadIn("[S]\nk=2\n", "S", "k", ""), "2");
+}
+
+TEST_F(ProfileTest, FileInAFileIsMissing) {
+    Folder.Write("file", "[S]\nk=1\n");
+    const std::string path = Folder.Path("file\\list.ini");
+    EXPECT_TRUE(System.VisitSection(path, "S", [](std::string_view, std::string_view) { ADD_FAILURE(); }));
+    EXPECT_EQ(System.ReadString(path, "S", "k", "none"), "none");
+    EXPECT_FALSE(System.WriteString(path, "S", "k", "v"));
 }
 
 // Replacing a section
@@ -699,6 +710,11 @@ TEST_F(ProfileReplacingOdd, ByEntriesOnBothSidesOfNumberedOnesLeavesTheBytesOfTh
     ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
     list.second.Add("b1", "replaced");
     ExpectSameAsPlainSequence("[List]\nNum=9\n"sv, list);
+}
+
+TEST_F(ProfileReplacingOdd, RemovingASectionOfAMissingFileIsDone) {
+    EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("new.ini"), "List", {}), FileError::None);
+    EXPECT_EQ(Visited("List"), "");
 }
 
 /// Without the section, the file begins with a mark and is read anew.
