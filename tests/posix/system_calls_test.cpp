@@ -143,12 +143,13 @@ TEST_F(ProfileSystemCallsTest, FileThatCannotBeReadToItsEndIsNotTakenForWhatWasR
     EXPECT_THAT(Folder.Names(), ElementsAre("list.ini"));
 }
 
-TEST_F(ProfileSystemCallsTest, FailedWriteIsReported) {
+TEST_F(ProfileSystemCallsTest, FailureToWriteOrToShortenAFileIsReported) {
+    Folder.Write("new.ini", std::string(100, 'x'));
     for (const SystemCall call : {SystemCall::Write, SystemCall::Truncate}) {
         Calls.Plan.Heal();
         Calls.Plan.FailFrom(call, 1, EIO);
-        EXPECT_FALSE(System.WriteString(File(), "S", "k", "w"));
-        EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("new.ini"), "S", {{"k", "w"}}), FileError::Other);
+        EXPECT_FALSE(System.WriteString(File(), "S", "k", ""));
+        EXPECT_EQ(System.ReplaceSection(File(), Folder.Path("new.ini"), "S", {{"k", ""}}), FileError::Other);
     }
 }
 
