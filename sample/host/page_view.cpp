@@ -166,9 +166,10 @@ void PageView::PlaceItems(const Arrangement& arrangement, int width) {
     const float left = std::max<float>(Margin, (static_cast<float>(width) - used) / 2);
     for (std::size_t index = 0; index < Layout.Sheets.size(); ++index) {
         const auto columns = static_cast<std::size_t>(arrangement.Columns);
-        const auto column = static_cast<float>(index % columns);
-        const auto row = static_cast<float>(index / columns);
-        AddSheet(Layout.Sheets[index], left + column * stepX, Margin + row * stepY, arrangement.Scale);
+        const std::size_t column = index % columns;
+        const std::size_t row = index / columns;
+        AddSheet(Layout.Sheets[index], left + static_cast<float>(column) * stepX,
+                 Margin + static_cast<float>(row) * stepY, arrangement.Scale);
     }
 }
 

@@ -7,8 +7,8 @@
 namespace {
 
 pmx::CPMXTemplUIApp& TheApp() {
-    static pmx::CPMXTemplUIApp App;
-    return App;
+    static pmx::CPMXTemplUIApp app;
+    return app;
 }
 
 } // namespace

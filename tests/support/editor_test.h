@@ -55,8 +55,10 @@ protected:
     }
 
     static std::vector<std::string> NamesInRows(const DialogUser& user) {
+        const int rows = user.RowCount(control::EditorList);
         std::vector<std::string> names;
-        for (int row = 0; row < user.RowCount(control::EditorList); ++row) {
+        names.reserve(static_cast<std::size_t>(rows));
+        for (int row = 0; row < rows; ++row) {
             names.push_back(user.Cell(control::EditorList, row, 1));
         }
         return names;

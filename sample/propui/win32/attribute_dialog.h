@@ -17,6 +17,7 @@ class AttributeDialog {
 public:
     /// Works on a copy of `part`, the level's part of a table.
     AttributeDialog(Level level, const unsigned char* part);
+    ~AttributeDialog() = default;
     AttributeDialog(const AttributeDialog&) = delete;
     AttributeDialog& operator=(const AttributeDialog&) = delete;
 

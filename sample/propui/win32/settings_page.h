@@ -15,6 +15,7 @@ class SettingsPage {
 public:
     /// `tab` and `table` outlive the page. `changed` is called after each change of the table.
     SettingsPage(const SettingsTab& tab, AttributeTable& table, std::function<void()> changed);
+    ~SettingsPage() = default;
     SettingsPage(const SettingsPage&) = delete;
     SettingsPage& operator=(const SettingsPage&) = delete;
 

@@ -75,6 +75,8 @@ class WindowsWaitCursor final : public WaitCursor {
 public:
     WindowsWaitCursor() : Previous(SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)))) {} // IDC_WAIT
     ~WindowsWaitCursor() override { SetCursor(Previous); }
+    WindowsWaitCursor(const WindowsWaitCursor&) = delete;
+    WindowsWaitCursor& operator=(const WindowsWaitCursor&) = delete;
 
 private:
     HCURSOR Previous;

@@ -13,6 +13,8 @@ class WindowsIcon final : public Icon {
 public:
     explicit WindowsIcon(HICON icon) noexcept : Handle(icon) {}
     ~WindowsIcon() override { DestroyIcon(Handle); }
+    WindowsIcon(const WindowsIcon&) = delete;
+    WindowsIcon& operator=(const WindowsIcon&) = delete;
 
     HICON Get() const noexcept { return Handle; }
 
@@ -25,6 +27,8 @@ class WindowsImageList final : public ImageList {
 public:
     explicit WindowsImageList(HIMAGELIST list) noexcept : Handle(list) {}
     ~WindowsImageList() override { ImageList_Destroy(Handle); }
+    WindowsImageList(const WindowsImageList&) = delete;
+    WindowsImageList& operator=(const WindowsImageList&) = delete;
 
     HIMAGELIST Get() const noexcept { return Handle; }
     int Count() const override { return ImageList_GetImageCount(Handle); }

@@ -22,6 +22,7 @@ public:
     /// Watches over an edit box, not owned. Must live until the box is destroyed. Exceptions must not cross
     /// the system's frames, so they go to `onFailure`, and the message has no effect.
     NameEdit(HWND window, FailureHandler onFailure);
+    ~NameEdit() = default;
     NameEdit(const NameEdit&) = delete;
     NameEdit& operator=(const NameEdit&) = delete;
 
