@@ -15,10 +15,12 @@ public:
     TextBuffer() = default;
     TextBuffer(TextBuffer&& other) noexcept { Exchange(other); }
     TextBuffer(const TextBuffer& other) { Append(other.View()); }
-    TextBuffer& operator=(TextBuffer other) noexcept {
-        Exchange(other);
+    TextBuffer& operator=(TextBuffer&& other) noexcept {
+        TextBuffer taken(std::move(other));
+        Exchange(taken);
         return *this;
     }
+    TextBuffer& operator=(const TextBuffer& other) { return *this = TextBuffer(other); }
     ~TextBuffer() = default;
 
     std::string_view View() const { return {Bytes.get(), Used}; }

@@ -73,7 +73,8 @@ std::optional<HostContent> ReadFile(const std::string& path) {
     return Parse({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
 }
 
-/// The system's own streams, which need no operator new once the file is emptied.
+// The system's own streams, which need no operator new once the file is emptied, and so no owner's class.
+// NOLINTBEGIN(cppcoreguidelines-owning-memory)
 std::FILE* OpenedToWrite(const std::filesystem::path& path) {
 #ifdef _WIN32
     return _wfopen(path.c_str(), L"wb");
@@ -91,6 +92,7 @@ bool WriteFile(const std::string& path, const HostContent& content) {
     const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     return std::fclose(file) == 0 && isWritten;
 }
+// NOLINTEND(cppcoreguidelines-owning-memory)
 
 void ApplyCommand(PmxDocument* document, unsigned char seed) {
     IsRefused(HostCall::Command);
