@@ -35,7 +35,8 @@ int32_t PmxDocumentAssign(PmxDocument* target, const PmxDocument* source);
 /* Reads a favorite file. `options` is reserved and null. On failure the document keeps its content. */
 int32_t PmxDocumentLoad(PmxDocument* document, const char* path, const void* options);
 
-/* Writes a favorite file, replacing an existing one whole; on failure the former file stays. */
+/* Writes a favorite file, replacing an existing one whole; on failure the former file stays. For a new
+   favorite the library has made an empty file already, so that nobody else takes the name. */
 int32_t PmxDocumentSave(PmxDocument* document, const char* path);
 
 /* The attribute level, 1 document, 2 section, 3 sheet, 4 face, 5 page. */
