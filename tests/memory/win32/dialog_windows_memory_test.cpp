@@ -199,8 +199,8 @@ std::int64_t ShowTheEditor(World& world, const DialogServices& services, WindowH
 
 std::vector<Use> Uses() {
     return {
-        {{"EditorOk", nullptr, {"a.pmt"}, {}, true}, UsersOfTheEditor(control::Ok), ShowTheEditor, 17},
-        {{"EditorCancel", nullptr, {}, {}, false}, UsersOfTheEditor(control::Cancel), ShowTheEditor, 23},
+        {{"EditorOk", nullptr, {"a.pmt"}, {}, true}, UsersOfTheEditor(control::Ok), ShowTheEditor, 47},
+        {{"EditorCancel", nullptr, {}, {}, false}, UsersOfTheEditor(control::Cancel), ShowTheEditor, 61},
         {{"BasicList", nullptr, {}, {}, false},
          {{dialog::BasicList,
            {{GoTo(control::BasicName), Type(control::BasicName, L"Renamed"), GoTo(control::BasicList),
@@ -211,7 +211,7 @@ std::vector<Use> Uses() {
              return ShowBasicList(world.Folder.Path().c_str(), ListFile, ".pmt", owner, services,
                                   world.Store.Services);
          },
-         5},
+         13},
         {{"Register", nullptr, {}, {}, false},
          {{dialog::RegisterFavorite,
            {{Press(control::RegisterChangeIcon), Type(control::RegisterName, L"New"), Press(control::Ok)}}},
@@ -220,7 +220,7 @@ std::vector<Use> Uses() {
              return ShowRegisterDialog(world.Folder.Path().c_str(), ListFile, ".pmt", world.Table.Bytes, 1,
                                        owner, services, world.Store.Services);
          },
-         5}};
+         13}};
 }
 
 /// How a run ended: the dialog export's result, none when lack of memory passed on.
