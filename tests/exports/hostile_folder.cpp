@@ -54,8 +54,8 @@ std::vector<std::string> FavoritesWithBrokenNames() {
           std::string("a&b\tc"), std::string("[x]=;y"), std::string("\x83\x7E\x83"),
           std::string("\x81\x81\x7E")}) {
         const std::string number = std::to_string(values.size());
-        values.push_back("0~" + name + "~1~1~14~f" + number + ".pmt");
-        values.push_back("0~n" + number + "~1~1~14~" + name);
+        values.push_back(std::string("0~").append(name).append("~1~1~14~f").append(number).append(".pmt"));
+        values.push_back(std::string("0~n").append(number).append("~1~1~14~").append(name));
     }
     return values;
 }
@@ -153,6 +153,7 @@ std::vector<std::string> HostileFolder::ListedNames() const {
     EXPECT_EQ(EX_GetAllTemplInfo(handle.get(), DocumentLevel, infos.data(), size, &count), 0);
     infos.resize(static_cast<std::size_t>(count));
     std::vector<std::string> names;
+    names.reserve(infos.size());
     for (const TemplInfo& info : infos) {
         names.emplace_back(info.Name);
     }

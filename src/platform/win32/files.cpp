@@ -187,7 +187,7 @@ public:
     }
 
 private:
-    static constexpr DWORD Room = 1024;
+    static constexpr std::size_t Room = 1024;
     std::array<wchar_t, 2 * Room> Text;
     DWORD Length;
 };

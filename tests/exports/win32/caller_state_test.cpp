@@ -73,17 +73,22 @@ protected:
         check("EX_CreateDefaultChoice");
         EXPECT_EQ(EX_ConvertChoiceData("First", Folder.Path().c_str(), ListFile, ".pmt", buffer, 1), 0);
         check("EX_ConvertChoiceData");
-        EXPECT_EQ(EX_SaveAsTemplInfo(handle, 1, nullptr, buffer, 8657, nullptr), -1);
-        check("EX_SaveAsTemplInfo, refused");
-        EXPECT_EQ(EX_ShowTemplateUI("", nullptr), -1);
-        check("EX_ShowTemplateUI, refused");
-        EXPECT_EQ(EX_ShowChoiceUIEntry("", "", "", buffer, 1, nullptr), -1);
-        check("EX_ShowChoiceUIEntry, refused");
-        EXPECT_EQ(EX_ShowChoiceUIBasic("", "", "", nullptr), -1);
-        check("EX_ShowChoiceUIBasic, refused");
+        ForEachRefusedDialog(handle, check);
         ForEachDialog(handle, check);
         EXPECT_EQ(EX_DestroyTemplList(handle), 0);
         check("EX_DestroyTemplList");
+    }
+
+    static void ForEachRefusedDialog(void* handle, const std::function<void(const char*)>& check) {
+        const unsigned char table[PMX_TABLE_SIZE]{};
+        EXPECT_EQ(EX_SaveAsTemplInfo(handle, 1, nullptr, table, PMX_TABLE_SIZE, nullptr), -1);
+        check("EX_SaveAsTemplInfo, refused");
+        EXPECT_EQ(EX_ShowTemplateUI("", nullptr), -1);
+        check("EX_ShowTemplateUI, refused");
+        EXPECT_EQ(EX_ShowChoiceUIEntry("", "", "", table, 1, nullptr), -1);
+        check("EX_ShowChoiceUIEntry, refused");
+        EXPECT_EQ(EX_ShowChoiceUIBasic("", "", "", nullptr), -1);
+        check("EX_ShowChoiceUIBasic, refused");
     }
 
     void ForEachDialog(void* handle, const std::function<void(const char*)>& check) {

@@ -104,7 +104,7 @@ void UseDialogOf(DWORD thread, const std::atomic<bool>& isOver,
 std::string OpenDialog::TextOf(HWND window) {
     std::array<wchar_t, 512> wide{};
     const LRESULT length = Ask(window, WM_GETTEXT, wide.size(), reinterpret_cast<LPARAM>(wide.data()));
-    std::array<char, 2 * 512> narrow{};
+    std::array<char, 2 * wide.size()> narrow{};
     const int size = WideCharToMultiByte(Japanese, 0, wide.data(), static_cast<int>(length), narrow.data(),
                                          static_cast<int>(narrow.size()), nullptr, nullptr);
     return {narrow.data(), static_cast<std::size_t>(size)};
