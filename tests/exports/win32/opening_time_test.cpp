@@ -20,8 +20,10 @@ protected:
         std::vector<std::string> values;
         for (int number = 0; number < Favorites; ++number) {
             const std::string digits = std::to_string(number);
-            values.push_back("0~\x95\x5C\x8E\x86 " + digits + "~1~" + (number < 20 ? "1" : "0") + "~" +
-                             std::to_string(14 + number % 46) + "~f" + digits + ".pmt");
+            std::string value = "0~\x95\x5C\x8E\x86 ";
+            value.append(digits).append(number < 20 ? "~1~1~" : "~1~0~");
+            value.append(std::to_string(14 + number % 46)).append("~f").append(digits).append(".pmt");
+            values.push_back(std::move(value));
         }
         Folder.Write(ListFile, Section(values));
     }
