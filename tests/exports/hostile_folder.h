@@ -2,6 +2,7 @@
 
 #include "PMXTemplUI.h"
 #include "exports/export_test.h"
+#include "support/hostile_lists.h"
 #include "support/unix_shell.h"
 
 #include <gtest/gtest.h>
@@ -18,14 +19,9 @@ namespace pmx::exports_test {
 /// Favorites whose files are whatever a file can be, see HostileFolder.
 std::vector<std::string> FavoritesOfEveryKindOfFile();
 
-/// Numbers in each of the fields that hold one.
-std::vector<std::string> FavoritesAtEveryLimit();
-
-/// Names and file names of broken double-byte characters, of every length, and with marks of other formats.
-std::vector<std::string> FavoritesWithBrokenNames();
-
-/// Counts that say anything but how many favorites follow.
-std::vector<std::string> HostileCounts();
+using test::FavoritesAtEveryLimit;
+using test::FavoritesWithBrokenNames;
+using test::HostileCounts;
 
 /// A favorites folder beside files and a folder that do not belong to it. At the end of the test they must be
 /// as they were, and nothing may have been made beside them.

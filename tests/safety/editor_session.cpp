@@ -53,11 +53,7 @@ private:
     }
 
     void Accept() override {
-        model::Favorites kept;
-        for (const std::size_t index : Rows) {
-            kept.push_back(Records[index]);
-        }
-        World.ExpectList(kept, kept.size());
+        ExpectRowsInTheList();
         World.Inside.RemoveFilesOfDeleted(Records);
     }
 
@@ -401,13 +397,7 @@ private:
     }
 
     /// The files of deleted favorites stay.
-    void Accept() override {
-        model::Favorites kept;
-        for (const std::size_t index : Rows) {
-            kept.push_back(Records[index]);
-        }
-        World.ExpectList(kept, kept.size());
-    }
+    void Accept() override { ExpectRowsInTheList(); }
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "support/fake_attribute_dialog.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/hostile_lists.h"
 #include "support/quiet_desktop.h"
 #include "support/temp_folder.h"
 
@@ -160,23 +161,12 @@ TEST_F(HostileFolder, FileFieldsThatPointOutsideReachNothing) {
 }
 
 TEST_F(HostileFolder, NumbersAtAndBeyondEveryLimitAreOnlyNumbers) {
-    std::vector<std::string> values;
-    for (const char* const number :
-         {"-2147483649", "-2147483648", "-1", "0", "6", "59", "60", "100", "101", "105", "106", "2147483647",
-          "2147483648", "99999999999999999999", "x", "0x10"}) {
-        const std::string name = "n" + std::to_string(values.size());
-        values.push_back(std::string(number) + "~" + name + "~1~0~14~3");
-        values.push_back("0~" + name + "l~" + number + "~0~14~3");
-        values.push_back("0~" + name + "t~1~" + number + "~14~3");
-        values.push_back("0~" + name + "i~1~1~" + number + "~3");
-    }
-    OpenEverywhere(values);
+    OpenEverywhere(FavoritesAtEveryLimit());
 }
 
 TEST_F(HostileFolder, CountsAtAndBeyondEveryLimitCostNothing) {
     const std::vector<std::string> values = {"0~A~1~0~14~a.pmt", "0~B~1~0~14~b.pmt"};
-    for (const char* const count : {"2147483647", "2147483648", "4294967295", "-1", "-2147483648",
-                                    "99999999999999999999", "", "x", "1"}) {
+    for (const std::string& count : HostileCounts()) {
         SCOPED_TRACE(count);
         Write(count, values);
         ReadThroughAHandle();
@@ -189,16 +179,7 @@ TEST_F(HostileFolder, CountsAtAndBeyondEveryLimitCostNothing) {
 }
 
 TEST_F(HostileFolder, NamesAreOnlyNames) {
-    std::vector<std::string> values;
-    for (const std::string& name :
-         {std::string(10'000, 'n'), std::string(259, '\x81'), std::string("\x83"), std::string("a\x83"),
-          std::string("%s%n%d%x"), std::string("\x01\x02\x1F\x7F"), std::string("\xFF\xFE\x80\xA0\xFD"),
-          std::string("\x81\x20\x81"), std::string("..\\..\\x"), std::string("a&b\tc"),
-          std::string("[x]=;y")}) {
-        values.push_back("0~" + name + "~1~1~14~f" + std::to_string(values.size()) + ".pmt");
-        values.push_back("0~n" + std::to_string(values.size()) + "~1~1~14~" + name);
-    }
-    OpenEverywhere(values);
+    OpenEverywhere(FavoritesWithBrokenNames());
 }
 
 TEST_F(HostileFolder, AHundredFavoritesOnTheToolbarAndOfOneNameAreShown) {

@@ -387,6 +387,14 @@ void ListSession::CompareRows() const {
     }
 }
 
+void ListSession::ExpectRowsInTheList() {
+    model::Favorites kept;
+    for (const std::size_t index : Rows) {
+        kept.push_back(Records[index]);
+    }
+    World.ExpectList(kept, kept.size());
+}
+
 void ListSession::CompareRow(int row, const model::Favorite& favorite) const {
     EXPECT_EQ(User->Cell(Ids.List, row, Ids.NameColumn), favorite.Shown) << Row(row);
 }

@@ -97,6 +97,9 @@ protected:
     /// A message with one button comes.
     void Expect(ResourceId id, MessageIcon icon = MessageIcon::Exclamation);
 
+    /// The list file gets the favorites that have rows, in their order.
+    void ExpectRowsInTheList();
+
     /// The icon picker comes over the current favorite.
     void ChangeIcon();
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// Values of list files made to do harm.
+namespace pmx::test {
+
+/// Numbers in each of the fields that hold one.
+std::vector<std::string> FavoritesAtEveryLimit();
+
+/// Names and file names of broken double-byte characters, of every length, and with marks of other formats.
+std::vector<std::string> FavoritesWithBrokenNames();
+
+/// Counts that say anything but how many favorites follow.
+std::vector<std::string> HostileCounts();
+
+} // namespace pmx::test
