@@ -6,12 +6,10 @@
 /// The class holds every value and every rule; the window only shows. They talk through two interfaces:
 ///
 ///  - `DialogWindow`: what the class asks of its window. Controls are named by their ids. An id that the
-///  template
-///    lacks is a programming error: the tests' window fails the test, the real one ignores the call.
+///    template lacks is a programming error: the tests' window fails the test, the real one ignores the call.
 ///  - `DialogEvents`: what the window tells the class. `CPmxDlg` receives it, drops what must not be acted on
-///  (see
-///    below) and passes the rest to the handlers that the class names in a table of (control, event, member
-///    function).
+///    (see below) and passes the rest to the handlers that the class names in a table of (control, event,
+///    member function).
 ///
 /// A dialog's life: `DialogRunner::Run` makes the window from the template, calls OnOpened, and delivers
 /// events until the class calls `DialogWindow::End(code)`; then the window is destroyed and Run returns the
@@ -21,20 +19,17 @@
 ///
 ///  - Focus events come from edit boxes only, FocusLost before the other control's FocusGained.
 ///  - Pressed comes from push buttons and radio buttons, except the buttons OK (1) and Cancel (2), which give
-///  OnOk and
-///    OnCancel, as do Enter (when no other push button has the focus) and Escape or closing the window.
+///    OnOk and OnCancel, as do Enter (when no other push button has the focus) and Escape or closing the
+///    window.
 ///  - A click on a control first moves the focus there. When a FocusLost handler moves the focus back (it
-///  refused the
-///    input), the click is not carried out: no Pressed, OnOk or ListClicked follows and a list's selection
-///    stays.
+///    refused the input), the click is not carried out: no Pressed, OnOk or ListClicked follows and a list's
+///    selection stays.
 ///  - ListKeyDown comes before the list acts on the key, which it then does.
 ///  - What the class does to its controls causes no Pressed or list events, but Focus (and disabling or
-///  hiding the
-///    focused control) causes focus events, inside the call.
+///    hiding the focused control) causes focus events, inside the call.
 ///  - While the user deals with a message box, a file dialog or another dialog that belongs to the window,
-///  the window
-///    may still lose and gain focus; `CPmxDlg` drops events for as long as the class says so with a
-///    ModalScope.
+///    the window may still lose and gain focus; `CPmxDlg` drops events for as long as the class says so with
+///    a ModalScope.
 ///
 /// Texts are in the system's code page. A character that has no code in it cannot be typed or pasted: it is
 /// left out and the system beeps.

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Names for the numbers of the resources, one namespace for each kind of resource. The resource compiler has
-/// them as macros in "res/resource_ids.h", which C++ code need not include. Any of them converts to int.
+/// Names for the numbers of the resources, one namespace for each kind of resource. Any of them converts to
+/// int. The resource compiler gets them as macros, made from this file: IDC_EDITOR_UP is control::EditorUp.
 namespace pmx {
 
 /// Dialog templates.

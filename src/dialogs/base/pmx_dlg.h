@@ -30,11 +30,9 @@ namespace pmx {
 /// Events do not reach the handlers
 ///  - before OnInitDialog has returned and after End,
 ///  - while a message box, another dialog or a foreign window is open over the dialog (the functions below
-///  that open
-///    one see to it; around anything else that runs windows stands a ModalScope),
+///    that open one see to it; around anything else that runs windows stands a ModalScope),
 ///  - when they are the loss of the focus while such a loss is being handled, or follow from an input whose
-///  loss of
-///    the focus was refused, that is, whose handler moved the focus back.
+///    loss of the focus was refused, that is, whose handler moved the focus back.
 class CPmxDlg : protected DialogEvents {
 public:
     /// What DoModal returns when the dialog could not be shown.
