@@ -100,4 +100,15 @@ bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes) 
            FindSingleByte(fileName, '\\', leadBytes) == std::string_view::npos;
 }
 
+std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
+    std::string text(fileName.substr(0, fileName.find_last_not_of(". ") + 1));
+    for (std::size_t position = 0; position < text.size();
+         position += CharacterLength(text, position, leadBytes)) {
+        if (text[position] >= 'A' && text[position] <= 'Z') {
+            text[position] = static_cast<char>(text[position] - 'A' + 'a');
+        }
+    }
+    return text;
+}
+
 } // namespace pmx

@@ -41,4 +41,8 @@ std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadB
 /// they take it for a second byte.
 bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes);
 
+/// A text that is the same for all file names that mean one file, differing in the case of A to Z or in the
+/// dots and blanks at the end, which the platform drops.
+std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadBytes);
+
 } // namespace pmx

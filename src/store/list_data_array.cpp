@@ -66,19 +66,6 @@ std::string_view WithoutEnd(std::string_view fileName) {
     return fileName.substr(0, fileName.find_last_not_of(". ") + 1);
 }
 
-/// A text that is the same for all file names that mean one file, differing in the case of letters or at the
-/// end.
-std::string Folded(std::string_view fileName, const LeadByteTable& leadBytes) {
-    std::string text(WithoutEnd(fileName));
-    for (std::size_t position = 0; position < text.size();
-         position += CharacterLength(text, position, leadBytes)) {
-        if (text[position] >= 'A' && text[position] <= 'Z') {
-            text[position] = static_cast<char>(text[position] - 'A' + 'a');
-        }
-    }
-    return text;
-}
-
 } // namespace
 
 CPMXTemplUIListDataArray::CPMXTemplUIListDataArray(const char* listFileName, const char* extension,
@@ -329,11 +316,11 @@ void CPMXTemplUIListDataArray::DeleteUnusedFiles(
         if (record->GetDeleteFlag() == 1 && !record->IsStandard()) {
             deleted.push_back(record);
         } else {
-            stillUsed.insert(Folded(record->GetFileName(), Services.LeadBytes()));
+            stillUsed.insert(FoldedFileName(record->GetFileName(), Services.LeadBytes()));
         }
     }
     for (const CPMXTemplUIListData* const record : deleted) {
-        if (!stillUsed.contains(Folded(record->GetFileName(), Services.LeadBytes()))) {
+        if (!stillUsed.contains(FoldedFileName(record->GetFileName(), Services.LeadBytes()))) {
             DeleteFavorite(*record);
         }
     }
