@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <stdexcept>
 
 namespace pmx::bench {
@@ -46,36 +47,39 @@ bool AreEqualRecords(const CPMXTemplUIListData& left, const CPMXTemplUIListData&
 
 } // namespace
 
-Records MakeFavorites(std::size_t count) {
-    Records records;
-    records.reserve(count);
+void Open(const Place& place, CPMXTemplUIListDataArray& list) {
+    Require(list.SetFolder(place.Folder.c_str()), "the folder cannot be opened");
+}
+
+void AddFavorites(std::size_t count, CPMXTemplUIListDataArray& list) {
     for (std::size_t number = 0; number < count; ++number) {
-        records.push_back(MakeFavorite(number));
-    }
-    return records;
-}
-
-bool AreEqual(const Records& left, const Records& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](const auto& first, const auto& second) { return AreEqualRecords(*first, *second); });
-}
-
-FavoritesFolder::FavoritesFolder(std::size_t count) : FavoriteCount(count) {
-    const std::unique_ptr<CPMXTemplUIListDataArray> list = Open();
-    for (std::unique_ptr<CPMXTemplUIListData>& record : MakeFavorites(count)) {
-        list->Add(std::move(record));
-    }
-    if (!list->WriteListFile()) {
-        throw std::runtime_error("the list file of a benchmark cannot be written");
+        list.Add(MakeFavorite(number));
     }
 }
 
-std::unique_ptr<CPMXTemplUIListDataArray> FavoritesFolder::Open() const {
-    auto list = std::make_unique<CPMXTemplUIListDataArray>();
-    if (!list->SetFolder(Folder.Path().c_str())) {
-        throw std::runtime_error("the folder of a benchmark cannot be opened");
+void WriteFavorites(std::size_t count, const Place& place) {
+    CPMXTemplUIListDataArray list;
+    Open(place, list);
+    AddFavorites(count, list);
+    Require(list.WriteListFile(), "the list file cannot be written");
+}
+
+bool AreEqual(const CPMXTemplUIListDataArray& left, const CPMXTemplUIListDataArray& right) {
+    if (left.GetSize() != right.GetSize()) {
+        return false;
     }
-    return list;
+    for (std::int64_t index = 0; index < left.GetSize(); ++index) {
+        if (!AreEqualRecords(*left.GetAt(index), *right.GetAt(index))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Require(bool holds, const std::string& what) {
+    if (!holds) {
+        throw std::runtime_error(what);
+    }
 }
 
 } // namespace pmx::bench

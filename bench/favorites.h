@@ -4,43 +4,41 @@
 #include "support/temp_folder.h"
 
 #include <cstddef>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace pmx::bench {
 
-using Records = std::vector<std::unique_ptr<CPMXTemplUIListData>>;
+/// A favorites folder, and its list file by the system's path.
+struct Place {
+    std::string Folder;
+    std::string Path;
+};
 
-/// That many user favorites at document level, with Japanese names of different lengths in code page 932,
-/// trail bytes equal to separators among them, and a favorite file named after each. The same at every call.
-Records MakeFavorites(std::size_t count);
-
-/// True when both hold the same favorites in the same order, as far as the list file tells.
-bool AreEqual(const Records& left, const Records& right);
-
-/// A favorites folder of its own, gone at the end, with a list file of that many favorites that the store
-/// wrote.
+/// A favorites folder of its own, empty at first, gone at the end.
 class FavoritesFolder {
 public:
-    explicit FavoritesFolder(std::size_t count);
-
-    const std::string& Path() const { return Folder.Path(); }
-
-    /// The path of a file in it, in code page 932.
-    std::string Path(const std::string& name) const { return Folder.Path(name); }
-
-    std::size_t Count() const { return FavoriteCount; }
-
-    /// Opens the folder; its list is not read yet.
-    std::unique_ptr<CPMXTemplUIListDataArray> Open() const;
+    const Place& GetPlace() const { return ItsPlace; }
 
 private:
     test::TempFolder Folder{"benchmark"};
-    std::size_t FavoriteCount;
+    Place ItsPlace{Folder.Path(), test::DiskPath(Folder.Path("PmxTempleList.ini")).string()};
 };
 
-/// Name of the list file in the folder.
-inline constexpr const char* ListFileName = "PmxTempleList.ini";
+/// Makes it the list's folder. Throws when that cannot be done, as all here do.
+void Open(const Place& place, CPMXTemplUIListDataArray& list);
+
+/// Adds that many user favorites at document level, with Japanese names of different lengths in code page
+/// 932, trail bytes equal to separators among them, and a favorite file named after each. The same every
+/// time.
+void AddFavorites(std::size_t count, CPMXTemplUIListDataArray& list);
+
+/// A folder with a list file of that many favorites, written by the store.
+void WriteFavorites(std::size_t count, const Place& place);
+
+/// True when both hold the same favorites in the same order, as far as the list file tells.
+bool AreEqual(const CPMXTemplUIListDataArray& left, const CPMXTemplUIListDataArray& right);
+
+/// Throws with `what` unless it holds.
+void Require(bool holds, const std::string& what);
 
 } // namespace pmx::bench

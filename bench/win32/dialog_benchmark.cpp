@@ -7,10 +7,9 @@
 #include <chrono>
 #include <functional>
 #include <iostream>
-#include <stdexcept>
 
 // Opening the dialogs of the built library on a long list, from the call until the dialog waits for input.
-// Prints operation, dialog and the shortest time in microseconds.
+// Prints operation, dialog, count and the shortest time in microseconds.
 
 namespace pmx::bench {
 
@@ -28,20 +27,19 @@ void Measure(const char* dialog, int list, const std::function<std::int64_t(HWND
     auto shortest = std::chrono::microseconds::max();
     for (int repetition = 0; repetition < Repetitions; ++repetition) {
         const DialogOpening opening = OpenOnce(list, open);
-        if (opening.Rows != static_cast<int>(Count)) {
-            throw std::runtime_error("the dialog does not show the favorites");
-        }
+        Require(opening.Rows == static_cast<int>(Count), "the dialog does not show the favorites");
         shortest = std::min(shortest, opening.Time);
     }
-    std::cout << "open " << dialog << ' ' << shortest.count() << '\n';
+    std::cout << "open " << dialog << ' ' << Count << ' ' << shortest.count() << '\n';
 }
 
 void MeasureAll() {
-    const FavoritesFolder folder(Count);
-    Measure("editor", EditorList,
-            [&](HWND owner) { return EX_ShowTemplateUI(folder.Path().c_str(), owner); });
+    const FavoritesFolder folder;
+    const Place& place = folder.GetPlace();
+    WriteFavorites(Count, place);
+    Measure("editor", EditorList, [&](HWND owner) { return EX_ShowTemplateUI(place.Folder.c_str(), owner); });
     Measure("basic-list", BasicList, [&](HWND owner) {
-        return EX_ShowChoiceUIBasic(folder.Path().c_str(), ListFileName, ".pmt", owner);
+        return EX_ShowChoiceUIBasic(place.Folder.c_str(), "PmxTempleList.ini", ".pmt", owner);
     });
 }
 
