@@ -2,6 +2,7 @@
 #include "list_text.h"
 #include "whole_file.h"
 
+#include <filesystem>
 #include <vector>
 
 #include <windows.h>
@@ -16,9 +17,9 @@ namespace {
 constexpr std::size_t MostByKey = 1000;
 
 void LoadSection(const Place& place, CPMXTemplUIListDataArray& list) {
-    constexpr DWORD mostBytes = 1 << 25;
-    std::vector<char> entries(mostBytes);
-    GetPrivateProfileSectionA(Section, entries.data(), mostBytes, place.Path.c_str());
+    std::vector<char> entries(std::filesystem::file_size(place.Path));
+    GetPrivateProfileSectionA(Section, entries.data(), static_cast<DWORD>(entries.size()),
+                              place.Path.c_str());
     SectionReader reader(list);
     for (const char* next = entries.data(); *next != '\0';) {
         const std::string_view entry = next;
