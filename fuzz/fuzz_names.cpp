@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view Forbidden = "\\/:*?\"<>|";
 
 bool IsBoundary(std::string_view text, std::size_t place) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     std::size_t position = 0;
     while (position < place) {
         position += CharacterLength(text, position, leadBytes);
@@ -25,7 +25,7 @@ bool IsBoundary(std::string_view text, std::size_t place) {
 }
 
 void CheckCutting(std::string_view text) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     for (const std::size_t limit : {std::size_t{0}, std::size_t{1}, std::size_t{32}, text.size()}) {
         const std::size_t length = LengthWithin(text, limit, leadBytes);
         Require(length <= limit && length <= text.size(), "a cut text is within its limit");
@@ -34,13 +34,13 @@ void CheckCutting(std::string_view text) {
 }
 
 void CheckTrimming(std::string_view text) {
-    const std::string_view trimmed = Trimmed(text, SystemText().LeadBytes());
-    Require(trimmed.size() <= text.size() && Trimmed(trimmed, SystemText().LeadBytes()) == trimmed,
+    const std::string_view trimmed = Trimmed(text, SystemLeadBytes());
+    Require(trimmed.size() <= text.size() && Trimmed(trimmed, SystemLeadBytes()) == trimmed,
             "a trimmed text stays as it is");
 }
 
 void CheckFileName(const std::string& name) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     const std::string safe = SanitizeFileName(name, leadBytes);
     Require(safe.size() == name.size(), "a safe name is as long as the name");
     for (const char letter : Forbidden) {
@@ -71,10 +71,10 @@ void Run(const std::string& text) {
     CheckTrimming(text);
     CheckFileName(text.substr(0, text.find('\0')));
     CheckPath(text);
-    Require(EqualIgnoringLetterCase(text, text, SystemText().LeadBytes()), "a text equals itself");
+    Require(EqualIgnoringCase(text, text, SystemLeadBytes()), "a text equals itself");
     LeadingNumber(text);
-    if (const auto record = ParseListValue(text, SystemText().LeadBytes())) {
-        Require(ParseListValue(FormatListValue(*record), SystemText().LeadBytes()) != nullptr,
+    if (const auto record = ParseListValue(text, SystemLeadBytes())) {
+        Require(ParseListValue(FormatListValue(*record), SystemLeadBytes()) != nullptr,
                 "a favorite that is written can be read");
     }
 }

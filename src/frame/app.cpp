@@ -27,8 +27,8 @@ bool CPMXTemplUIApp::InitInstance() {
     const auto loadResources = reinterpret_cast<PmxLoadDefaultResourceDLL>(found);
     void* loaded = nullptr;
     // An error in the host's library must not keep the favorites from loading.
-    const bool completed = SystemGuard().Run(
-        [&] { loaded = loadResources(reinterpret_cast<void*>(States.OwnModule()), ResourceTag); });
+    const bool completed =
+        RunGuarded([&] { loaded = loadResources(reinterpret_cast<void*>(States.OwnModule()), ResourceTag); });
     if (completed && loaded != nullptr) {
         ResourceLibrary = static_cast<ModuleHandle>(reinterpret_cast<std::uintptr_t>(loaded));
         States.SetResourceModule(ResourceLibrary);

@@ -4,6 +4,7 @@
 #include "dialogs/choice/choice_basic_dlg.h"
 #include "dialogs/choice/choice_entry_dlg.h"
 #include "dialogs/editor/main_dlg.h"
+#include "platform/text.h"
 
 #include <string>
 
@@ -37,8 +38,8 @@ std::int64_t ResultOfDialog(int code) {
 
 std::int64_t ShowEditor(const char* folder, WindowHandle owner, const DialogServices& services,
                         const StoreServices& storeServices) {
-    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, services.CodePage.LeadBytes()),
-                              EditorListFileName, EditorExtension, owner, services, storeServices);
+    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, SystemLeadBytes()), EditorListFileName,
+                              EditorExtension, owner, services, storeServices);
     return ResultOfDialog(dialog.DoModal());
 }
 

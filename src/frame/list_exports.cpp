@@ -70,7 +70,7 @@ bool LoadForHost(const CPMXTemplUIListDataArray& list, CPMXTemplUIListData& reco
 /// The summary of the favorite at `position`, which holds one.
 TemplInfo MakeSummary(const CPMXTemplUIListDataArray& list, std::int64_t position) {
     const CPMXTemplUIListData& record = *list.GetAt(position);
-    const LeadByteTable& leadBytes = list.GetServices().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     TemplInfo info{};
     info.Position = position;
     info.Standard = record.GetStandard();

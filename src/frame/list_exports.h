@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PMXTemplUI.h"
+#include "platform/text.h"
 #include "store/list_data_array.h"
 
 #include <cstdint>

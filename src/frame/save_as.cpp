@@ -2,6 +2,7 @@
 
 #include "dialogs/choice/sel_level_dlg.h"
 #include "frame/list_exports.h"
+#include "platform/text.h"
 #include "res/ids.h"
 #include "store/levels.h"
 
@@ -64,7 +65,7 @@ bool Overwrite(const CPMXTemplUIListDataArray& list, TemplInfo& info, const std:
         !list.SaveFavorite(*record)) {
         return false;
     }
-    FillSummaryText(info.Name, name, list.GetServices().LeadBytes());
+    FillSummaryText(info.Name, name, SystemLeadBytes());
     return true;
 }
 
@@ -96,7 +97,7 @@ bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& 
     info.Level = record->GetLevel();
     info.Toolbar = record->GetToolbar();
     info.IconIndex = record->GetIconIndex();
-    FillSummaryText(info.Name, name, list.GetServices().LeadBytes());
+    FillSummaryText(info.Name, name, SystemLeadBytes());
     info.Position = list.Add(std::move(record));
     return true;
 }

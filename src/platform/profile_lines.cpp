@@ -7,7 +7,7 @@
 namespace pmx {
 
 std::string InOneCase(std::string_view name) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     std::string folded(name);
     for (std::size_t position = 0; position < folded.size();
          position += CharacterLength(folded, position, leadBytes)) {

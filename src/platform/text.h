@@ -10,27 +10,20 @@ namespace pmx {
 /// Which byte values begin a double-byte character in the system's code page, indexed by the byte.
 using LeadByteTable = std::array<bool, 256>;
 
-/// The multibyte code page of the system (932 in practice; always 932 in the native build).
-/// All strings are narrow strings in that code page. No operation fails.
-class Text {
-public:
-    virtual ~Text() = default;
+/// The lead bytes of the system's multibyte code page, in which all strings are (932 in practice, and always
+/// in the native build). A code page without double-byte characters (1252, UTF-8) has none.
+const LeadByteTable& SystemLeadBytes();
 
-    /// Valid for the lifetime of the service.
-    virtual const LeadByteTable& LeadBytes() const = 0;
+/// Those of code page 932, whatever the system's.
+const LeadByteTable& LeadBytesOf932();
 
-    /// True when both texts are equal without regard to the case of single-byte letters A to Z;
-    /// double-byte characters, full-width letters included, compare exactly.
-    virtual bool EqualIgnoringCase(std::string_view left, std::string_view right) const = 0;
+/// True when the text is well-formed UTF-8, as every text of ASCII is.
+bool IsUtf8(std::string_view text);
 
-protected:
-    Text() = default;
-    Text(const Text&) = default;
-    Text& operator=(const Text&) = default;
-};
-
-/// The system's code page. Lives as long as the process.
-Text& SystemText();
+/// The lead bytes by which a text of the list file is to be read, which another process may have written in
+/// code page 932: the system's where it has any; otherwise none for well-formed UTF-8, and those of 932 for
+/// all else.
+const LeadByteTable& LeadBytesIn(std::string_view text, const LeadByteTable& system = SystemLeadBytes());
 
 /// Length in bytes (1 or 2) of the character that begins at `position`, which must be inside `text`.
 /// A lead byte at the very end counts as one byte.
@@ -56,8 +49,13 @@ std::size_t FindSingleByte(std::string_view text, char wanted, const LeadByteTab
 std::size_t LengthWithin(std::string_view text, std::size_t limit, const LeadByteTable& leadBytes);
 
 /// True when both texts are equal without regard to the case of single-byte letters A to Z; everything else,
-/// second bytes that have the value of a letter included, compares exactly.
-bool EqualIgnoringLetterCase(std::string_view left, std::string_view right, const LeadByteTable& leadBytes);
+/// full-width letters and second bytes that have the value of a letter included, compares exactly.
+bool EqualIgnoringCase(std::string_view left, std::string_view right, const LeadByteTable& leadBytes);
+
+/// The same for two names of favorites.
+inline bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    return left.size() == right.size() && EqualIgnoringCase(left, right, LeadBytesIn(left));
+}
 
 /// True for space, tab, line feed, vertical tab, form feed and carriage return.
 constexpr bool IsBlank(char character) {

@@ -6,11 +6,11 @@
 
 namespace pmx {
 
-/// Calls `work`, which calls the host's libraries, under the guard; false when it raised anything. Needs no
-/// memory of its own, so that lack of memory is not raised here either.
+/// Calls `work`, which calls the host's libraries; false when it raised anything. Needs no memory of its own,
+/// so that lack of memory is not raised here either.
 template <typename Work>
-bool CallHost(Guard& guard, Work work) {
-    return guard.Run(std::ref(work));
+bool CallHost(Work work) {
+    return RunGuarded(std::ref(work));
 }
 
 } // namespace pmx

@@ -56,16 +56,15 @@ bool IsFileOfUserFavorite(const CPMXTemplUIListDataArray& list, const std::strin
     const std::vector<const CPMXTemplUIListData*> records = list.GetRecords();
     return std::any_of(records.begin(), records.end(), [&](const CPMXTemplUIListData* record) {
         return record != nullptr && !record->IsStandard() &&
-               list.GetServices().CodePage.EqualIgnoringCase(path, record->GetFilePath(list.GetFolder()));
+               EqualIgnoringCase(path, record->GetFilePath(list.GetFolder()));
     });
 }
 
 /// Writes the document aside in the target's folder and renames the whole file over the target.
-bool SaveWhole(const StoreServices& services, CPMXTemplUIListData& content, const std::string& path,
-               Guard& guard) {
+bool SaveWhole(const StoreServices& services, CPMXTemplUIListData& content, const std::string& path) {
     Files& files = services.FileSystem;
-    TemporaryFile aside(files, services.Timer, FolderOf(path, services.LeadBytes()));
-    if (aside.GetPath().empty() || !content.SaveDocument(aside.GetPath().c_str(), guard) ||
+    TemporaryFile aside(files, services.Timer, FolderOf(path, SystemLeadBytes()));
+    if (aside.GetPath().empty() || !content.SaveDocument(aside.GetPath().c_str()) ||
         files.Flush(aside.GetPath()) != FileError::None ||
         files.Replace(aside.GetPath(), path) != FileError::None) {
         return false;
@@ -75,10 +74,10 @@ bool SaveWhole(const StoreServices& services, CPMXTemplUIListData& content, cons
 }
 
 /// Puts the record's name and level into its document.
-bool StampDocument(CPMXTemplUIListData& record, Guard& guard) {
+bool StampDocument(CPMXTemplUIListData& record) {
     CPmxDocument& document = *record.GetDocument();
     bool named = false;
-    const bool completed = CallHost(guard, [&] {
+    const bool completed = CallHost([&] {
         named = document.SetName(record.GetName());
         document.SetTemplateLevel(record.GetLevel());
     });
@@ -95,8 +94,7 @@ void FavoriteImport::Discard() {
 }
 
 ImportResult FavoriteImport::Read(const std::string& path) {
-    const std::optional<std::string> fileName =
-        List.MakeFileName(ListableBaseName(path, List.GetServices().LeadBytes()));
+    const std::optional<std::string> fileName = List.MakeFileName(ListableBaseName(path, SystemLeadBytes()));
     if (!fileName) {
         return ImportResult::NoFileName;
     }
@@ -108,7 +106,7 @@ ImportResult FavoriteImport::Read(const std::string& path) {
     if (!Copy(path)) {
         return ImportResult::NotCopied;
     }
-    if (!Record->EnsureDocument(ForeignCalls)) {
+    if (!Record->EnsureDocument()) {
         return ImportResult::OutOfMemory;
     }
     return TakeOverDocument() ? ImportResult::Success : ImportResult::NotRead;
@@ -126,7 +124,7 @@ bool FavoriteImport::TakeOverDocument() {
     if (!List.LoadFavorite(*Record)) {
         return false;
     }
-    return CallHost(ForeignCalls, [this] {
+    return CallHost([this] {
         Record->SetName(Record->GetDocument()->GetName());
         Record->SetLevel(Record->GetDocument()->GetTemplateLevel());
     });
@@ -135,27 +133,27 @@ bool FavoriteImport::TakeOverDocument() {
 std::int64_t FavoriteImport::Finish(const std::string& name) {
     Record->SetName(name);
     // A host that refuses gets the name again when the favorite is next saved; the list file has it anyway.
-    CallHost(ForeignCalls, [&] { Record->GetDocument()->SetName(name); });
+    CallHost([&] { Record->GetDocument()->SetName(name); });
     return List.Add(std::move(Record));
 }
 
 std::string ProposedExportName(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record) {
-    return SanitizeFileName(record.GetName(), list.GetServices().LeadBytes()) + list.GetExtension();
+    return SanitizeFileName(record.GetName(), SystemLeadBytes()) + list.GetExtension();
 }
 
 ExportResult ExportFavorite(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record,
-                            const std::string& path, Guard& guard) {
+                            const std::string& path) {
     if (IsFileOfUserFavorite(list, path)) {
         return ExportResult::OwnFile;
     }
     CPMXTemplUIListData copy;
     copy = record;
-    if (!copy.EnsureDocument(guard) || !list.LoadFavorite(copy)) {
+    if (!copy.EnsureDocument() || !list.LoadFavorite(copy)) {
         return ExportResult::NotRead;
     }
     const StoreServices& services = list.GetServices();
-    if (services.CodePage.EqualIgnoringCase(path, list.GetListFilePath()) || !StampDocument(copy, guard) ||
-        !SaveWhole(services, copy, path, guard)) {
+    if (EqualIgnoringCase(path, list.GetListFilePath()) || !StampDocument(copy) ||
+        !SaveWhole(services, copy, path)) {
         return ExportResult::NotWritten;
     }
     return ExportResult::Success;

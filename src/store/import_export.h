@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/guard.h"
+#include "platform/text.h"
 #include "store/list_data_array.h"
 
 #include <cstdint>
@@ -26,8 +26,8 @@ enum class ImportResult {
 /// when Finish puts the favorite into the list; otherwise it is deleted, with retries, at the end.
 class FavoriteImport {
 public:
-    /// `list` and `guard` must outlive this object.
-    FavoriteImport(CPMXTemplUIListDataArray& list, Guard& guard) : List(list), ForeignCalls(guard) {}
+    /// `list` must outlive this object.
+    explicit FavoriteImport(CPMXTemplUIListDataArray& list) : List(list) {}
     FavoriteImport(const FavoriteImport&) = delete;
     FavoriteImport& operator=(const FavoriteImport&) = delete;
     ~FavoriteImport() { Discard(); }
@@ -50,7 +50,6 @@ private:
     bool TakeOverDocument();
 
     CPMXTemplUIListDataArray& List;
-    Guard& ForeignCalls;
     std::unique_ptr<CPMXTemplUIListData> Record; // null before Read and after Finish
     bool Copied = false;
 };
@@ -69,7 +68,7 @@ std::string ProposedExportName(const CPMXTemplUIListDataArray& list, const CPMXT
 /// Writes a favorite, as its file in the favorites folder has it, to `path` under the record's name and
 /// level. The target is replaced by a whole file or stays as it was; the record is not changed.
 ExportResult ExportFavorite(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record,
-                            const std::string& path, Guard& guard);
+                            const std::string& path);
 
 /// The file name in a path, without its folder and its extension.
 std::string BaseNameOf(std::string_view path, const LeadByteTable& leadBytes);

@@ -25,7 +25,7 @@ CPMXTemplUIListData& CPMXTemplUIListData::operator=(const CPMXTemplUIListData& s
     IconIndex = source.IconIndex;
     if (Document && source.Document) {
         const CPmxDocument& content = *source.Document;
-        if (CallHost(SystemGuard(), [&] { *Document = content; })) {
+        if (CallHost([&] { *Document = content; })) {
             DocumentReady = source.DocumentReady;
         } else {
             ReleaseDocument();
@@ -34,43 +34,43 @@ CPMXTemplUIListData& CPMXTemplUIListData::operator=(const CPMXTemplUIListData& s
     return *this;
 }
 
-bool CPMXTemplUIListData::EnsureDocument(Guard& guard) {
+bool CPMXTemplUIListData::EnsureDocument() {
     if (Document) {
         return true;
     }
-    CallHost(guard, [this] { Document = std::make_unique<FavoriteDocument>(); });
+    CallHost([this] { Document = std::make_unique<FavoriteDocument>(); });
     DocumentReady = true;
     return Document != nullptr;
 }
 
-bool CPMXTemplUIListData::ReleaseDocument(Guard& guard) {
+bool CPMXTemplUIListData::ReleaseDocument() {
     if (!Document) {
         return true;
     }
     // The destructor may raise, which the smart pointer itself would not survive.
     FavoriteDocument* const document = Document.release();
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
-    return CallHost(guard, [document] { delete document; });
+    return CallHost([document] { delete document; });
 }
 
-bool CPMXTemplUIListData::LoadDocument(const char* path, Guard& guard) {
+bool CPMXTemplUIListData::LoadDocument(const char* path) {
     if (path == nullptr || *path == '\0' || !Document) {
         return false;
     }
     bool loaded = false;
-    if (!CallHost(guard, [&] { loaded = Document->Load(path, nullptr); }) || !loaded) {
+    if (!CallHost([&] { loaded = Document->Load(path, nullptr); }) || !loaded) {
         return false;
     }
     DocumentReady = true;
     return true;
 }
 
-bool CPMXTemplUIListData::SaveDocument(const char* path, Guard& guard) {
+bool CPMXTemplUIListData::SaveDocument(const char* path) {
     if (path == nullptr || *path == '\0' || !Document) {
         return false;
     }
     bool saved = false;
-    if (!CallHost(guard, [&] { saved = Document->Save(path); }) || !saved) {
+    if (!CallHost([&] { saved = Document->Save(path); }) || !saved) {
         return false;
     }
     DocumentReady = true;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "host/CPmxDocument.h"
-#include "platform/guard.h"
 
 #include <cstdint>
 #include <memory>
@@ -89,21 +88,21 @@ public:
     void SetDocumentReady(bool ready) { DocumentReady = ready; }
 
     /// Makes an empty document unless the record has one. False when none can be made.
-    bool EnsureDocument(Guard& guard = SystemGuard());
+    bool EnsureDocument();
 
     /// Destroys the document, if any. The record has none afterwards in every case; false when destroying it
     /// raised.
-    bool ReleaseDocument(Guard& guard = SystemGuard());
+    bool ReleaseDocument();
 
     /// `folder`, which ends in a separator, followed by FileName.
     std::string GetFilePath(const std::string& folder) const { return folder + FileName; }
 
     /// Reads a favorite file into the document. False when the path is null or empty, when there is no
     /// document, or when the host refuses or raises.
-    bool LoadDocument(const char* path, Guard& guard = SystemGuard());
+    bool LoadDocument(const char* path);
 
     /// Writes the document to a favorite file; false as with LoadDocument.
-    bool SaveDocument(const char* path, Guard& guard = SystemGuard());
+    bool SaveDocument(const char* path);
 
 private:
     std::uint32_t Standard = 0;

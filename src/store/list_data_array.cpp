@@ -1,5 +1,6 @@
 #include "store/list_data_array.h"
 
+#include "platform/text.h"
 #include "store/favorite_files.h"
 #include "store/levels.h"
 #include "store/list_file.h"
@@ -115,7 +116,7 @@ bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
     }
     std::size_t last = 0;
     for (std::size_t position = 0; position < Folder.size();
-         position += CharacterLength(Folder, position, Services.LeadBytes())) {
+         position += CharacterLength(Folder, position, SystemLeadBytes())) {
         last = position;
     }
     if (Folder.compare(last, std::string::npos, "\\") != 0) {
@@ -184,7 +185,7 @@ std::vector<const CPMXTemplUIListData*> CPMXTemplUIListDataArray::GetRecords() c
 }
 
 bool CPMXTemplUIListDataArray::IsSameName(const CPMXTemplUIListData& record, const std::string& name) const {
-    return Services.CodePage.EqualIgnoringCase(record.GetName(), name);
+    return EqualIgnoringCase(record.GetName(), name);
 }
 
 NameUse CPMXTemplUIListDataArray::CheckName(const std::string& name) const {
@@ -218,13 +219,13 @@ CPMXTemplUIListData* CPMXTemplUIListDataArray::FindByName(const std::string& nam
 }
 
 std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::string& name) const {
-    std::string base = SanitizeFileName(name, Services.LeadBytes());
+    std::string base = SanitizeFileName(name, SystemLeadBytes());
     if (base.empty()) {
         base = DefaultBaseName;
     }
     const std::string plain = base + Extension;
     // A device's name (NUL.pmt) is taken in every folder, the list file's even before there is one.
-    if (IsPlainFileName(plain, Services.LeadBytes()) && !IsListFileName(plain) &&
+    if (IsPlainFileName(plain, SystemLeadBytes()) && !IsListFileName(plain) &&
         !Services.FileSystem.Exists(Folder + plain)) {
         return plain;
     }
@@ -252,14 +253,14 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
 std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemplUIListData& record) const {
     const std::string& fileName = record.GetFileName();
     const bool isFolderSet = !ListFilePath.empty();
-    if (!isFolderSet || !IsPlainFileName(fileName, Services.LeadBytes()) || IsListFileName(fileName)) {
+    if (!isFolderSet || !IsPlainFileName(fileName, SystemLeadBytes()) || IsListFileName(fileName)) {
         return std::nullopt;
     }
     return record.GetFilePath(Folder);
 }
 
 bool CPMXTemplUIListDataArray::IsListFileName(std::string_view fileName) const {
-    return Services.CodePage.EqualIgnoringCase(WithoutEnd(fileName), WithoutEnd(ListFileName));
+    return EqualIgnoringCase(WithoutEnd(fileName), WithoutEnd(ListFileName));
 }
 
 bool CPMXTemplUIListDataArray::LoadFavorite(CPMXTemplUIListData& record) const {
@@ -316,11 +317,11 @@ void CPMXTemplUIListDataArray::DeleteUnusedFiles(
         if (record->GetDeleteFlag() == 1 && !record->IsStandard()) {
             deleted.push_back(record);
         } else {
-            stillUsed.insert(FoldedFileName(record->GetFileName(), Services.LeadBytes()));
+            stillUsed.insert(FoldedFileName(record->GetFileName(), SystemLeadBytes()));
         }
     }
     for (const CPMXTemplUIListData* const record : deleted) {
-        if (!stillUsed.contains(FoldedFileName(record->GetFileName(), Services.LeadBytes()))) {
+        if (!stillUsed.contains(FoldedFileName(record->GetFileName(), SystemLeadBytes()))) {
             DeleteFavorite(*record);
         }
     }

@@ -311,7 +311,7 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
 
 bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
                   const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take) {
-    ListCollector collector(valueLimit, services.LeadBytes(), take);
+    ListCollector collector(valueLimit, SystemLeadBytes(), take);
     const bool isRead = services.Profiles.VisitSection(
         path, ListSection,
         [&collector](std::string_view key, std::string_view value) { collector.Visit(key, value); });

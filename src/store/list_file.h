@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/text.h"
 #include "store/list_data.h"
 #include "store/store_services.h"
 

@@ -31,7 +31,7 @@ bool PutPart(CPmxDocument& document, const std::string& name, std::int32_t level
         return false;
     }
     bool accepted = false;
-    const bool completed = CallHost(SystemGuard(), [&] {
+    const bool completed = CallHost([&] {
         document.SetTemplateLevel(level);
         _LM_DOCUMENTLAYOUTTABLE table{};
         document.GetTable(table);
@@ -81,7 +81,7 @@ bool CPMXTemplUIListHolder::RenameAt(std::int64_t index, const std::string& name
         return false;
     }
     bool named = false;
-    return CallHost(SystemGuard(), [&] { named = record->GetDocument()->SetName(name); }) && named;
+    return CallHost([&] { named = record->GetDocument()->SetName(name); }) && named;
 }
 
 bool CPMXTemplUIListHolder::IsNewNameUnique(std::int64_t index, const std::string& name) const {
@@ -102,7 +102,7 @@ bool CPMXTemplUIListHolder::GetAttributeTable(const std::string& name, std::int3
         return false;
     }
     _LM_DOCUMENTLAYOUTTABLE whole{};
-    if (!CallHost(SystemGuard(), [&] { record->GetDocument()->GetTable(whole); })) {
+    if (!CallHost([&] { record->GetDocument()->GetTable(whole); })) {
         return false;
     }
     table = {};
@@ -169,7 +169,7 @@ StoreResult CPMXTemplUIListHolder::SaveNewRecord(const std::string& name, std::i
 
 void CPMXTemplUIListHolder::TakeOver(const CPmxDocument& source, CPMXTemplUIListData& record) {
     CPmxDocument* const document = record.GetDocument();
-    if (document != &source && !CallHost(SystemGuard(), [&] { *document = source; })) {
+    if (document != &source && !CallHost([&] { *document = source; })) {
         // The file holds the favorite; the document is read from it again when it is needed.
         record.ReleaseDocument();
     }

@@ -3,7 +3,7 @@
 namespace pmx {
 
 const StoreServices& SystemStoreServices() {
-    static const StoreServices Services{SystemFiles(), SystemProfile(), SystemText(), SystemClock()};
+    static const StoreServices Services{SystemFiles(), SystemProfile(), SystemClock()};
     return Services;
 }
 

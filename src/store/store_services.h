@@ -3,7 +3,6 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/profile.h"
-#include "platform/text.h"
 
 #include <cstdint>
 #include <limits>
@@ -15,13 +14,10 @@ namespace pmx {
 struct StoreServices {
     Files& FileSystem;
     Profile& Profiles;
-    Text& CodePage;
     Clock& Timer;
 
     /// The highest number that a favorite's file name gets when the name itself is taken.
     std::int32_t LastFileNumber = std::numeric_limits<std::int32_t>::max();
-
-    const LeadByteTable& LeadBytes() const { return CodePage.LeadBytes(); }
 };
 
 /// The system's own services. Lives as long as the process.

@@ -204,7 +204,7 @@ void Import(World& world) {
     if (!list) {
         return;
     }
-    FavoriteImport import(*list, SystemGuard());
+    FavoriteImport import(*list);
     if (import.Read(world.Outside.Path("x.pmt")) == ImportResult::Success) {
         import.Finish("Imported");
         list->WriteListFile();
@@ -213,7 +213,7 @@ void Import(World& world) {
 
 void Export(World& world) {
     if (const auto list = Opened(world)) {
-        ExportFavorite(*list, *list->GetAt(0), world.Outside.Path("x.pmt"), SystemGuard());
+        ExportFavorite(*list, *list->GetAt(0), world.Outside.Path("x.pmt"));
     }
 }
 
@@ -252,7 +252,7 @@ std::vector<std::string> WithoutNumbers(std::vector<std::string> list) {
 
 void ExpectEveryFavoriteHasItsFile(const FolderContent& now) {
     for (const std::string& value : now.List) {
-        const auto record = ParseListValue(value, SystemText().LeadBytes());
+        const auto record = ParseListValue(value, SystemLeadBytes());
         ASSERT_NE(record, nullptr);
         if (!record->IsStandard()) {
             EXPECT_TRUE(now.Favorites.contains(record->GetFileName())) << value;

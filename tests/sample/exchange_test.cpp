@@ -29,15 +29,14 @@ protected:
         EXPECT_TRUE(favorite.EnsureDocument());
         EXPECT_TRUE(List.SetFolder(Folder.Path().c_str()));
         EXPECT_TRUE(List.SaveFavorite(favorite));
-        EXPECT_EQ(ExportFavorite(List, favorite, Outside.Path("Whole.pmt"), SystemGuard()),
-                  ExportResult::Success);
+        EXPECT_EQ(ExportFavorite(List, favorite, Outside.Path("Whole.pmt")), ExportResult::Success);
         Bytes = Outside.Read("Whole.pmt");
         Folder.Remove("Mine.pmt");
     }
 
     ImportResult Import(const std::string& bytes) {
         Outside.Write("X.pmt", bytes);
-        FavoriteImport import(List, SystemGuard());
+        FavoriteImport import(List);
         const ImportResult result = import.Read(Outside.Path("X.pmt"));
         if (result == ImportResult::Success) {
             import.Finish("Imported");
@@ -59,7 +58,7 @@ protected:
 
 TEST_F(SampleExchangeTest, ExportedFavoriteCarriesNameAndLevelAndCanBeImported) {
     EXPECT_EQ(Outside.Names(), std::vector<std::string>{"Whole.pmt"});
-    FavoriteImport import(List, SystemGuard());
+    FavoriteImport import(List);
     ASSERT_EQ(import.Read(Outside.Path("Whole.pmt")), ImportResult::Success);
     EXPECT_EQ(import.GetRecord().GetName(), Sjis(u8"表紙"));
     EXPECT_EQ(import.GetRecord().GetLevel(), 3);

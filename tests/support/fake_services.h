@@ -14,7 +14,7 @@ public:
     FakeFiles Disk;
     FakeProfile Profiles;
     FakeClock Clock;
-    StoreServices Services{Disk, Profiles, SystemText(), Clock};
+    StoreServices Services{Disk, Profiles, Clock};
 };
 
 } // namespace pmx::test

@@ -1,4 +1,5 @@
 #include "support/favorite_folder.h"
+#include "platform/text.h"
 
 #include <sstream>
 #include <utility>
@@ -55,7 +56,7 @@ std::vector<std::string> FavoriteFolder::ListedNames() const {
     std::vector<std::string> names;
     for (const std::string& value : ListedValues()) {
         const std::size_t begin = value.find('~') + 1;
-        const std::size_t length = FindSingleByte(value.substr(begin), '~', SystemText().LeadBytes());
+        const std::size_t length = FindSingleByte(value.substr(begin), '~', SystemLeadBytes());
         names.push_back(value.substr(begin, length));
     }
     return names;

@@ -91,7 +91,7 @@ std::string MemoryWindow::TextOf(ControlId control) const {
 
 void MemoryWindow::SetText(ControlId control, const std::string& text) {
     Control& target = Get(control, "set its text");
-    target.Text = text.substr(0, LengthWithin(text, target.Limit.value_or(text.size()), Owner.LeadBytes()));
+    target.Text = text.substr(0, LengthWithin(text, target.Limit.value_or(text.size()), SystemLeadBytes()));
     target.SelectionBegin = 0;
     target.SelectionEnd = 0;
 }
@@ -238,7 +238,7 @@ void MemoryWindow::EraseSelection(Control& edit) {
 bool MemoryWindow::InsertText(Control& edit, const std::string& text) {
     const std::size_t kept = edit.Text.size() - (edit.SelectionEnd - edit.SelectionBegin);
     const std::size_t limit = edit.Limit.value_or(kept + text.size());
-    const std::size_t length = LengthWithin(text, limit > kept ? limit - kept : 0, Owner.LeadBytes());
+    const std::size_t length = LengthWithin(text, limit > kept ? limit - kept : 0, SystemLeadBytes());
     if (length > 0) {
         EraseSelection(edit);
         edit.Text.insert(edit.SelectionBegin, text, 0, length);
@@ -323,7 +323,7 @@ void MemoryUser::Tab() {
 
 void MemoryUser::Type(const std::string& text) {
     for (std::size_t position = 0; position < text.size();) {
-        const std::size_t length = CharacterLength(text, position, Window.Owner.LeadBytes());
+        const std::size_t length = CharacterLength(text, position, SystemLeadBytes());
         if (BeginInput() && Window.Focused && Window.Focused->Source.Kind == ControlKind::Edit) {
             Window.InsertText(*Window.Focused, text.substr(position, length));
         }
@@ -338,7 +338,7 @@ void MemoryUser::Paste(const std::string& text) {
 }
 
 void MemoryUser::KeyInEdit(Control& edit, std::uint32_t virtualKey) const {
-    const LeadByteTable& leadBytes = Window.Owner.LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     const bool isSelection = edit.SelectionBegin != edit.SelectionEnd;
     if (virtualKey == key::Delete && !isSelection && edit.SelectionEnd < edit.Text.size()) {
         edit.SelectionEnd += CharacterLength(edit.Text, edit.SelectionEnd, leadBytes);
@@ -548,16 +548,14 @@ void MemoryDialogs::WhileElsewhere(const std::function<void()>& open) {
 MemoryDesktop::MemoryDesktop(Resources& resources)
     : Images(resources),
       Messages(resources),
-      Dialogs(resources, SystemText()),
+      Dialogs(resources),
       Services{.Strings = resources,
                .Dialogs = Dialogs,
                .Messages = Messages,
                .FileChoice = FileChoice,
                .Images = Images,
                .Help = Help,
-               .Libraries = Libraries,
-               .CodePage = SystemText(),
-               .ForeignCalls = ForeignCalls} {
+               .Libraries = Libraries} {
     Messages.Show = [this](const Message& /*message*/, MessageAnswer planned,
                            const std::function<void()>& meanwhile) {
         Dialogs.WhileElsewhere(meanwhile);

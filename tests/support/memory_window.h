@@ -15,9 +15,9 @@
 /// lacks fail the test.
 
 #include "dialogs/base/dialog_services.h"
+#include "platform/text.h"
 #include "support/dialog_template.h"
 #include "support/dialog_user.h"
-#include "support/fake_guard.h"
 #include "support/memory_list.h"
 #include "support/memory_services.h"
 
@@ -188,9 +188,8 @@ class MemoryDialogs final : public DialogRunner {
 public:
     using Script = std::function<void(MemoryUser&)>;
 
-    /// `resources` and `codePage` must outlive this object.
-    MemoryDialogs(const Resources& resources, const Text& codePage)
-        : Templates(resources), CodePageText(codePage) {}
+    /// `resources` must outlive this object.
+    explicit MemoryDialogs(const Resources& resources) : Templates(resources) {}
     ~MemoryDialogs() override;
 
     /// The next dialog that opens must be of that template, and is driven by `script`.
@@ -206,8 +205,6 @@ public:
     /// The topmost open dialog loses the focus while `open` runs, and then gets it back.
     void WhileElsewhere(const std::function<void()>& open);
 
-    const LeadByteTable& LeadBytes() const { return CodePageText.LeadBytes(); }
-
     int WaitCursorsShown = 0; ///< how often a wait cursor was shown
     int WaitCursors = 0;      ///< how many are shown at present
 
@@ -219,7 +216,6 @@ private:
                                  const Script& script);
 
     const Resources& Templates;
-    const Text& CodePageText;
     std::deque<std::pair<ResourceId, Script>> Scripts;
     std::vector<MemoryWindow*> Open; ///< the topmost last
     std::uintptr_t LastHandle = 0;
@@ -235,7 +231,6 @@ public:
     MemoryFileDialogs FileChoice;
     MemoryHelp Help;
     MemoryLibraries Libraries;
-    FakeGuard ForeignCalls;
     MemoryDialogs Dialogs;
     DialogServices Services;
 };

@@ -19,15 +19,8 @@ struct DesktopFailure {};
 class QuietDesktop {
 public:
     QuietDesktop()
-        : Services{Inner.Services.Strings,
-                   Dialogs,
-                   Messages,
-                   FileChoice,
-                   Images,
-                   Inner.Services.Help,
-                   Libraries,
-                   Inner.Services.CodePage,
-                   Inner.Services.ForeignCalls} {}
+        : Services{Inner.Services.Strings, Dialogs,  Messages, FileChoice, Images,
+                   Inner.Services.Help,    Libraries} {}
 
     FailurePlan<DesktopOperation, DesktopFailure> Plan;
 

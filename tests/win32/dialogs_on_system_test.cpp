@@ -39,9 +39,7 @@ protected:
                                       .FileChoice = SystemFileDialogs(),
                                       .Images = Desktop.Services.Images,
                                       .Help = Desktop.Services.Help,
-                                      .Libraries = Desktop.Services.Libraries,
-                                      .CodePage = Desktop.Services.CodePage,
-                                      .ForeignCalls = SystemGuard()};
+                                      .Libraries = Desktop.Services.Libraries};
         CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", Parent, services, Store.Services);
         Desktop.Dialogs.OnOpened(dialog::Editor, script);
         return editor.DoModal();

@@ -32,10 +32,10 @@ void DivideByZero() {
 }
 
 TEST(GuardOfWindows, StopsStructuredExceptionsOfAnyKind) {
-    EXPECT_FALSE(SystemGuard().Run([] { Raise(CustomCode); }));
-    EXPECT_FALSE(SystemGuard().Run([] { Raise(ForeignCppException); }));
-    EXPECT_FALSE(SystemGuard().Run(WriteThroughNull));
-    EXPECT_FALSE(SystemGuard().Run(DivideByZero));
+    EXPECT_FALSE(RunGuarded([] { Raise(CustomCode); }));
+    EXPECT_FALSE(RunGuarded([] { Raise(ForeignCppException); }));
+    EXPECT_FALSE(RunGuarded(WriteThroughNull));
+    EXPECT_FALSE(RunGuarded(DivideByZero));
 }
 
 TEST(GuardOfWindows, KeepsTheCallersStateOverAnException) {
@@ -43,22 +43,22 @@ TEST(GuardOfWindows, KeepsTheCallersStateOverAnException) {
     int failures = 0;
     for (int round = 0; round < 1000; ++round) {
         const std::string local = before + std::to_string(round);
-        failures += SystemGuard().Run([] { Raise(CustomCode); }) ? 0 : 1;
+        failures += RunGuarded([] { Raise(CustomCode); }) ? 0 : 1;
         ASSERT_EQ(local, before + std::to_string(round));
     }
     EXPECT_EQ(failures, 1000);
 }
 
 TEST(GuardOfWindows, LeavesCppExceptionsWorkingAfterwards) {
-    EXPECT_FALSE(SystemGuard().Run(WriteThroughNull));
+    EXPECT_FALSE(RunGuarded(WriteThroughNull));
     EXPECT_THROW(throw std::runtime_error("raised"), std::runtime_error);
-    EXPECT_FALSE(SystemGuard().Run([] { throw std::runtime_error("raised"); }));
+    EXPECT_FALSE(RunGuarded([] { throw std::runtime_error("raised"); }));
 }
 
 TEST(GuardOfWindows, StopsExceptionsThroughNestedGuards) {
     bool inner = true;
-    EXPECT_FALSE(SystemGuard().Run([&] {
-        inner = SystemGuard().Run([] { Raise(CustomCode); });
+    EXPECT_FALSE(RunGuarded([&] {
+        inner = RunGuarded([] { Raise(CustomCode); });
         WriteThroughNull();
     }));
     EXPECT_FALSE(inner);
@@ -72,7 +72,7 @@ LONG CALLBACK ContinueCustom(EXCEPTION_POINTERS* exception) {
 TEST(GuardOfWindows, DoesNotNoticeAnExceptionThatTheHostHandles) {
     void* const handler = AddVectoredExceptionHandler(1, ContinueCustom);
     bool wentOn = false;
-    EXPECT_TRUE(SystemGuard().Run([&] {
+    EXPECT_TRUE(RunGuarded([&] {
         Raise(CustomCode);
         wentOn = true;
     }));
@@ -82,9 +82,8 @@ TEST(GuardOfWindows, DoesNotNoticeAnExceptionThatTheHostHandles) {
 
 TEST(GuardOfWindows, CleansUpWhenAStructuredExceptionPasses) {
     std::string log;
-    EXPECT_FALSE(SystemGuard().Run([&] {
-        SystemGuard().RunThen([&] { SystemGuard().RunThen(WriteThroughNull, [&] { log += "inner "; }); },
-                              [&] { log += "outer"; });
+    EXPECT_FALSE(RunGuarded([&] {
+        RunThen([&] { RunThen(WriteThroughNull, [&] { log += "inner "; }); }, [&] { log += "outer"; });
         log += "not reached";
     }));
     EXPECT_EQ(log, "inner outer");
@@ -93,8 +92,7 @@ TEST(GuardOfWindows, CleansUpWhenAStructuredExceptionPasses) {
 TEST(GuardOfWindows, CleansUpForEveryKindOfException) {
     for (const DWORD code : {CustomCode, ForeignCppException}) {
         int cleanups = 0;
-        EXPECT_FALSE(
-            SystemGuard().Run([&] { SystemGuard().RunThen([&] { Raise(code); }, [&] { ++cleanups; }); }));
+        EXPECT_FALSE(RunGuarded([&] { RunThen([&] { Raise(code); }, [&] { ++cleanups; }); }));
         EXPECT_EQ(cleanups, 1);
     }
 }
@@ -119,8 +117,8 @@ TEST(CallThen, CleansUpWhenACallerHandlesACppExceptionAsAStructuredOne) {
 
 TEST(GuardOfWindows, DoesNotNoticeAStructuredExceptionThatIsHandledInItsFrame) {
     bool handled = false;
-    EXPECT_TRUE(SystemGuard().Run(
-        [&] { handled = !win32::CallProtected([](void*) { Raise(CustomCode); }, nullptr); }));
+    EXPECT_TRUE(
+        RunGuarded([&] { handled = !win32::CallProtected([](void*) { Raise(CustomCode); }, nullptr); }));
     EXPECT_TRUE(handled);
 }
 

@@ -166,9 +166,7 @@ TEST_F(RealHelpEngineTest, F1InAWindowShowsTheNoteOfTheFocusedControlAtTheMouse)
                                   .FileChoice = screen.Services.FileChoice,
                                   .Images = screen.Services.Images,
                                   .Help = Help,
-                                  .Libraries = screen.Services.Libraries,
-                                  .CodePage = screen.Services.CodePage,
-                                  .ForeignCalls = screen.Services.ForeignCalls};
+                                  .Libraries = screen.Services.Libraries};
     HWND cancelButton = nullptr;
     POINT mouse{};
     screen.Dialogs.OnOpened(dialog::BasicList, [&](test::RealUser& user) {

@@ -124,14 +124,14 @@ TEST_F(ModuleStateOfWindows, ExceptionPassesOnAndTheCallersStateIsRestored) {
 
 TEST_F(ModuleStateOfWindows, ExceptionOfAnotherRunTimeRestoresTheCallersState) {
     const ForeignContext host;
-    EXPECT_FALSE(SystemGuard().Run(
-        [&] { States.RunInside([] { RaiseException(ForeignException, 0, 0, nullptr); }); }));
+    EXPECT_FALSE(
+        RunGuarded([&] { States.RunInside([] { RaiseException(ForeignException, 0, 0, nullptr); }); }));
     ExpectCallersState(host.Get());
 }
 
 TEST_F(ModuleStateOfWindows, ContextThatAnExceptionLeftBehindGoesToo) {
     const ForeignContext host;
-    EXPECT_FALSE(SystemGuard().Run([&] {
+    EXPECT_FALSE(RunGuarded([&] {
         States.RunInside([&] {
             ULONG_PTR cookie = 0;
             ActivateActCtx(host.Get(), &cookie);

@@ -13,8 +13,6 @@ const DialogServices& SystemDialogServices() {
         .Images = SystemImageLists(),
         .Help = SystemHelpEngine(),
         .Libraries = SystemDynamicLibraries(),
-        .CodePage = SystemText(),
-        .ForeignCalls = SystemGuard(),
     };
     return Services;
 }

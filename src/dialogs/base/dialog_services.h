@@ -3,12 +3,10 @@
 #include "platform/dialog_window.h"
 #include "platform/dynamic_library.h"
 #include "platform/file_dialogs.h"
-#include "platform/guard.h"
 #include "platform/help_note.h"
 #include "platform/image_list.h"
 #include "platform/message_box.h"
 #include "platform/resources.h"
-#include "platform/text.h"
 
 namespace pmx {
 
@@ -22,8 +20,6 @@ struct DialogServices {
     ImageLists& Images;
     HelpEngine& Help;
     DynamicLibraries& Libraries;
-    Text& CodePage;
-    Guard& ForeignCalls;
 };
 
 /// The system's. Lives as long as the process.

@@ -1,5 +1,6 @@
 #include "dialogs/base/favorite_list_dlg.h"
 #include "dialogs/base/icon_dlg.h"
+#include "platform/text.h"
 #include "res/ids.h"
 
 #include <algorithm>
@@ -62,8 +63,7 @@ void FavoriteListDlg::KeepName(const CPMXTemplUIListData& record) {
 /// left as it was, stands for the whole.
 std::string FavoriteListDlg::EnteredName(const CPMXTemplUIListData& record) const {
     const std::string& name = record.GetName();
-    const std::string shown =
-        name.substr(0, LengthWithin(name, NameLimit, ServicesInUse().CodePage.LeadBytes()));
+    const std::string shown = name.substr(0, LengthWithin(name, NameLimit, SystemLeadBytes()));
     return shown.size() < name.size() && EditName == TrimmedName(shown) ? name : EditName;
 }
 

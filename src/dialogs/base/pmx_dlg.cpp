@@ -1,4 +1,5 @@
 #include "dialogs/base/pmx_dlg.h"
+#include "platform/text.h"
 
 namespace pmx {
 
@@ -98,11 +99,11 @@ std::string CPmxDlg::NameIn(ControlId nameBox) const {
 }
 
 std::string CPmxDlg::TrimmedName(std::string_view name) const {
-    return std::string(Trimmed(name, Services.CodePage.LeadBytes()));
+    return std::string(Trimmed(name, SystemLeadBytes()));
 }
 
 bool CPmxDlg::HasSeparator(std::string_view name) const {
-    return FindSingleByte(name, NameSeparator, Services.CodePage.LeadBytes()) != std::string_view::npos;
+    return FindSingleByte(name, NameSeparator, SystemLeadBytes()) != std::string_view::npos;
 }
 
 bool CPmxDlg::OnOpened(DialogWindow& window) {

@@ -1,5 +1,6 @@
 #include "dialogs/choice/sel_level_dlg.h"
 
+#include "platform/text.h"
 #include "res/ids.h"
 
 #include "PMXTemplUI.h"
@@ -97,7 +98,7 @@ bool CPMXTemplUISelLevelDlg::IsNameFree() {
     for (std::int64_t index = 0; index < count; ++index) {
         const CPMXTemplUIListData* const record = List->GetAt(index);
         if (record == nullptr || record->GetDeleteFlag() == 1 ||
-            !ServicesInUse().CodePage.EqualIgnoringCase(record->GetName(), Name)) {
+            !EqualIgnoringCase(record->GetName(), Name)) {
             continue;
         }
         if (!MayUseTakenName()) {

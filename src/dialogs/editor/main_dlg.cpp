@@ -109,11 +109,10 @@ bool CPMXTemplUIMainDlg::EnsureLoaded(CPMXTemplUIListData& record) const {
     if (record.GetDocument() != nullptr) {
         return true;
     }
-    Guard& guard = ServicesInUse().ForeignCalls;
-    if (record.EnsureDocument(guard) && List->LoadFavorite(record)) {
+    if (record.EnsureDocument() && List->LoadFavorite(record)) {
         return true;
     }
-    record.ReleaseDocument(guard); // an empty document must not pass for the file's content
+    record.ReleaseDocument(); // an empty document must not pass for the file's content
     return false;
 }
 

@@ -106,7 +106,7 @@ private:
     /// Calls the host's libraries; false when they raised anything.
     template <typename Work>
     bool Guarded(Work work) const {
-        return CallHost(ServicesInUse().ForeignCalls, work);
+        return CallHost(work);
     }
 
     // Import and export

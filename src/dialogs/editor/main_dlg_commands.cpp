@@ -19,7 +19,7 @@ void CPMXTemplUIMainDlg::OnNew() {
     }
     const auto level = static_cast<std::int32_t>(dialog.GetLevel());
     auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!record->EnsureDocument(ServicesInUse().ForeignCalls)) {
+    if (!record->EnsureDocument()) {
         Fail(text::OutOfMemory);
         return;
     }
@@ -73,7 +73,7 @@ void CPMXTemplUIMainDlg::EditFavorite(CPMXTemplUIListData& record) {
     }
     record.SetStandard(0);
     if (!Guarded([&] { *record.GetDocument() = std::as_const(edited); })) {
-        record.ReleaseDocument(ServicesInUse().ForeignCalls); // half-way content must not be used
+        record.ReleaseDocument(); // half-way content must not be used
         Warn(text::FileNotCreated);
         return;
     }
@@ -107,7 +107,7 @@ void CPMXTemplUIMainDlg::CopyFavorite(const CPMXTemplUIListData& source, bool sk
 
 /// Gives `draft` a document with the content of the source's. False after a message.
 bool CPMXTemplUIMainDlg::DraftFrom(CPMXTemplUIListData& draft, const CPMXTemplUIListData& source) {
-    if (!draft.EnsureDocument(ServicesInUse().ForeignCalls)) {
+    if (!draft.EnsureDocument()) {
         Fail(text::OutOfMemory);
         return false;
     }
@@ -120,7 +120,7 @@ bool CPMXTemplUIMainDlg::DraftFrom(CPMXTemplUIListData& draft, const CPMXTemplUI
 
 void CPMXTemplUIMainDlg::AddCopy(const std::string& name, std::int32_t level, const CPmxDocument& source) {
     auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!record->EnsureDocument(ServicesInUse().ForeignCalls)) {
+    if (!record->EnsureDocument()) {
         Fail(text::OutOfMemory);
         return;
     }
@@ -171,7 +171,7 @@ bool CPMXTemplUIMainDlg::WriteNewFavorite(const CPmxDocument& source, CPMXTemplU
     }
     if (record.GetDocument() != &source && !Guarded([&] { *record.GetDocument() = source; })) {
         // The file holds the favorite; the document is read from it again when it is needed.
-        record.ReleaseDocument(ServicesInUse().ForeignCalls);
+        record.ReleaseDocument();
     }
     return true;
 }

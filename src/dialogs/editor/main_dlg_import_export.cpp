@@ -1,5 +1,6 @@
 #include "dialogs/choice/sel_level_dlg.h"
 #include "dialogs/editor/main_dlg.h"
+#include "platform/text.h"
 #include "res/ids.h"
 
 #include <vector>
@@ -32,7 +33,7 @@ void CPMXTemplUIMainDlg::OnImport() {
 
 void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
     CPMXTemplUISelLevelDlg dialog(List.get(), Window().Handle(), ServicesInUse());
-    FavoriteImport import(*List, ServicesInUse().ForeignCalls);
+    FavoriteImport import(*List);
     if (!ReportImport(ReadImport(import, path)) || !ConfirmImport(import.GetRecord(), dialog)) {
         DiscardImport(import);
         return;
@@ -57,8 +58,7 @@ void CPMXTemplUIMainDlg::DiscardImport(FavoriteImport& import) const {
 /// user cancels.
 bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMXTemplUISelLevelDlg& dialog) {
     for (const CPMXTemplUIListData* const record : List->GetRecords()) {
-        if (record == nullptr ||
-            !ServicesInUse().CodePage.EqualIgnoringCase(record->GetName(), imported.GetName())) {
+        if (record == nullptr || !EqualIgnoringCase(record->GetName(), imported.GetName())) {
             continue;
         }
         dialog.Mode = CreateMode::Copy;
@@ -124,7 +124,7 @@ std::optional<std::string> CPMXTemplUIMainDlg::AskExportPath(const CPMXTemplUILi
 ExportResult CPMXTemplUIMainDlg::WriteExport(const CPMXTemplUIListData& record,
                                              const std::string& path) const {
     const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
-    return ExportFavorite(*List, record, path, ServicesInUse().ForeignCalls);
+    return ExportFavorite(*List, record, path);
 }
 
 void CPMXTemplUIMainDlg::ReportExport(ExportResult result) {

@@ -2,35 +2,23 @@
 
 namespace pmx {
 
-namespace {
-
-class ExceptionGuard : public Guard {
-public:
-    bool Run(const std::function<void()>& work) override {
-        try {
-            work();
-            return true;
-        } catch (...) {
-            return false;
-        }
+bool RunGuarded(const std::function<void()>& work) {
+    try {
+        work();
+        return true;
+    } catch (...) {
+        return false;
     }
+}
 
-    void RunThen(const std::function<void()>& work, const std::function<void()>& cleanup) override {
-        try {
-            work();
-        } catch (...) {
-            cleanup();
-            throw;
-        }
+void RunThen(const std::function<void()>& work, const std::function<void()>& cleanup) {
+    try {
+        work();
+    } catch (...) {
         cleanup();
+        throw;
     }
-};
-
-} // namespace
-
-Guard& SystemGuard() {
-    static ExceptionGuard guard;
-    return guard;
+    cleanup();
 }
 
 } // namespace pmx

@@ -24,7 +24,7 @@ public:
     void RunInside(const std::function<void()>& work) override {
         const ModuleHandle previous = CurrentOfThread;
         CurrentOfThread = ResourceModule();
-        SystemGuard().RunThen(work, [previous] { CurrentOfThread = previous; });
+        RunThen(work, [previous] { CurrentOfThread = previous; });
     }
 
 private:

@@ -42,7 +42,7 @@ std::optional<std::string> Show(const FileRequest& request, BOOL(WINAPI* show)(L
     const std::string extension = WithoutDot(request.DefaultExtension);
     PathBuffer path{};
     std::copy_n(request.ProposedName.begin(),
-                LengthWithin(request.ProposedName, path.size() - 1, SystemText().LeadBytes()), path.begin());
+                LengthWithin(request.ProposedName, path.size() - 1, SystemLeadBytes()), path.begin());
 
     OPENFILENAMEA dialog{};
     dialog.lStructSize = sizeof(dialog);

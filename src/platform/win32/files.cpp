@@ -99,7 +99,7 @@ bool IsAbsence(DWORD error) {
 
 /// Where the name begins that a path ends with.
 std::size_t NameStart(const std::string& path) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     std::size_t start = 0;
     for (std::size_t position = 0; position < path.size();
          position += CharacterLength(path, position, leadBytes)) {

@@ -31,25 +31,17 @@ void RunPlainly(void* context) {
     static_cast<const PlainWork*>(context)->Function();
 }
 
-class StructuredGuard : public Guard {
-public:
-    bool Run(const Work& work) override {
-        ProtectedWork protectedWork{work};
-        return win32::CallProtected(RunCatching, &protectedWork) && !protectedWork.Threw;
-    }
-
-    void RunThen(const Work& work, const Work& cleanup) override {
-        PlainWork plainWork{work};
-        PlainWork plainCleanup{cleanup};
-        win32::CallThen(RunPlainly, &plainWork, RunPlainly, &plainCleanup);
-    }
-};
-
 } // namespace
 
-Guard& SystemGuard() {
-    static StructuredGuard guard;
-    return guard;
+bool RunGuarded(const Work& work) {
+    ProtectedWork protectedWork{work};
+    return win32::CallProtected(RunCatching, &protectedWork) && !protectedWork.Threw;
+}
+
+void RunThen(const Work& work, const Work& cleanup) {
+    PlainWork plainWork{work};
+    PlainWork plainCleanup{cleanup};
+    win32::CallThen(RunPlainly, &plainWork, RunPlainly, &plainCleanup);
 }
 
 } // namespace pmx

@@ -59,7 +59,7 @@ public:
         ULONG_PTR cookie = 0;
         const bool isActive = Context.Activate(cookie);
         CurrentOfThread = ResourceModule();
-        SystemGuard().RunThen(work, [previous, cookie, isActive] {
+        RunThen(work, [previous, cookie, isActive] {
             CurrentOfThread = previous;
             if (isActive) {
                 // A foreign exception may have left contexts of its own above ours.

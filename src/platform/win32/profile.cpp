@@ -140,7 +140,7 @@ void VisitKeys(const std::string& path, const std::string& section, const Profil
 }
 
 bool EndsInHalfCharacter(std::string_view text) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     std::size_t position = 0;
     while (position + 1 < text.size()) {
         position += CharacterLength(text, position, leadBytes);

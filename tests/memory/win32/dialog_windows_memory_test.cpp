@@ -240,9 +240,8 @@ protected:
         SteppedDialogs dialogs;
         dialogs.Users = GetParam().Users;
         const DialogServices& quiet = world.Desktop.Services;
-        const DialogServices services{quiet.Strings,      dialogs,    quiet.Messages,  quiet.FileChoice,
-                                      SystemImageLists(), quiet.Help, quiet.Libraries, quiet.CodePage,
-                                      quiet.ForeignCalls};
+        const DialogServices services{quiet.Strings,      dialogs,    quiet.Messages, quiet.FileChoice,
+                                      SystemImageLists(), quiet.Help, quiet.Libraries};
         Ended ended;
         const NoMemory lack(granted, refused);
         try {

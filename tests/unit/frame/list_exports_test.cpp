@@ -113,7 +113,7 @@ public:
 
 TEST_F(ListExportsTest, AListThatCannotBeReadIsNone) {
     PoorReader profiles;
-    const StoreServices services{Fakes.Disk, profiles, SystemText(), Fakes.Clock};
+    const StoreServices services{Fakes.Disk, profiles, Fakes.Clock};
     EXPECT_EQ(OpenList(Folder.Path().c_str(), nullptr, nullptr, services), nullptr);
 }
 
@@ -242,20 +242,20 @@ TEST(SummaryText, IsNeverCutInsideACharacter) {
         text += Sjis(u8"表");
     }
     std::memset(target, 0xEE, sizeof target);
-    FillSummaryText(target, text, SystemText().LeadBytes());
+    FillSummaryText(target, text, SystemLeadBytes());
     EXPECT_EQ(std::string(target), text.substr(0, 259)) << "the cut falls between characters";
-    FillSummaryText(target, text.substr(1), SystemText().LeadBytes());
+    FillSummaryText(target, text.substr(1), SystemLeadBytes());
     EXPECT_EQ(std::string(target), text.substr(1, 258)) << "half of a character would be left";
     EXPECT_EQ(target[258], '\0');
     EXPECT_EQ(target[259], '\0');
-    FillSummaryText(target, std::string(300, '\xB1'), SystemText().LeadBytes());
+    FillSummaryText(target, std::string(300, '\xB1'), SystemLeadBytes());
     EXPECT_EQ(std::string(target), std::string(259, '\xB1')) << "half-width letters are single bytes";
 }
 
 TEST(SummaryText, FillsTheRestWithZeros) {
     char target[PMX_TEMPLINFO_TEXT_SIZE];
     std::memset(target, 0xEE, sizeof target);
-    FillSummaryText(target, "abc", SystemText().LeadBytes());
+    FillSummaryText(target, "abc", SystemLeadBytes());
     EXPECT_STREQ(target, "abc");
     EXPECT_THAT(std::vector<char>(target + 3, target + sizeof target), Each('\0'));
 }

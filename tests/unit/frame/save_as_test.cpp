@@ -342,7 +342,7 @@ TEST_F(SaveAsTest, OverwritingFailsWhenTableOrFileAreRefused) {
 TEST_F(SaveAsTest, CutsALongNameOfTheListInsideNoCharacter) {
     TemplInfo info{};
     const std::string name = std::string(258, 'x') + Sjis(u8"表");
-    FillSummaryText(info.Name, name, SystemText().LeadBytes());
+    FillSummaryText(info.Name, name, SystemLeadBytes());
     EXPECT_EQ(TextOf(info.Name), std::string(258, 'x'));
 }
 

@@ -1,7 +1,6 @@
 #include "support/failure_plan.h"
 #include "support/fake_clock.h"
 #include "support/fake_files.h"
-#include "support/fake_guard.h"
 #include "support/fake_profile.h"
 
 #include <gmock/gmock.h>
@@ -61,16 +60,6 @@ TEST(FakeClock, RecordsSleepsAndLetsThingsHappenMeanwhile) {
     EXPECT_THAT(clock.Sleeps, ElementsAre(1000, 1));
     EXPECT_EQ(clock.Total(), 1001U);
     EXPECT_EQ(calls, 2);
-}
-
-TEST(FakeGuard, FailsTheNamedRunWithoutCallingItsWork) {
-    FakeGuard guard;
-    guard.FailingRun = 2;
-    int calls = 0;
-    EXPECT_TRUE(guard.Run([&] { ++calls; }));
-    EXPECT_FALSE(guard.Run([&] { ++calls; }));
-    EXPECT_FALSE(guard.Run([] { throw std::runtime_error("raised"); }));
-    EXPECT_EQ(calls, 1);
 }
 
 } // namespace

@@ -22,18 +22,18 @@ private:
 
 TEST(Guard, RunsWorkThatRaisesNothing) {
     int calls = 0;
-    EXPECT_TRUE(SystemGuard().Run([&] { ++calls; }));
+    EXPECT_TRUE(RunGuarded([&] { ++calls; }));
     EXPECT_EQ(calls, 1);
 }
 
 TEST(Guard, StopsEveryKindOfCppException) {
-    EXPECT_FALSE(SystemGuard().Run([] { throw std::runtime_error("raised"); }));
-    EXPECT_FALSE(SystemGuard().Run([] { throw 7; }));
+    EXPECT_FALSE(RunGuarded([] { throw std::runtime_error("raised"); }));
+    EXPECT_FALSE(RunGuarded([] { throw 7; }));
 }
 
 TEST(Guard, DestroysTheObjectsThatAnExceptionPasses) {
     std::string log;
-    EXPECT_FALSE(SystemGuard().Run([&] {
+    EXPECT_FALSE(RunGuarded([&] {
         const Witness witness(log);
         throw std::runtime_error("raised");
     }));
@@ -41,7 +41,7 @@ TEST(Guard, DestroysTheObjectsThatAnExceptionPasses) {
 }
 
 TEST(Guard, DoesNotNoticeExceptionsHandledInside) {
-    EXPECT_TRUE(SystemGuard().Run([] {
+    EXPECT_TRUE(RunGuarded([] {
         try {
             throw std::runtime_error("raised");
         } catch (const std::runtime_error&) {
@@ -51,20 +51,20 @@ TEST(Guard, DoesNotNoticeExceptionsHandledInside) {
 
 TEST(Guard, CanBeNested) {
     bool inner = true;
-    EXPECT_TRUE(SystemGuard().Run([&] { inner = SystemGuard().Run([] { throw 1; }); }));
+    EXPECT_TRUE(RunGuarded([&] { inner = RunGuarded([] { throw 1; }); }));
     EXPECT_FALSE(inner);
 }
 
 TEST(Guard, CleansUpAfterWork) {
     std::string log;
-    SystemGuard().RunThen([&] { log += "work "; }, [&] { log += "cleanup"; });
+    RunThen([&] { log += "work "; }, [&] { log += "cleanup"; });
     EXPECT_EQ(log, "work cleanup");
 }
 
 TEST(Guard, CleansUpOnceAndLetsAnExceptionPass) {
     std::string log;
     try {
-        SystemGuard().RunThen(
+        RunThen(
             [&] {
                 const Witness witness(log);
                 throw std::runtime_error("raised");
@@ -79,9 +79,8 @@ TEST(Guard, CleansUpOnceAndLetsAnExceptionPass) {
 
 TEST(Guard, CleansUpEveryLevelThatAnExceptionPasses) {
     std::string log;
-    EXPECT_FALSE(SystemGuard().Run([&] {
-        SystemGuard().RunThen([&] { SystemGuard().RunThen([] { throw 1; }, [&] { log += "inner "; }); },
-                              [&] { log += "outer"; });
+    EXPECT_FALSE(RunGuarded([&] {
+        RunThen([&] { RunThen([] { throw 1; }, [&] { log += "inner "; }); }, [&] { log += "outer"; });
     }));
     EXPECT_EQ(log, "inner outer");
 }

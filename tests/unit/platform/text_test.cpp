@@ -14,7 +14,7 @@ namespace {
 using test::Sjis;
 
 const LeadByteTable& LeadBytes() {
-    return SystemText().LeadBytes();
+    return SystemLeadBytes();
 }
 
 TEST(Text, KnowsTheLeadBytesOfShiftJis) {
@@ -25,10 +25,10 @@ TEST(Text, KnowsTheLeadBytesOfShiftJis) {
 }
 
 TEST(Text, ComparesSingleByteLettersWithoutCase) {
-    EXPECT_TRUE(SystemText().EqualIgnoringCase("Template-1.PMT", "tEMPLATE-1.pmt"));
-    EXPECT_TRUE(SystemText().EqualIgnoringCase("", ""));
-    EXPECT_FALSE(SystemText().EqualIgnoringCase("a", "ab"));
-    EXPECT_FALSE(SystemText().EqualIgnoringCase("@[", "`{"));
+    EXPECT_TRUE(EqualIgnoringCase("Template-1.PMT", "tEMPLATE-1.pmt"));
+    EXPECT_TRUE(EqualIgnoringCase("", ""));
+    EXPECT_FALSE(EqualIgnoringCase("a", "ab"));
+    EXPECT_FALSE(EqualIgnoringCase("@[", "`{"));
 }
 
 TEST(Text, ComparesDoubleByteCharactersExactly) {
@@ -36,19 +36,19 @@ TEST(Text, ComparesDoubleByteCharactersExactly) {
     const std::string other = Sjis(u8"ヂ");
     ASSERT_EQ(small, "\x83\x41");
     ASSERT_EQ(other, "\x83\x61");
-    EXPECT_FALSE(SystemText().EqualIgnoringCase(small, other));
-    EXPECT_FALSE(SystemText().EqualIgnoringCase(Sjis(u8"Ａ"), Sjis(u8"ａ")));
-    EXPECT_TRUE(SystemText().EqualIgnoringCase(Sjis(u8"アB"), Sjis(u8"アb")));
-    EXPECT_FALSE(SystemText().EqualIgnoringCase(Sjis(u8"ア"), Sjis(u8"ｱ")));
+    EXPECT_FALSE(EqualIgnoringCase(small, other));
+    EXPECT_FALSE(EqualIgnoringCase(Sjis(u8"Ａ"), Sjis(u8"ａ")));
+    EXPECT_TRUE(EqualIgnoringCase(Sjis(u8"アB"), Sjis(u8"アb")));
+    EXPECT_FALSE(EqualIgnoringCase(Sjis(u8"ア"), Sjis(u8"ｱ")));
 }
 
 TEST(Text, ComparesLettersAfterHalfWidthKanaWithoutCase) {
-    EXPECT_TRUE(SystemText().EqualIgnoringCase(Sjis(u8"ｱAﾝZ"), Sjis(u8"ｱaﾝz")));
+    EXPECT_TRUE(EqualIgnoringCase(Sjis(u8"ｱAﾝZ"), Sjis(u8"ｱaﾝz")));
 }
 
 TEST(Text, ComparesALoneLeadByteAtTheEndAsItself) {
-    EXPECT_TRUE(SystemText().EqualIgnoringCase("a\x83", "A\x83"));
-    EXPECT_FALSE(SystemText().EqualIgnoringCase("a\x83", "A\x84"));
+    EXPECT_TRUE(EqualIgnoringCase("a\x83", "A\x83"));
+    EXPECT_FALSE(EqualIgnoringCase("a\x83", "A\x84"));
 }
 
 TEST(CharacterLength, IsTwoForADoubleByteCharacter) {

@@ -22,9 +22,7 @@ using testing::IsEmpty;
 
 class FileNameTest : public testing::Test {
 protected:
-    std::string Safe(const std::string& name) const {
-        return SanitizeFileName(name, SystemText().LeadBytes());
-    }
+    std::string Safe(const std::string& name) const { return SanitizeFileName(name, SystemLeadBytes()); }
 
     FakeHost Host;
 };
@@ -247,7 +245,7 @@ TEST_F(RetryingFilesTest, AFileThatAnotherProcessLetsGoIsDeletedAfterOneSecondOf
 // Which names lie in a folder
 
 bool IsPlain(std::string_view name) {
-    return IsPlainFileName(name, SystemText().LeadBytes());
+    return IsPlainFileName(name, SystemLeadBytes());
 }
 
 TEST(PlainFileName, IsAnyNameOfAFileInTheFolder) {

@@ -1,6 +1,5 @@
 #include "store/import_export.h"
 
-#include "support/fake_guard.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
 #include "support/sjis.h"
@@ -15,7 +14,6 @@
 namespace pmx {
 namespace {
 
-using test::FakeGuard;
 using test::FakeHost;
 using test::FakeServices;
 using test::FileOperation;
@@ -29,7 +27,7 @@ using test::TempFolder;
 using Names = std::vector<std::string>;
 
 TEST(BaseName, IsTheFileNameWithoutFolderAndExtension) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     EXPECT_EQ(BaseNameOf("C:\\a.b\\Name.pmt", leadBytes), "Name");
     EXPECT_EQ(BaseNameOf("C:/x/a.b.pmt", leadBytes), "a.b");
     EXPECT_EQ(BaseNameOf("C:Name", leadBytes), "Name");
@@ -39,13 +37,13 @@ TEST(BaseName, IsTheFileNameWithoutFolderAndExtension) {
 }
 
 TEST(BaseName, TakesNoSecondByteForASeparator) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     EXPECT_EQ(BaseNameOf(Sjis(u8"C:\\表\\ソ表.pmt"), leadBytes), Sjis(u8"ソ表"));
     EXPECT_EQ(FolderOf(Sjis(u8"C:\\表\\ソ表.pmt"), leadBytes), Sjis(u8"C:\\表\\"));
 }
 
 TEST(BaseName, HasAtMost255BytesAndNoHalfCharacter) {
-    const LeadByteTable& leadBytes = SystemText().LeadBytes();
+    const LeadByteTable& leadBytes = SystemLeadBytes();
     EXPECT_EQ(BaseNameOf(std::string(300, 'x'), leadBytes), std::string(255, 'x'));
     std::string doubleByte;
     for (int count = 0; count < 130; ++count) {
@@ -74,14 +72,13 @@ protected:
     }
 
     ExportResult Export(const CPMXTemplUIListData& record, const std::string& path) {
-        return ExportFavorite(List, record, path, Guard);
+        return ExportFavorite(List, record, path);
     }
 
     TempFolder Folder{"favorites"};
     TempFolder Outside{"outside"};
     FakeHost Host;
     FakeServices Store;
-    FakeGuard Guard;
     CPMXTemplUIListDataArray List{nullptr, nullptr, Store.Services};
 };
 
@@ -90,7 +87,7 @@ using ExportTest = ImportExport;
 
 TEST_F(ImportTest, TakesNameLevelAndDocumentFromTheFile) {
     GivenFile("X.pmt", "Inside");
-    FavoriteImport import(List, Guard);
+    FavoriteImport import(List);
     ASSERT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::Success);
     EXPECT_EQ(import.GetRecord().GetName(), "Inside");
     EXPECT_EQ(import.GetRecord().GetLevel(), 4);
@@ -113,10 +110,10 @@ TEST_F(ImportTest, TakesNameLevelAndDocumentFromTheFile) {
 TEST_F(ImportTest, FinishedFileStaysAndAnUnfinishedOneGoes) {
     GivenFile("X.pmt", "N");
     {
-        FavoriteImport finished(List, Guard);
+        FavoriteImport finished(List);
         finished.Read(Outside.Path("X.pmt"));
         finished.Finish("N");
-        FavoriteImport unfinished(List, Guard);
+        FavoriteImport unfinished(List);
         EXPECT_EQ(unfinished.Read(Outside.Path("X.pmt")), ImportResult::Success);
         EXPECT_EQ(Folder.Names(), (Names{"X-1.pmt", "X.pmt"}));
     }
@@ -125,14 +122,14 @@ TEST_F(ImportTest, FinishedFileStaysAndAnUnfinishedOneGoes) {
 
 TEST_F(ImportTest, FileWithoutABaseNameGetsTheDefaultOne) {
     GivenFile(".pmt", "N");
-    FavoriteImport import(List, Guard);
+    FavoriteImport import(List);
     import.Read(Outside.Path(".pmt"));
     EXPECT_EQ(Folder.Names(), Names{"Template.pmt"});
 }
 
 TEST_F(ImportTest, FileWithAnotherExtensionGetsTheListsOne) {
     GivenFile("X.backup", "N");
-    FavoriteImport import(List, Guard);
+    FavoriteImport import(List);
     EXPECT_EQ(import.Read(Outside.Path("X.backup")), ImportResult::Success);
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
 }
@@ -142,7 +139,7 @@ TEST_F(ImportTest, NameOfTheNewFileCanStandInTheListFile) {
                                       std::pair<std::string, std::string>{"  x .pmt", "x.pmt"},
                                       std::pair<std::string, std::string>{" .pmt", "Template.pmt"}}) {
         GivenFile(given, "N");
-        FavoriteImport import(List, Guard);
+        FavoriteImport import(List);
         ASSERT_EQ(import.Read(Outside.Path(given)), ImportResult::Success);
         EXPECT_EQ(import.GetRecord().GetFileName(), made);
     }
@@ -151,7 +148,7 @@ TEST_F(ImportTest, NameOfTheNewFileCanStandInTheListFile) {
 TEST_F(ImportTest, FavoriteFromAnyFileIsInTheListThatIsReadAgain) {
     GivenFile(" a~b.pmt", "N");
     {
-        FavoriteImport import(List, Guard);
+        FavoriteImport import(List);
         ASSERT_EQ(import.Read(Outside.Path(" a~b.pmt")), ImportResult::Success);
         import.Finish("N");
     }
@@ -171,7 +168,7 @@ TEST_F(ImportTest, EveryFailureLeavesNothingBehind) {
     for (const auto& problem : problems) {
         Host.Plan.Heal();
         Host.Plan.FailFrom(problem.Call, 1, HostFailure::Raise);
-        FavoriteImport import(List, Guard);
+        FavoriteImport import(List);
         EXPECT_EQ(import.Read(Outside.Path("X.pmt")), problem.Result);
         import.Discard();
         EXPECT_TRUE(Folder.Names().empty());
@@ -187,7 +184,7 @@ TEST_F(ImportTest, FileForWhichThereIsNoNameIsNotCopied) {
     CPMXTemplUIListDataArray list(nullptr, nullptr, Store.Services);
     ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
     {
-        FavoriteImport import(list, Guard);
+        FavoriteImport import(list);
         EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NoFileName);
     }
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
@@ -197,7 +194,7 @@ TEST_F(ImportTest, FileForWhichThereIsNoNameIsNotCopied) {
 TEST_F(ImportTest, FileThatCannotBeCopiedIsRetriedAndLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
     Store.Disk.Plan.FailFrom(FileOperation::Copy, 1, FileError::SharingViolation);
-    FavoriteImport import(List, Guard);
+    FavoriteImport import(List);
     EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
     EXPECT_EQ(Store.Clock.Total(), 28000U);
     EXPECT_TRUE(Folder.Names().empty());
@@ -207,7 +204,7 @@ TEST_F(ImportTest, FileThatAppearsUnderTheNewNameMeanwhileIsNeitherOverwrittenNo
     GivenFile("X.pmt", "N");
     Store.Disk.AfterAbsence = [this](const std::string&) { Folder.Write("X.pmt", "somebody else's"); };
     {
-        FavoriteImport import(List, Guard);
+        FavoriteImport import(List);
         EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
     }
     EXPECT_EQ(Folder.Read("X.pmt"), "somebody else's");
@@ -217,7 +214,7 @@ TEST_F(ImportTest, CopyThatCannotBeDeletedIsRetriedAndThenLeft) {
     Outside.Write("X.pmt", "no favorite");
     Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::AccessDenied);
     {
-        FavoriteImport import(List, Guard);
+        FavoriteImport import(List);
         EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotRead);
     }
     EXPECT_EQ(Store.Clock.Total(), 28000U);
@@ -228,7 +225,7 @@ TEST_F(ImportTest, ListWithoutAFolderTakesNothingIn) {
     GivenFile("X.pmt", "N");
     CPMXTemplUIListDataArray homeless(nullptr, nullptr, Store.Services);
     homeless.SetFolder(Folder.Path("Missing").c_str());
-    FavoriteImport import(homeless, Guard);
+    FavoriteImport import(homeless);
     EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
     EXPECT_TRUE(Folder.Names().empty());
 }

@@ -1,6 +1,5 @@
 #include "store/list_data.h"
 
-#include "support/fake_guard.h"
 #include "support/fake_host.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
@@ -267,18 +266,6 @@ TEST_F(ListDataTest, WhateverTheHostRefusesOrRaisesIsAFalseResult) {
     }
     EXPECT_TRUE(record.LoadDocument(path.c_str()));
     EXPECT_TRUE(record.SaveDocument(path.c_str()));
-}
-
-TEST_F(ListDataTest, EveryCallOfTheHostRunsUnderTheGuardThatIsHandedIn) {
-    const TempFolder folder;
-    const std::string path = folder.Path("a.pmt");
-    FakeGuard guard;
-    CPMXTemplUIListData record;
-    EXPECT_TRUE(record.EnsureDocument(guard));
-    EXPECT_TRUE(record.SaveDocument(path.c_str(), guard));
-    EXPECT_TRUE(record.LoadDocument(path.c_str(), guard));
-    EXPECT_TRUE(record.ReleaseDocument(guard));
-    EXPECT_EQ(guard.Runs, 4U);
 }
 
 TEST_F(ListDataTest, ADocumentMarkedUnreadyIsReadyOnceItIsReadOrWritten) {

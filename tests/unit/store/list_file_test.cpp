@@ -35,7 +35,7 @@ std::unique_ptr<CPMXTemplUIListData> Record(std::uint32_t standard, const std::s
 }
 
 std::unique_ptr<CPMXTemplUIListData> Parse(std::string_view value) {
-    return ParseListValue(value, SystemText().LeadBytes());
+    return ParseListValue(value, SystemLeadBytes());
 }
 
 /// A section of the list file with this count and these entries, numbered from 0.
@@ -363,7 +363,7 @@ TEST_F(ListFileTest, LackOfMemoryIsAFalseResultWithWhatWasReadSoFar) {
     Folder.Write(ListFile, Section("3", {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"}));
     PoorProfile profiles;
     profiles.Entries = 3;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, SystemText(), Fakes.Clock});
+    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
     ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
     EXPECT_FALSE(list.LoadList());
     ASSERT_EQ(list.GetSize(), 2);
@@ -386,7 +386,7 @@ public:
 TEST_F(ListFileTest, NobodyCanShutTheFileOffWhileItIsRead) {
     Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}));
     WatchingProfile profiles;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, SystemText(), Fakes.Clock});
+    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
     ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
     EXPECT_TRUE(list.LoadList());
     EXPECT_EQ(profiles.ShutOff, FileError::SharingViolation);
@@ -685,7 +685,7 @@ public:
 
 TEST_F(ListFileTest, LackOfMemoryWhileWritingIsAFalseResultWithNothingLeftBehind) {
     PoorWriter profiles;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, SystemText(), Fakes.Clock});
+    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
     ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
     EXPECT_FALSE(list.WriteListFile());
     EXPECT_THAT(Folder.Names(), IsEmpty());

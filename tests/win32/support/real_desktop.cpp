@@ -27,9 +27,7 @@ RealDesktop::RealDesktop()
                .FileChoice = FileChoice,
                .Images = SystemImageLists(),
                .Help = Help,
-               .Libraries = Libraries,
-               .CodePage = SystemText(),
-               .ForeignCalls = ForeignCalls},
+               .Libraries = Libraries},
       HostWindow(CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 240, 160,
                                  nullptr, nullptr, GetModuleHandleW(nullptr), nullptr)) {
     Messages.Show = [this](const Message& message, MessageAnswer planned,

@@ -11,7 +11,6 @@
 /// dialogs, the help engine and libraries are those of the memory desktop.
 
 #include "dialogs/base/dialog_services.h"
-#include "support/fake_guard.h"
 #include "support/memory_services.h"
 #include "win32/support/dialog_driver.h"
 #include "win32/support/real_user.h"
@@ -58,7 +57,6 @@ public:
     MemoryFileDialogs FileChoice;
     MemoryHelp Help;
     MemoryLibraries Libraries;
-    FakeGuard ForeignCalls;
     RealDialogs Dialogs{Driver};
     DialogServices Services;
 
