@@ -42,8 +42,7 @@ ListValues ViewsOf(const std::vector<std::string>& values) {
 
 std::vector<std::string> Merged(const std::vector<std::string>& base, const std::vector<std::string>& mine,
                                 const std::vector<std::string>& theirs) {
-    const ListValues merged =
-        MergeValues(ViewsOf(base), ViewsOf(mine), ViewsOf(theirs), SystemLeadBytes());
+    const ListValues merged = MergeValues(ViewsOf(base), ViewsOf(mine), ViewsOf(theirs), SystemLeadBytes());
     return {merged.begin(), merged.end()};
 }
 
