@@ -113,6 +113,16 @@ public:
     /// exchange is durable, that is no failure. A target that is a link is replaced itself.
     virtual FileError Replace(const std::string& source, const std::string& target) = 0;
 
+    /// Keeps others that ask for the same from changing the file at `path`, which need not exist, until the
+    /// result is destroyed or the process ends, however it ends. At once SharingViolation while another has
+    /// it; any other error tells that there cannot be such a lock. It keeps nobody from reading, nor anybody
+    /// who does not ask.
+    ///
+    /// On Windows it is a hidden file beside the other, named after it with `.lock`, which the system, or the
+    /// file server, deletes with the process. On posix it is a lock on the folder, which excludes the users of
+    /// this service on one machine and leaves nothing behind. The two do not exclude each other.
+    virtual OpenResult Lock(const std::string& path) = 0;
+
     /// Creates an empty file with a name that nobody else uses, in `folder` (ending in a separator), and
     /// gives its path; empty with the reason in `error` on failure. The name ends in `.tmp`. The caller
     /// deletes the file.

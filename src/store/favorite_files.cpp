@@ -11,6 +11,8 @@ namespace pmx {
 namespace {
 
 constexpr int AttemptsAtOneWait = 4;
+constexpr std::uint32_t LockWait = 10; // a save takes a few milliseconds
+constexpr std::uint32_t LongestLockWait = 2000;
 constexpr std::string_view ForbiddenInFileNames = "\\/:*?\"<>|";
 constexpr std::string_view NeverSecondBytes("/:\0", 3);
 
@@ -78,6 +80,16 @@ bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
 
 bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target) {
     return RetryWhileHeld(files, clock, [&] { return files.Replace(source, target); }) == FileError::None;
+}
+
+std::unique_ptr<OpenFile> WaitForLock(Files& files, Clock& clock, const std::string& path) {
+    OpenResult lock = files.Lock(path);
+    for (std::uint32_t waited = 0; waited < LongestLockWait && lock.Error == FileError::SharingViolation;
+         waited += LockWait) {
+        clock.Sleep(LockWait);
+        lock = files.Lock(path);
+    }
+    return std::move(lock.File);
 }
 
 std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadBytes) {

@@ -5,6 +5,7 @@
 #include "platform/text.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,10 @@ bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path);
 
 /// Puts `source` in the place of `target` (Files::Replace) with the same retries; true on success.
 bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target);
+
+/// The lock under which the list file at `path` is read again and replaced. Waits up to two seconds while
+/// another program has it. Null when it cannot be had: better to save without it than not at all.
+std::unique_ptr<OpenFile> WaitForLock(Files& files, Clock& clock, const std::string& path);
 
 /// The name made safe for the file system: unchanged when the host's CheckFileName accepts it, otherwise with
 /// each of \ / : * ? " < > | replaced by =. Second bytes of double-byte characters are never replaced.

@@ -18,6 +18,7 @@ enum class FileOperation {
     Remove,
     Flush,
     Replace,
+    Lock,
     CreateTemporary
 };
 
@@ -84,6 +85,13 @@ public:
     FileError Replace(const std::string& source, const std::string& target) override {
         const auto failure = Plan.Next(FileOperation::Replace);
         return failure ? *failure : Inner.Replace(source, target);
+    }
+
+    OpenResult Lock(const std::string& path) override {
+        if (const auto failure = Plan.Next(FileOperation::Lock)) {
+            return {nullptr, *failure};
+        }
+        return Inner.Lock(path);
     }
 
     std::string CreateTemporary(const std::string& folder, FileError& error) override {

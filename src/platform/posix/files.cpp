@@ -367,6 +367,20 @@ public:
         return ReplaceNative(posix::NativePath(source), posix::NativePath(target));
     }
 
+    OpenResult Lock(const std::string& path) override {
+        const FileError error = PathError(path);
+        if (error != FileError::None) {
+            return {nullptr, error};
+        }
+        const std::string folder = FolderOf(posix::NativePath(path));
+        auto lock = std::make_unique<LockedFile>();
+        lock->File = FileDescriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!lock->File.IsOpen() || flock(lock->File.Get(), LOCK_EX | LOCK_NB) != 0) {
+            return {nullptr, ErrorOf(errno, folder)};
+        }
+        return {std::move(lock), FileError::None};
+    }
+
     std::string CreateTemporary(const std::string& folder, FileError& error) override {
         error = PathError(folder);
         if (error != FileError::None) {

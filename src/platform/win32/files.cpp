@@ -79,6 +79,7 @@ FileHandle OpenAsIs(const char* path) {
 
 class HeldFile : public OpenFile {
 public:
+    explicit HeldFile(FileHandle file) : File(std::move(file)) {}
     explicit HeldFile(const OpenRequest& request)
         : File(CreateFileA(request.Path.c_str(), static_cast<DWORD>(request.Access),
                            static_cast<DWORD>(request.Share), nullptr,
@@ -90,6 +91,27 @@ public:
 private:
     const FileHandle File;
 };
+
+/// Opens the file that stands for a lock; none with the reason in `error` while another has it. Only a file
+/// that is made here is deleted with its handle: one that a computer left behind when it went down, or that
+/// somebody has put there, locks as well and stays.
+FileHandle OpenLockFile(const std::string& path, FileError& error) {
+    constexpr DWORD NewFlags = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
+    FileHandle made(
+        CreateFileA(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW, NewFlags, nullptr));
+    error = ErrorUnless(made.IsOpen());
+    if (made.IsOpen()) {
+        return made;
+    }
+    FileHandle old = OpenPath(path, GENERIC_READ, 0, OPEN_EXISTING);
+    const FileError oldError = ErrorUnless(old.IsOpen());
+    // One that is just being deleted is denied at both attempts, or is gone at the second.
+    if (error == FileError::FileExists || oldError == FileError::SharingViolation ||
+        oldError == FileError::AccessDenied) {
+        error = FileError::SharingViolation;
+    }
+    return old;
+}
 
 /// True when an attribute query that failed so says that nothing has the name.
 bool IsAbsence(DWORD error) {
@@ -323,6 +345,19 @@ public:
         }
         constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
         return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), Flags));
+    }
+
+    OpenResult Lock(const std::string& path) override {
+        const FileError error = PathError(path);
+        if (error != FileError::None) {
+            return {nullptr, error};
+        }
+        FileError lockError = FileError::None;
+        FileHandle file = OpenLockFile(path + ".lock", lockError);
+        if (!file.IsOpen()) {
+            return {nullptr, lockError};
+        }
+        return {std::make_unique<HeldFile>(std::move(file)), FileError::None};
     }
 
     std::string CreateTemporary(const std::string& folder, FileError& error) override {

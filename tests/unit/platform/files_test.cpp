@@ -348,5 +348,53 @@ TEST_F(SystemFilesTest, SaysWhyItCannotCreateATemporaryFile) {
     EXPECT_EQ(error, FileError::PathNotFound);
 }
 
+FileError LockError(const std::string& path) {
+    return SystemFiles().Lock(path).Error;
+}
+
+TEST_F(SystemFilesTest, ALockIsHadByOneAtATime) {
+    for (const char* const name : {"file", "missing"}) {
+        const OpenResult lock = SystemFiles().Lock(Path(name));
+        EXPECT_EQ(lock.Error, FileError::None);
+        EXPECT_NE(lock.File, nullptr);
+        EXPECT_EQ(LockError(Path(name)), FileError::SharingViolation);
+    }
+    EXPECT_EQ(LockError(Path("file")), FileError::None);
+    ExpectNoFurtherFiles();
+}
+
+TEST_F(SystemFilesTest, ALockedFileCanBeReadAndReplaced) {
+    const OpenResult lock = SystemFiles().Lock(Path("file"));
+    EXPECT_EQ(OpenError(ForReading(Path("file"))), FileError::None);
+    Folder.Write("source", "new");
+    EXPECT_EQ(SystemFiles().Replace(Path("source"), Path("file")), FileError::None);
+    EXPECT_EQ(LockError(Path("file")), FileError::SharingViolation);
+}
+
+TEST_F(SystemFilesTest, ALockEndsWithItsProcessAndLeavesNothingBehind) {
+    HoldingProcess holder("pmx_hold_lock", Path("file"));
+    EXPECT_EQ(LockError(Path("file")), FileError::SharingViolation);
+    holder.Kill();
+    EXPECT_EQ(LockError(Path("file")), FileError::None);
+    ExpectNoFurtherFiles();
+}
+
+TEST_F(SystemFilesTest, WhereNoLockCanBeThatIsSaid) {
+    EXPECT_NE(LockError(Path("missing\\file")), FileError::None);
+    EXPECT_NE(LockError(Path("missing\\file")), FileError::SharingViolation);
+    EXPECT_EQ(LockError(""), FileError::PathNotFound);
+    EXPECT_EQ(LockError(std::string("a\0b", 3)), FileError::InvalidName);
+}
+
+TEST_F(SystemFilesTest, AFileThatIsInThePlaceOfALockStays) {
+    Folder.Write("file.lock", "somebody's");
+    {
+        const OpenResult lock = SystemFiles().Lock(Path("file"));
+        EXPECT_EQ(lock.Error, FileError::None);
+        EXPECT_EQ(LockError(Path("file")), FileError::SharingViolation);
+    }
+    EXPECT_EQ(Folder.Read("file.lock"), "somebody's");
+}
+
 } // namespace
 } // namespace pmx

@@ -242,6 +242,31 @@ TEST_F(RetryingFilesTest, AFileThatAnotherProcessLetsGoIsDeletedAfterOneSecondOf
     EXPECT_THAT(Folder.Names(), IsEmpty());
 }
 
+// The lock of a save
+
+TEST_F(RetryingFilesTest, ALockIsHadWhenAnotherProcessLetsItGo) {
+    HoldingProcess other("pmx_hold_lock", Folder.Path("list"));
+    Fakes.Clock.OnSleep = [&] {
+        if (Fakes.Clock.Sleeps.size() == 3) {
+            other.Release();
+        }
+    };
+    EXPECT_NE(WaitForLock(Fakes.Disk, Fakes.Clock, Folder.Path("list")), nullptr);
+    EXPECT_EQ(Fakes.Clock.Sleeps.size(), 3U);
+}
+
+TEST_F(RetryingFilesTest, ALockIsWaitedForNoLongerThanTwoSeconds) {
+    Fakes.Disk.Plan.FailFrom(FileOperation::Lock, 1, FileError::SharingViolation);
+    EXPECT_EQ(WaitForLock(Fakes.Disk, Fakes.Clock, Folder.Path("list")), nullptr);
+    EXPECT_EQ(Fakes.Clock.Total(), 2000U);
+}
+
+TEST_F(RetryingFilesTest, ALockThatCannotBeIsNotWaitedFor) {
+    Fakes.Disk.Plan.FailFrom(FileOperation::Lock, 1, FileError::AccessDenied);
+    EXPECT_EQ(WaitForLock(Fakes.Disk, Fakes.Clock, Folder.Path("list")), nullptr);
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
+}
+
 // Which names lie in a folder
 
 bool IsPlain(std::string_view name) {
