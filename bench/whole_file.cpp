@@ -9,7 +9,6 @@
 #ifdef _WIN32
 #include <io.h>
 #else
-#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -34,27 +33,30 @@ File OpenFile(const std::string& path, const char* mode) {
 
 #ifdef _WIN32
 
-void Flush(const std::string& path) {
-    Require(_commit(_fileno(OpenFile(path, "r+b").get())) == 0, path + " cannot be flushed");
+void Flush(const File& file, const std::string& path) {
+    Require(_commit(_fileno(file.get())) == 0, path + " cannot be flushed");
 }
 
-/// There, what is renamed is not flushed by its folder.
+/// Folders are not flushed there.
 void FlushFolderOf(const std::string& /*path*/) {}
 
 #else
 
-void Flush(const std::string& path) {
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool isFlushed = file >= 0 && fsync(file) == 0;
-    close(file);
-    Require(isFlushed, path + " cannot be flushed");
+void Flush(const File& file, const std::string& path) {
+    Require(fsync(fileno(file.get())) == 0, path + " cannot be flushed");
 }
 
 void FlushFolderOf(const std::string& path) {
-    Flush(fs::path(path).parent_path().string());
+    const std::string folder = fs::path(path).parent_path().string();
+    Flush(OpenFile(folder, "r"), folder);
 }
 
 #endif
+
+void Rename(const std::string& path) {
+    fs::rename(Aside(path), path);
+    FlushFolderOf(path);
+}
 
 } // namespace
 
@@ -67,20 +69,23 @@ std::string ReadWhole(const std::string& path) {
     return bytes;
 }
 
+void ReplaceWhole(const std::string& path, std::string_view bytes) {
+    {
+        const File file = OpenFile(Aside(path), "wb");
+        Require(std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size(),
+                path + " cannot be written");
+        Flush(file, path);
+    }
+    Rename(path);
+}
+
 std::string Aside(const std::string& path) {
     return path + ".new";
 }
 
-void WriteWhole(const std::string& path, std::string_view bytes) {
-    const File file = OpenFile(path, "wb");
-    Require(std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size(),
-            path + " cannot be written");
-}
-
 void PutInPlace(const std::string& path) {
-    Flush(Aside(path));
-    fs::rename(Aside(path), path);
-    FlushFolderOf(path);
+    Flush(OpenFile(Aside(path), "r+b"), path);
+    Rename(path);
 }
 
 void Touch(const std::string& path) {

@@ -10,13 +10,13 @@ namespace pmx::bench {
 /// The bytes of a file.
 std::string ReadWhole(const std::string& path);
 
-/// Where a new file is written before it takes the place of the old one.
+/// Replaces a file by these bytes: writes them aside, flushes them and puts them in the place of the old ones.
+void ReplaceWhole(const std::string& path, std::string_view bytes);
+
+/// Where others write a new file before it takes the place of the old one.
 std::string Aside(const std::string& path);
 
-/// Writes these bytes to a new file.
-void WriteWhole(const std::string& path, std::string_view bytes);
-
-/// Flushes the file that was written aside and puts it in the place of the old one.
+/// Flushes the file that was written aside and puts it there.
 void PutInPlace(const std::string& path);
 
 /// Gives the file a time of change that it did not have before, so that nobody answers out of what he

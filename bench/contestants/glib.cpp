@@ -41,8 +41,7 @@ void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
     });
     std::size_t length = 0;
     const Text text(g_key_file_to_data(file.get(), &length, nullptr));
-    WriteWhole(Aside(place.Path), {text.get(), length});
-    PutInPlace(place.Path);
+    ReplaceWhole(place.Path, {text.get(), length});
 }
 
 const Added Glib{{"GKeyFile", Load, Save}};

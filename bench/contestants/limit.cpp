@@ -44,8 +44,7 @@ void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
         AppendValue(*list.GetAt(index), text);
         text.append(LineEnd);
     }
-    WriteWhole(Aside(place.Path), text);
-    PutInPlace(place.Path);
+    ReplaceWhole(place.Path, text);
 }
 
 const Added Limit{{"limit", Load, Save}};
