@@ -24,6 +24,8 @@
 ///  - A click on a control first moves the focus there. When a FocusLost handler moves the focus back (it
 ///    refused the input), the click is not carried out: no Pressed, OnOk or ListClicked follows and a list's
 ///    selection stays.
+///  - ListSelectionChanged comes after the user has selected another row of a list or none, by whatever means,
+///    and before the ListClicked of the same click. One change may be told more than once.
 ///  - ListKeyDown comes before the list acts on the key, which it then does.
 ///  - What the class does to its controls causes no Pressed or list events, but Focus (and disabling or
 ///    hiding the focused control) causes focus events, inside the call.
@@ -129,8 +131,6 @@ protected:
 /// What a key-down event of a list carries.
 struct ListKey {
     static constexpr std::uint32_t Space = 32;
-    static constexpr std::uint32_t Up = 38;
-    static constexpr std::uint32_t Down = 40;
     static constexpr std::uint32_t Delete = 46;
     static constexpr std::uint32_t Process = 229; ///< the input method has taken the key
 
@@ -158,6 +158,7 @@ public:
     virtual void OnPressed(ControlId control) = 0;
     virtual void OnFocusGained(ControlId control) = 0;
     virtual void OnFocusLost(ControlId control) = 0;
+    virtual void OnListSelectionChanged(ControlId control) = 0;
     virtual void OnListClicked(ControlId control) = 0;
     virtual void OnListDoubleClicked(ControlId control) = 0;
     virtual void OnListKeyDown(ControlId control, const ListKey& key) = 0;

@@ -14,13 +14,11 @@ struct ListHit {
     bool OnStateImage = false; ///< on the state image of that row
 };
 
-/// A list view of a dialog (report or large-icon view, as its template says; single selection).
+/// A list view of a dialog (report or large-icon view, as its template says; single selection). Shows what it is
+/// told, and tells what the user selects and points at; everything else about its rows the dialog knows itself.
 ///
-/// Rows and columns are numbered from 0. Texts are in the system's code page. The selection mark is the row
-/// that commands act on; -1 means none. It follows what the user selects, and it follows its row when rows
-/// are inserted or deleted before it; deleting the marked row leaves no mark. Whether the marked row is also
-/// selected is a separate question (a click beside all rows deselects, but leaves the mark). A row number
-/// outside the list makes an operation do nothing, and a query give the value stated.
+/// Rows and columns are numbered from 0. Texts are in the system's code page. A row number outside the list
+/// makes an operation do nothing.
 class ListControl {
 public:
     static constexpr int NoImage = -1;
@@ -41,39 +39,25 @@ public:
     /// Adds a left-aligned column, `width` pixels wide, at position `column`.
     virtual void InsertColumn(int column, const std::string& title, int width) = 0;
 
-    /// Inserts a row in front of the row at `position` (at the end when there is none) with empty cells, that
-    /// item data, and in large-icon view that image. Returns the row's number.
-    virtual int InsertRow(int position, std::int64_t data, int image = NoImage) = 0;
+    /// Inserts a row in front of the row at `position` (at the end when there is none) with empty cells, and in
+    /// large-icon view with that image.
+    virtual void InsertRow(int position, int image = NoImage) = 0;
 
     virtual void DeleteRow(int row) = 0;
 
     /// Makes room for `count` rows in all, so that many rows can be inserted quickly.
     virtual void Reserve(int count) = 0;
 
-    virtual int RowCount() const = 0;
-
-    /// The item data of the row; -1 outside the list.
-    virtual std::int64_t RowData(int row) const = 0;
-
-    /// The text of a cell, for reading back what SetCell wrote; empty outside the list.
-    virtual std::string Cell(int row, int column) const = 0;
     virtual void SetCell(int row, int column, const std::string& text) = 0;
 
-    /// Number of the row's state image, from 1; 0: none, or outside the list.
-    virtual int StateImage(int row) const = 0;
+    /// Shows the state image of that number, counted from 1, in front of the row.
     virtual void SetStateImage(int row, int image) = 0;
 
-    virtual int SelectionMark() const = 0;
-    virtual void SetSelectionMark(int row) = 0;
+    /// The row that is selected; -1 for none.
+    virtual int SelectedRow() const = 0;
 
-    /// False outside the list.
-    virtual bool IsSelected(int row) const = 0;
-
-    /// Selects the row (and so deselects the others), gives it the list's focus mark and the selection mark.
+    /// Selects the row (and so deselects the others), and gives it the list's focus mark.
     virtual void Select(int row) = 0;
-
-    /// Deselects all rows; the selection mark stays.
-    virtual void DeselectAll() = 0;
 
     virtual void EnsureVisible(int row) = 0;
 

@@ -45,6 +45,10 @@ public:
         const MemoryScope scope(true);
         Events.OnFocusLost(control);
     }
+    void OnListSelectionChanged(ControlId control) override {
+        const MemoryScope scope(true);
+        Events.OnListSelectionChanged(control);
+    }
     void OnListClicked(ControlId control) override {
         const MemoryScope scope(true);
         Events.OnListClicked(control);

@@ -123,6 +123,7 @@ void ListSession::Append(const model::Favorite& favorite) {
     Rows.push_back(Records.size());
     Records.push_back(favorite);
     Records.back().Shown = favorite.Name;
+    HasDown = HasDown || Mark >= 0;
 }
 
 void ListSession::RemoveRow() {
@@ -274,9 +275,10 @@ void ListSession::PressListKey() {
         const int last = static_cast<int>(Rows.size()) - 1;
         const int upOrDown = pressed == key::Up ? std::max(Mark - 1, 0) : std::min(Mark + 1, last);
         const bool isArrow = pressed == key::Up || pressed == key::Down;
+        const int before = Current();
         Mark = isArrow ? upOrDown : pressed == key::Home ? 0 : last;
         IsSelected = true;
-        if (isArrow) {
+        if (Mark != before) {
             Refresh(Mark);
         }
     }
@@ -301,7 +303,7 @@ void ListSession::MoveDown() {
 
 void ListSession::MoveOver(int row, int neighbour) {
     std::swap(Rows[static_cast<std::size_t>(row)], Rows[static_cast<std::size_t>(neighbour)]);
-    At(row)->Shown = At(row)->Name; // the row that made room is drawn anew
+    At(neighbour)->Shown = At(neighbour)->Name; // the moved row is drawn anew
     Mark = neighbour;
     HasUp = neighbour != 0;
     HasDown = neighbour != static_cast<int>(Rows.size()) - 1;

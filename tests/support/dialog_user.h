@@ -10,10 +10,12 @@ namespace pmx::test {
 namespace key {
 inline constexpr std::uint32_t Backspace = 8;
 inline constexpr std::uint32_t Space = ListKey::Space;
+inline constexpr std::uint32_t PageUp = 33;
+inline constexpr std::uint32_t PageDown = 34;
 inline constexpr std::uint32_t End = 35;
 inline constexpr std::uint32_t Home = 36;
-inline constexpr std::uint32_t Up = ListKey::Up;
-inline constexpr std::uint32_t Down = ListKey::Down;
+inline constexpr std::uint32_t Up = 38;
+inline constexpr std::uint32_t Down = 40;
 inline constexpr std::uint32_t Delete = ListKey::Delete;
 } // namespace key
 
@@ -53,6 +55,7 @@ public:
     /// Clicks a button, an edit box or the like.
     virtual void Press(ControlId control) = 0;
     virtual void ClickRow(ControlId list, int row) = 0;
+    virtual void RightClickRow(ControlId list, int row) = 0;
     virtual void ClickStateImage(ControlId list, int row) = 0;
     virtual void ClickBesideRows(ControlId list) = 0;
     virtual void DoubleClickRow(ControlId list, int row) = 0;

@@ -43,16 +43,13 @@ void MemoryList::InsertColumn(int column, const std::string& title, int width) {
     Columns.insert(Columns.begin() + at, Column{title, width});
 }
 
-int MemoryList::InsertRow(int position, std::int64_t data, int image) {
+void MemoryList::InsertRow(int position, int image) {
     const int row = std::clamp(position, 0, RowCount());
     Row inserted;
-    inserted.Data = data;
     inserted.Image = image;
     inserted.Cells.resize(Columns.size());
     Rows.insert(Rows.begin() + row, inserted);
-    Mark = AfterInsertion(Mark, row);
     FocusedRow = AfterInsertion(FocusedRow, row);
-    return row;
 }
 
 void MemoryList::DeleteRow(int row) {
@@ -60,14 +57,7 @@ void MemoryList::DeleteRow(int row) {
         return;
     }
     Rows.erase(Rows.begin() + row);
-    Mark = AfterDeletion(Mark, row);
     FocusedRow = AfterDeletion(FocusedRow, row);
-}
-
-void MemoryList::SetRowData(int row, std::int64_t data) {
-    if (Has(row)) {
-        At(row).Data = data;
-    }
 }
 
 std::string MemoryList::Cell(int row, int column) const {
@@ -92,19 +82,12 @@ void MemoryList::SetStateImage(int row, int image) {
     }
 }
 
-void MemoryList::SetSelectionMark(int row) {
-    if (row == -1 || Has(row)) {
-        Mark = row;
-    }
-}
-
 void MemoryList::Select(int row) {
     if (!Has(row)) {
         return;
     }
     DeselectAll();
     At(row).Selected = true;
-    Mark = row;
     FocusedRow = row;
 }
 

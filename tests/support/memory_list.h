@@ -25,7 +25,6 @@ public:
     };
 
     struct Row {
-        std::int64_t Data = 0;
         int Image = NoImage;
         int StateImage = 0;
         bool Selected = false;
@@ -36,7 +35,6 @@ public:
 
     std::vector<Column> Columns;
     std::vector<Row> Rows;
-    int Mark = -1;
     int FocusedRow = -1;
     int LastMadeVisible = -1;
     bool FullRowSelection = false;
@@ -46,15 +44,13 @@ public:
     bool Redraw = true;
     ListHit Hit; ///< what the user points at
 
-    int SelectedRow() const;
+    int RowCount() const { return static_cast<int>(Rows.size()); }
+    std::string Cell(int row, int column) const;
+    int StateImage(int row) const { return Has(row) ? At(row).StateImage : 0; }
 
     // What the user does
 
-    /// Selects a row as a click or an arrow key does.
-    void SelectAsUser(int row) { Select(row); }
-
-    /// Lets a row stand for something else.
-    void SetRowData(int row, std::int64_t data);
+    void DeselectAll();
 
     // ListControl
 
@@ -62,20 +58,13 @@ public:
     void SetStateImages(const ImageList& images) override;
     void SetLargeImages(const ImageList& images) override;
     void InsertColumn(int column, const std::string& title, int width) override;
-    int InsertRow(int position, std::int64_t data, int image) override;
+    void InsertRow(int position, int image) override;
     void DeleteRow(int row) override;
     void Reserve(int count) override { Rows.reserve(static_cast<std::size_t>(count)); }
-    int RowCount() const override { return static_cast<int>(Rows.size()); }
-    std::int64_t RowData(int row) const override { return Has(row) ? At(row).Data : -1; }
-    std::string Cell(int row, int column) const override;
     void SetCell(int row, int column, const std::string& text) override;
-    int StateImage(int row) const override { return Has(row) ? At(row).StateImage : 0; }
     void SetStateImage(int row, int image) override;
-    int SelectionMark() const override { return Mark; }
-    void SetSelectionMark(int row) override;
-    bool IsSelected(int row) const override { return Has(row) && At(row).Selected; }
+    int SelectedRow() const override;
     void Select(int row) override;
-    void DeselectAll() override;
     void EnsureVisible(int row) override;
     ListHit HitOfMessage() const override { return Hit; }
     void SetRedraw(bool on) override;

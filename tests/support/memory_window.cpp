@@ -354,6 +354,17 @@ void MemoryUser::KeyInEdit(Control& edit, std::uint32_t virtualKey) const {
     }
 }
 
+/// Selects a row as a click or a key does; -1 for none.
+void MemoryUser::SelectInList(ControlId list, int row) const {
+    MemoryList& rows = List(list);
+    if (row == rows.SelectedRow()) {
+        return;
+    }
+    rows.DeselectAll();
+    rows.Select(row);
+    Window.Events.OnListSelectionChanged(list);
+}
+
 void MemoryUser::KeyInList(Control& list, std::uint32_t virtualKey) const {
     Window.Events.OnListKeyDown(list.Source.Id, {.VirtualKey = virtualKey, .Flags = 0});
     MemoryList& rows = List(list.Source.Id);
@@ -363,16 +374,18 @@ void MemoryUser::KeyInList(Control& list, std::uint32_t virtualKey) const {
     const int last = rows.RowCount() - 1;
     switch (virtualKey) {
     case key::Up:
-        rows.SelectAsUser(std::max(rows.FocusedRow - 1, 0));
+        SelectInList(list.Source.Id, std::max(rows.FocusedRow - 1, 0));
         break;
     case key::Down:
-        rows.SelectAsUser(std::min(rows.FocusedRow + 1, last));
+        SelectInList(list.Source.Id, std::min(rows.FocusedRow + 1, last));
         break;
     case key::Home:
-        rows.SelectAsUser(0);
+    case key::PageUp: // every row fits
+        SelectInList(list.Source.Id, 0);
         break;
     case key::End:
-        rows.SelectAsUser(last);
+    case key::PageDown:
+        SelectInList(list.Source.Id, last);
         break;
     default:
         break;
@@ -441,13 +454,9 @@ bool MemoryUser::Point(ControlId list, ListHit hit) const {
     }
     MemoryList& rows = List(list);
     rows.Hit = hit;
-    if (hit.Row >= 0) {
-        EXPECT_LT(hit.Row, rows.RowCount()) << "the list " << list << " has no such row";
-        rows.SelectAsUser(hit.Row);
-    } else {
-        rows.DeselectAll();
-    }
-    return true;
+    EXPECT_LT(hit.Row, rows.RowCount()) << "the list " << list << " has no such row";
+    SelectInList(list, hit.Row);
+    return !Window.HasEnded();
 }
 
 void MemoryUser::Click(ControlId list, ListHit hit) const {
@@ -469,6 +478,10 @@ void MemoryUser::DoubleClick(ControlId list, ListHit hit) const {
 
 void MemoryUser::ClickRow(ControlId list, int row) {
     Click(list, {.Row = row});
+}
+
+void MemoryUser::RightClickRow(ControlId list, int row) {
+    Point(list, {.Row = row});
 }
 
 void MemoryUser::ClickStateImage(ControlId list, int row) {

@@ -149,6 +149,7 @@ public:
 
     void Press(ControlId control) override;
     void ClickRow(ControlId list, int row) override;
+    void RightClickRow(ControlId list, int row) override;
     void ClickStateImage(ControlId list, int row) override;
     void ClickBesideRows(ControlId list) override;
     void DoubleClickRow(ControlId list, int row) override;
@@ -175,6 +176,7 @@ private:
     void Activate(Control& button) const;
     void KeyInEdit(Control& edit, std::uint32_t virtualKey) const;
     void KeyInList(Control& list, std::uint32_t virtualKey) const;
+    void SelectInList(ControlId list, int row) const;
     bool Point(ControlId list, ListHit hit) const;
     void Click(ControlId list, ListHit hit) const;
     void DoubleClick(ControlId list, ListHit hit) const;

@@ -24,10 +24,10 @@ public:
     explicit PlainDlg(const DialogServices& services)
         : CPmxDlg(dialog::BasicList, WindowHandle::None, services) {}
 
-    using CPmxDlg::ShowFailure;
+    using CPmxDlg::Fail;
 
 private:
-    void OnOK() override { ShowFailure(text::OutOfMemory); }
+    void OnOK() override { Fail(text::OutOfMemory); }
 };
 
 class DialogDriverTest : public testing::Test {

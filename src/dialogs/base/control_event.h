@@ -8,7 +8,15 @@
 namespace pmx {
 
 /// What can happen to a control.
-enum class DialogEvent { Pressed, FocusGained, FocusLost, ListClicked, ListDoubleClicked, ListKeyDown };
+enum class DialogEvent {
+    Pressed,
+    FocusGained,
+    FocusLost,
+    ListSelectionChanged,
+    ListClicked,
+    ListDoubleClicked,
+    ListKeyDown
+};
 
 /// Something that happened to a control.
 struct ControlEvent {

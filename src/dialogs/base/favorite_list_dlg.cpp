@@ -2,77 +2,93 @@
 
 #include "dialogs/base/favorite_icons.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace pmx {
 
 ListControl& FavoriteListDlg::ListView() const {
     return Window().ListOf(Layout.List);
 }
 
-void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns, std::int64_t count) {
+void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns) {
     ListControl& list = ListView();
     list.SetFullRowSelection(true);
     int position = 0;
     for (const FavoriteListColumn& column : columns) {
         list.InsertColumn(position++, StringOf(column.Title), column.Width);
     }
+    Rows.resize(static_cast<std::size_t>(GetFavorites().GetSize()));
+    std::iota(Rows.begin(), Rows.end(), 0);
+    Shown = -1;
     {
         const ListRedrawPause pause(list);
-        list.Reserve(static_cast<int>(count));
-        for (std::int64_t index = 0; index < count; ++index) {
-            AppendRow(index);
+        list.Reserve(RowCount());
+        for (int row = 0; row < RowCount(); ++row) {
+            list.InsertRow(row);
+            DrawRow(row, FavoriteOf(row));
         }
     }
-    if (list.RowCount() > 0) {
+    if (RowCount() > 0) {
         list.Select(0);
     } else {
         DisableRowControls();
     }
 }
 
-void FavoriteListDlg::InsertFavorite(int position, std::int64_t index) {
-    if (const CPMXTemplUIListData* const record = GetRecord(index)) {
-        FillRow(ListView().InsertRow(position, index), *record);
-    }
-}
-
 void FavoriteListDlg::AppendRow(std::int64_t index) {
-    InsertFavorite(ListView().RowCount(), index);
-}
-
-void FavoriteListDlg::MoveRow(int from, int to) {
-    ListControl& list = ListView();
-    const std::int64_t index = list.RowData(from);
-    const ListRedrawPause pause(list);
-    list.DeleteRow(from);
-    InsertFavorite(to, index);
-}
-
-int FavoriteListDlg::CurrentRow() const {
-    const ListControl& list = ListView();
-    const int mark = list.SelectionMark();
-    return list.IsSelected(mark) ? mark : -1;
-}
-
-CPMXTemplUIListData* FavoriteListDlg::RecordOfRow(int row) const {
-    return GetRecord(ListView().RowData(row));
-}
-
-void FavoriteListDlg::RefreshControls(int row) {
-    const CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (record == nullptr) {
-        return;
+    const int row = RowCount();
+    Rows.push_back(index);
+    ListView().InsertRow(row);
+    DrawRow(row, FavoriteOf(row));
+    if (Shown >= 0) {
+        EnableMoving(Shown);
     }
-    EditName = record->GetName();
+}
+
+/// Moves a row to another place and selects it.
+void FavoriteListDlg::MoveRow(int from, int to) {
+    const auto moved = Rows.begin() + from;
+    const auto target = Rows.begin() + to;
+    if (from < to) {
+        std::rotate(moved, moved + 1, target + 1);
+    } else {
+        std::rotate(target, moved, moved + 1);
+    }
+    {
+        const ListRedrawPause pause(ListView());
+        ListView().DeleteRow(from);
+        ListView().InsertRow(to);
+        DrawRow(to, FavoriteOf(to));
+    }
+    SelectRow(to);
+    Shown = to;
+    EnableMoving(to);
+}
+
+std::vector<const CPMXTemplUIListData*> FavoriteListDlg::FavoritesInRows() const {
+    std::vector<const CPMXTemplUIListData*> favorites;
+    favorites.reserve(Rows.size());
+    for (int row = 0; row < RowCount(); ++row) {
+        favorites.push_back(&FavoriteOf(row));
+    }
+    return favorites;
+}
+
+void FavoriteListDlg::ShowRow(int row) {
+    const CPMXTemplUIListData& record = FavoriteOf(row);
+    Shown = row;
+    ShowName(record.GetName());
     for (const ControlId id : Layout.ForUserFavorites) {
-        EnableRowControl(id, record->GetStandard() == 0);
+        EnableRowControl(id, record.GetStandard() == 0);
     }
     EnableMoving(row);
-    const bool mayHaveIcon = MayHaveIcon(*record);
+    const bool mayHaveIcon = MayHaveIcon(record);
     EnableRowControl(Layout.ChangeIcon, mayHaveIcon);
     EnableRowControl(Layout.Icon, true);
     constexpr std::int64_t FirstIcon = 0;
     ShowFavoriteIcon(Window(), Layout.Icon, IconImages.get(),
-                     mayHaveIcon ? record->GetIconIndex() : FirstIcon);
+                     mayHaveIcon ? record.GetIconIndex() : FirstIcon);
 }
 
 /// A control that is about to be disabled leaves the focus to the list, where every key means something,
@@ -86,7 +102,7 @@ void FavoriteListDlg::EnableRowControl(ControlId id, bool enabled) {
 
 void FavoriteListDlg::EnableMoving(int row) {
     EnableRowControl(Layout.Up, row != 0);
-    EnableRowControl(Layout.Down, row != ListView().RowCount() - 1);
+    EnableRowControl(Layout.Down, row != RowCount() - 1);
 }
 
 void FavoriteListDlg::DisableRowControls() {
@@ -95,20 +111,8 @@ void FavoriteListDlg::DisableRowControls() {
     }
 }
 
-void FavoriteListDlg::TransferName() const {
-    Window().SetText(Layout.Name, EditName);
-}
-
-void FavoriteListDlg::ShowRow(int row) {
-    RefreshControls(row);
-    TransferName();
-}
-
-void FavoriteListDlg::ShowCurrentRow() {
-    const int row = CurrentRow();
-    if (row >= 0) {
-        ShowRow(row);
-    }
+void FavoriteListDlg::ShowName(const std::string& name) const {
+    Window().SetText(Layout.Name, name);
 }
 
 void FavoriteListDlg::SelectRow(int row) {
@@ -117,18 +121,8 @@ void FavoriteListDlg::SelectRow(int row) {
 }
 
 void FavoriteListDlg::ReturnToList() {
-    ListView().EnsureVisible(ListView().SelectionMark());
+    ListView().EnsureVisible(Shown);
     Window().Focus(Layout.List);
-}
-
-void FavoriteListDlg::Warn(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    Message = FormatString(id, arguments);
-    ShowText(Message, MessageIcon::Exclamation);
-}
-
-void FavoriteListDlg::Fail(ResourceId id) {
-    Message = StringOf(id);
-    ShowText(Message, MessageIcon::Stop);
 }
 
 } // namespace pmx

@@ -2,13 +2,13 @@
 
 #include "dialogs/base/pmx_dlg.h"
 #include "platform/image_list.h"
-#include "store/list_data.h"
+#include "store/list_data_array.h"
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace pmx {
 
@@ -34,9 +34,9 @@ struct FavoriteListColumn {
 /// A dialog around a list of favorites, in which the user renames favorites in place, reorders and deletes
 /// them and changes their icons. All of that stays in memory until the user accepts.
 ///
-/// A row of the list carries as its item data the index of its record in the dialog's list of favorites,
-/// where records never move while the dialog is open: moving changes the order of the rows, deleting takes
-/// the row away and marks the record.
+/// The dialog knows which favorite stands in which row; the list view only shows it. Records never move in the
+/// dialog's list of favorites while the dialog is open: moving changes the order of the rows, deleting takes the
+/// row away and marks the record.
 ///
 /// A name is taken up when the name box loses the focus, and when Enter in it accepts the dialog. A name that
 /// is refused keeps the dialog open, the row selected and the focus in the name box.
@@ -48,23 +48,17 @@ protected:
 
     // What each such dialog has of its own
 
-    /// The record at that index, owned by the dialog's list; null for none and for an index outside.
-    virtual CPMXTemplUIListData* GetRecord(std::int64_t index) const = 0;
+    /// The dialog's list.
+    virtual const CPMXTemplUIListDataArray& GetFavorites() const = 0;
 
-    /// Puts the record into the cells of a row that has just been inserted.
-    virtual void FillRow(int row, const CPMXTemplUIListData& record) = 0;
+    /// Shows the record in a row.
+    virtual void DrawRow(int row, const CPMXTemplUIListData& record) = 0;
 
     /// Whether the user may change the record's icon. Otherwise the first icon is shown.
     virtual bool MayHaveIcon(const CPMXTemplUIListData& record) const = 0;
 
-    /// Whether the record at that index may have this name.
-    virtual bool IsNameFree(std::int64_t index, const std::string& name) const = 0;
-
-    /// Gives a user favorite a name that has been checked.
-    virtual void TakeName(int row, CPMXTemplUIListData& record, const std::string& name) = 0;
-
-    /// A command found no record behind its row.
-    virtual void OnRecordMissing() {}
+    /// Gives the user favorite of a row a name that has been checked.
+    virtual void TakeName(int row, const std::string& name) = 0;
 
     /// Stores what the user has accepted.
     virtual void Commit() = 0;
@@ -73,27 +67,33 @@ protected:
 
     ListControl& ListView() const;
 
-    /// Makes the columns and the rows of the indices below `count`, and selects the first row. Shows nothing
-    /// in the controls but that there is no row.
-    void FillList(std::span<const FavoriteListColumn> columns, std::int64_t count);
-    void InsertFavorite(int position, std::int64_t index);
+    /// Makes the columns and a row for each record, and selects the first row. Shows nothing in the controls but
+    /// that there is no row.
+    void FillList(std::span<const FavoriteListColumn> columns);
+
+    /// Adds a row for the record at that index.
     void AppendRow(std::int64_t index);
 
-    /// The row that commands act on: the selection mark when that row is selected, else -1.
-    int CurrentRow() const;
+    int RowCount() const { return static_cast<int>(Rows.size()); }
 
-    /// As GetRecord; null also for a row outside the list.
-    CPMXTemplUIListData* RecordOfRow(int row) const;
+    /// Where the favorite of a row stands in the dialog's list.
+    std::int64_t IndexOf(int row) const { return Rows[static_cast<std::size_t>(row)]; }
+    CPMXTemplUIListData& FavoriteOf(int row) const { return *GetFavorites().GetAt(IndexOf(row)); }
 
-    /// Sets `EditName`, the icon and the enabling of the controls from the row's record.
-    void RefreshControls(int row);
+    /// The favorites in the order of their rows.
+    std::vector<const CPMXTemplUIListData*> FavoritesInRows() const;
 
-    /// Puts `EditName` into the name box.
-    void TransferName() const;
+    /// The row that commands act on; -1 when none is selected.
+    int CurrentRow() const { return ListView().SelectedRow(); }
 
-    /// RefreshControls and TransferName.
+    /// The row that the controls show: the one that was selected last. -1 for none.
+    int ShownRow() const { return Shown; }
+
+    /// Shows the row's favorite in the name box, the icon and the enabling of the controls.
     void ShowRow(int row);
-    void ShowCurrentRow();
+
+    /// Shows a name in the name box.
+    void ShowName(const std::string& name) const;
 
     /// After a command: the next key is one for the list, and the row that it starts from can be seen.
     void ReturnToList();
@@ -101,6 +101,7 @@ protected:
     // Handlers, for the tables of the dialogs
 
     void OnOK() override;
+    void OnSelectionChanged();
     void OnNameEntered();
     void OnNameLeft();
     void OnDelete();
@@ -108,26 +109,12 @@ protected:
     void OnDown();
     void OnChangeIcon();
 
-    /// Handles a key that comes before the list acts on it, so the row that is shown is the one that an arrow
-    /// key leads to.
-    void HandleListKey(std::uint32_t virtualKey);
-
-    // Messages; `Message` keeps the text
-
-    void Warn(ResourceId id, std::initializer_list<TextArgument> arguments = {});
-    void Fail(ResourceId id);
-
-    std::string EditName; ///< bound to the name box
     std::unique_ptr<ImageList> IconImages;
-    std::string Message; ///< the text of the last message
-    int EditRow = -1;    ///< the row whose name is in the name box
 
 private:
     bool Rename();
-    void KeepName(const CPMXTemplUIListData& record);
     std::string EnteredName(const CPMXTemplUIListData& record) const;
     void RefuseName(ResourceId id);
-    void MoveOver(int row, int neighbour);
     void MoveRow(int from, int to);
     void SelectRow(int row);
     void EnableRowControl(ControlId id, bool enabled);
@@ -135,6 +122,9 @@ private:
     void DisableRowControls();
 
     const FavoriteListLayout& Layout;
+    std::vector<std::int64_t> Rows; ///< the index of each row's record
+    int Shown = -1;
+    int EditRow = -1; ///< the row whose name is in the name box
 };
 
 } // namespace pmx

@@ -43,7 +43,6 @@ ToolbarMark MarkOf(const CPMXTemplUIListData& record) {
 
 FavoriteRow FormatRow(const CPMXTemplUIListData& record, const Resources& strings) {
     return {.Mark = MarkOf(record),
-            .Toolbar = record.GetToolbar() != 0 ? TextOf(strings, text::ToolbarEnabled) : std::string(),
             .Name = record.GetName(),
             .Category = CategoryOf(record.GetLevel(), strings),
             .Kind = TextOf(strings, record.IsStandard() ? text::KindStandard : text::KindUser)};

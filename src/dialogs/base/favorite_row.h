@@ -14,8 +14,6 @@ enum class ToolbarMark : int { Empty = 1, Ticked = 2, Unavailable = 3 };
 /// What the rows of lists show of a favorite. Texts are in the system's code page.
 struct FavoriteRow {
     ToolbarMark Mark = ToolbarMark::Unavailable;
-    std::string
-        Toolbar; ///< the word for a favorite on the toolbar, else empty; in no column, which has a picture
     std::string Name;
     std::string Category;
     std::string Kind;

@@ -25,26 +25,35 @@ bool CPMXTemplUIIconDlg::OnInitDialog() {
     }
     FillList(list);
     const bool isOffered = Value >= FirstOfferedIcon && Value <= LastOfferedIcon;
-    const int row = isOffered ? static_cast<int>(Value - FirstOfferedIcon) : 0;
-    list.Select(row);
-    list.EnsureVisible(row);
+    Chosen = isOffered ? static_cast<int>(Value - FirstOfferedIcon) : 0;
+    list.Select(Chosen);
+    list.EnsureVisible(Chosen);
     return true;
 }
 
 void CPMXTemplUIIconDlg::FillList(ListControl& list) const {
     const ListRedrawPause pause(list);
     for (std::int64_t icon = FirstOfferedIcon; icon <= LastOfferedIcon; ++icon) {
-        const int position = static_cast<int>(icon - FirstOfferedIcon);
-        list.InsertRow(position, icon, static_cast<int>(icon)); // a row's item data is its icon value
+        list.InsertRow(static_cast<int>(icon - FirstOfferedIcon), static_cast<int>(icon));
     }
 }
 
+void CPMXTemplUIIconDlg::OnControlEvent(const ControlEvent& event) {
+    using Self = CPMXTemplUIIconDlg;
+    static constexpr EventHandler<Self> Table[] = {
+        {control::PickerIcons, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
+    };
+    Dispatch<Self>(*this, Table, event);
+}
+
+/// A click beside the icons changes nothing.
+void CPMXTemplUIIconDlg::OnSelectionChanged() {
+    const int row = Window().ListOf(control::PickerIcons).SelectedRow();
+    Chosen = row >= 0 ? row : Chosen;
+}
+
 void CPMXTemplUIIconDlg::OnOK() {
-    const ListControl& list = Window().ListOf(control::PickerIcons);
-    const int row = list.SelectionMark();
-    if (row >= 0) {
-        Value = list.RowData(row);
-    }
+    Value = FirstOfferedIcon + Chosen;
     EndDialog(CodeOk);
 }
 

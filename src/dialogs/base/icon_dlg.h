@@ -27,12 +27,15 @@ public:
 private:
     bool OnInitDialog() override;
     void OnOK() override;
+    void OnControlEvent(const ControlEvent& event) override;
+    void OnSelectionChanged();
 
     void FillList(ListControl& list) const;
 
     std::string Title;
     std::unique_ptr<ImageList> Icons;
     std::int64_t Value;
+    int Chosen = 0; ///< the row that was selected last
     std::uint32_t ToolbarFlag;
 };
 

@@ -67,22 +67,17 @@ MessageAnswer CPmxDlg::Ask(const std::string& text, MessageIcon icon, MessageBut
                                   .Default = standard});
 }
 
-void CPmxDlg::ShowWarning(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    ShowText(FormatString(id, arguments), MessageIcon::Exclamation);
+void CPmxDlg::Warn(ResourceId id, std::initializer_list<TextArgument> arguments) {
+    Ask(FormatString(id, arguments), MessageIcon::Exclamation, MessageButtons::Ok, MessageAnswer::Ok);
 }
 
-void CPmxDlg::ShowFailure(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    ShowText(FormatString(id, arguments), MessageIcon::Stop);
+void CPmxDlg::Fail(ResourceId id) {
+    Ask(StringOf(id), MessageIcon::Stop, MessageButtons::Ok, MessageAnswer::Ok);
 }
 
-void CPmxDlg::ShowText(const std::string& text, MessageIcon icon) {
-    Ask(text, icon, MessageButtons::Ok, MessageAnswer::Ok);
-}
-
-bool CPmxDlg::AskYesNo(ResourceId id, std::initializer_list<TextArgument> arguments) {
-    const MessageAnswer answer =
-        Ask(FormatString(id, arguments), MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::No);
-    return answer == MessageAnswer::Yes;
+bool CPmxDlg::AskYesNo(ResourceId id) {
+    return Ask(StringOf(id), MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::No) ==
+           MessageAnswer::Yes;
 }
 
 int CPmxDlg::RunOver(CPmxDlg& dialog) {
@@ -149,6 +144,10 @@ void CPmxDlg::OnFocusLost(ControlId control) {
     if (Listening && Window().FocusedControl() == control) {
         RefusedInput = input;
     }
+}
+
+void CPmxDlg::OnListSelectionChanged(ControlId control) {
+    HandleInput({.Control = control, .Event = DialogEvent::ListSelectionChanged});
 }
 
 void CPmxDlg::OnListClicked(ControlId control) {

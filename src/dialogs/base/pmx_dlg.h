@@ -94,8 +94,6 @@ protected:
     /// The window. Only while the dialog is open.
     DialogWindow& Window() const { return *OpenWindow; }
 
-    bool IsOpen() const noexcept { return OpenWindow != nullptr; }
-
     const DialogServices& ServicesInUse() const noexcept { return Services; }
 
     /// The string of that number; empty when there is none.
@@ -105,16 +103,13 @@ protected:
     std::string FormatString(ResourceId id, std::initializer_list<TextArgument> arguments) const;
 
     /// Shows a string as an error of the user (exclamation icon).
-    void ShowWarning(ResourceId id, std::initializer_list<TextArgument> arguments = {});
+    void Warn(ResourceId id, std::initializer_list<TextArgument> arguments = {});
 
     /// Shows a string as a failure (stop icon).
-    void ShowFailure(ResourceId id, std::initializer_list<TextArgument> arguments = {});
-
-    /// Shows a text that the dialog has made up, with one OK button.
-    void ShowText(const std::string& text, MessageIcon icon);
+    void Fail(ResourceId id);
 
     /// Asks a string with Yes and No, where No is the default. True only for Yes.
-    bool AskYesNo(ResourceId id, std::initializer_list<TextArgument> arguments = {});
+    bool AskYesNo(ResourceId id);
 
     /// Runs another dialog over this one. Its end code, or Failed.
     int RunOver(CPmxDlg& dialog);
@@ -136,6 +131,7 @@ private:
     void OnPressed(ControlId control) final;
     void OnFocusGained(ControlId control) final;
     void OnFocusLost(ControlId control) final;
+    void OnListSelectionChanged(ControlId control) final;
     void OnListClicked(ControlId control) final;
     void OnListDoubleClicked(ControlId control) final;
     void OnListKeyDown(ControlId control, const ListKey& key) final;

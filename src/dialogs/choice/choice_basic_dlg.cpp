@@ -35,24 +35,23 @@ constexpr FavoriteListLayout BasicLayout{.List = control::BasicList,
 
 } // namespace
 
-CPMXTemplUIChoiceBasicDlg::CPMXTemplUIChoiceBasicDlg(std::string folder, std::string listFileName,
-                                                     std::string extension, WindowHandle parent,
+CPMXTemplUIChoiceBasicDlg::CPMXTemplUIChoiceBasicDlg(std::string folder, const char* listFileName,
+                                                     const char* extension, WindowHandle parent,
                                                      const DialogServices& services,
                                                      const StoreServices& storeServices)
     : FavoriteListDlg(dialog::BasicList, BasicLayout, parent, services),
       Folder(std::move(folder)),
-      ListFileName(std::move(listFileName)),
-      Extension(std::move(extension)),
-      Favorites(ListFileName.c_str(), Extension.c_str(), storeServices) {}
+      Favorites(listFileName, extension, storeServices) {}
 
 bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
     LimitName(control::BasicName);
     IconImages = LoadFavoriteIcons(ServicesInUse().Images);
     Favorites.Open(Folder.c_str()); // a list that cannot be read is an empty one
     Window().SetTitle(StringOf(text::BasicTitle));
-    FillList(Columns, Favorites.GetCount());
-    EditName.clear();
-    ShowRow(0);
+    FillList(Columns);
+    if (RowCount() > 0) {
+        ShowRow(0);
+    }
     return true;
 }
 
@@ -61,7 +60,7 @@ void CPMXTemplUIChoiceBasicDlg::OnControlEvent(const ControlEvent& event) {
     static const EventHandler<Self> Table[] = {
         {control::BasicName, DialogEvent::FocusGained, &Self::OnNameEntered},
         {control::BasicName, DialogEvent::FocusLost, &Self::OnNameLeft},
-        {control::BasicList, DialogEvent::ListClicked, &Self::ShowCurrentRow},
+        {control::BasicList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::BasicList, DialogEvent::ListKeyDown, &Self::OnListKey},
         {control::BasicDelete, DialogEvent::Pressed, &Self::OnDelete},
         {control::BasicUp, DialogEvent::Pressed, &Self::OnUp},
@@ -73,29 +72,18 @@ void CPMXTemplUIChoiceBasicDlg::OnControlEvent(const ControlEvent& event) {
 
 /// Unlike in the editor, a key that an input method has taken is none of the list.
 void CPMXTemplUIChoiceBasicDlg::OnListKey(const ControlEvent& event) {
-    HandleListKey(event.Key.VirtualKey);
+    if (event.Key.VirtualKey == ListKey::Delete) {
+        OnDelete();
+    }
 }
 
-/// Writes copies of the favorites that have a row. The deleted ones are not among them, so their files stay.
+/// The files of deleted favorites stay.
 void CPMXTemplUIChoiceBasicDlg::Commit() {
     const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
-    CPMXTemplUIListDataArray shown(ListFileName.c_str(), Extension.c_str(),
-                                   Favorites.GetList().GetServices());
-    for (int row = 0; row < ListView().RowCount(); ++row) {
-        if (const CPMXTemplUIListData* const record = RecordOfRow(row)) {
-            auto copy = std::make_unique<CPMXTemplUIListData>();
-            *copy = *record;
-            shown.Add(std::move(copy));
-        }
-    }
-    Favorites.SaveList(&shown);
+    GetFavorites().WriteListFile(FavoritesInRows(), RowCount());
 }
 
-CPMXTemplUIListData* CPMXTemplUIChoiceBasicDlg::GetRecord(std::int64_t index) const {
-    return Favorites.GetAt(index);
-}
-
-void CPMXTemplUIChoiceBasicDlg::FillRow(int row, const CPMXTemplUIListData& record) {
+void CPMXTemplUIChoiceBasicDlg::DrawRow(int row, const CPMXTemplUIListData& record) {
     const FavoriteRow content = FormatRow(record, ServicesInUse().Strings);
     ListView().SetCell(row, NameColumn, content.Name);
     ListView().SetCell(row, KindColumn, content.Kind);
@@ -105,20 +93,16 @@ bool CPMXTemplUIChoiceBasicDlg::MayHaveIcon(const CPMXTemplUIListData& /*record*
     return true;
 }
 
-bool CPMXTemplUIChoiceBasicDlg::IsNameFree(std::int64_t index, const std::string& name) const {
-    return Favorites.IsNewNameUnique(index, name);
-}
-
 /// Unlike in the editor, a favorite whose file cannot be read keeps its name.
-void CPMXTemplUIChoiceBasicDlg::TakeName(int row, CPMXTemplUIListData& record, const std::string& name) {
+void CPMXTemplUIChoiceBasicDlg::TakeName(int row, const std::string& name) {
+    CPMXTemplUIListData& record = FavoriteOf(row);
     const std::string before = record.GetName();
-    if (Favorites.RenameAt(ListView().RowData(row), name)) {
+    if (Favorites.RenameAt(IndexOf(row), name)) {
         ListView().SetCell(row, NameColumn, name);
         return;
     }
     record.SetName(before);
-    EditName = before;
-    TransferName();
+    ShowName(before);
     Warn(text::BasicFavoriteUnreadable);
 }
 

@@ -15,7 +15,7 @@ class CPMXTemplUIChoiceBasicDlg final : public FavoriteListDlg {
 public:
     /// `folder`, `listFileName`, `extension`: the favorites to work on; copied. `parent` may be none. The
     /// services must outlive the dialog.
-    CPMXTemplUIChoiceBasicDlg(std::string folder, std::string listFileName, std::string extension,
+    CPMXTemplUIChoiceBasicDlg(std::string folder, const char* listFileName, const char* extension,
                               WindowHandle parent, const DialogServices& services = SystemDialogServices(),
                               const StoreServices& storeServices = SystemStoreServices());
 
@@ -26,15 +26,12 @@ private:
 
     void OnListKey(const ControlEvent& event);
 
-    CPMXTemplUIListData* GetRecord(std::int64_t index) const override;
-    void FillRow(int row, const CPMXTemplUIListData& record) override;
+    const CPMXTemplUIListDataArray& GetFavorites() const override { return Favorites.GetList(); }
+    void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
-    bool IsNameFree(std::int64_t index, const std::string& name) const override;
-    void TakeName(int row, CPMXTemplUIListData& record, const std::string& name) override;
+    void TakeName(int row, const std::string& name) override;
 
     std::string Folder;
-    std::string ListFileName;
-    std::string Extension;
     CPMXTemplUIListHolder Favorites;
 };
 

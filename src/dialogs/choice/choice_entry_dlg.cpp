@@ -58,16 +58,16 @@ void CPMXTemplUIChoiceEntryDlg::OnOK() {
 
 bool CPMXTemplUIChoiceEntryDlg::IsAcceptable() {
     if (Name.empty()) {
-        ShowWarning(text::RegisterNameMissing);
+        Warn(text::RegisterNameMissing);
         return false;
     }
     if (HasSeparator(Name)) {
-        ShowWarning(text::NameHasSeparator);
+        Warn(text::NameHasSeparator);
         return false;
     }
     switch (Favorites.GetList().CheckName(Name)) {
     case NameUse::StandardFavorite:
-        ShowWarning(text::RegisterStandardNotOverwritable);
+        Warn(text::RegisterStandardNotOverwritable);
         return false;
     case NameUse::UserFavorite:
         return AskYesNo(text::RegisterAskOverwrite);

@@ -83,11 +83,11 @@ void CPMXTemplUISelLevelDlg::OnOK() {
 
 bool CPMXTemplUISelLevelDlg::IsAcceptable() {
     if (Name.empty()) {
-        ShowWarning(text::CreateNameMissing);
+        Warn(text::CreateNameMissing);
         return false;
     }
     if (HasSeparator(Name)) {
-        ShowWarning(text::NameHasSeparator);
+        Warn(text::NameHasSeparator);
         return false;
     }
     return IsNameFree();
@@ -114,7 +114,7 @@ bool CPMXTemplUISelLevelDlg::MayUseTakenName() {
         return AskYesNo(text::CreateAskOverwrite);
     }
     if (SourceIsStandard == 1 || Mode == CreateMode::New || IsLevelGiven(Mode)) {
-        ShowWarning(text::CreateNameExists);
+        Warn(text::CreateNameExists);
     }
     return false;
 }

@@ -51,11 +51,9 @@ bool CPMXTemplUIMainDlg::OnInitDialog() {
     LoadAttributeDialog();
     OpenList();
     FillListView();
-    EditName.clear();
-    if (List->GetSize() > 0) {
-        RefreshControls(0);
+    if (RowCount() > 0) {
+        ShowRow(0);
     }
-    TransferName();
     return true;
 }
 
@@ -84,6 +82,7 @@ void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
     static const EventHandler<Self> Table[] = {
         {control::EditorName, DialogEvent::FocusGained, &Self::OnNameEntered},
         {control::EditorName, DialogEvent::FocusLost, &Self::OnNameLeft},
+        {control::EditorList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::EditorList, DialogEvent::ListClicked, &Self::OnListClick},
         {control::EditorList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClick},
         {control::EditorList, DialogEvent::ListKeyDown, &Self::OnListKey},

@@ -52,15 +52,11 @@ private:
 
     // Rows
 
-    CPMXTemplUIListData* GetRecord(std::int64_t index) const override;
-    void FillRow(int row, const CPMXTemplUIListData& record) override;
+    const CPMXTemplUIListDataArray& GetFavorites() const override { return *List; }
+    void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
-    void OnRecordMissing() override;
 
-    // Renaming
-
-    bool IsNameFree(std::int64_t index, const std::string& name) const override;
-    void TakeName(int row, CPMXTemplUIListData& record, const std::string& name) override;
+    void TakeName(int row, const std::string& name) override;
 
     // Mouse and keyboard
 
@@ -84,7 +80,7 @@ private:
 
     // The toolbar
 
-    bool ToggleToolbar(int row);
+    void ToggleToolbar(int row);
     bool CheckToolbarLimit();
     void SetToolbar(int row);
     void ClearToolbar(int row);
@@ -128,11 +124,10 @@ private:
     void Commit() override { CommitList(); }
 
     /// Writes the list file in the order of the rows, and then deletes the files of deleted favorites.
-    /// Reports success in every case.
-    bool CommitList();
+    void CommitList();
 
-    /// Deletes the favorite files that were made while the editor is open. Reports success in every case.
-    bool DiscardChanges();
+    /// Deletes the favorite files that were made while the editor is open.
+    void DiscardChanges();
     void DeleteNewFavorites();
 
     std::string Extension;    ///< of favorite files, with its dot

@@ -8,7 +8,6 @@
 namespace pmx {
 
 void CPMXTemplUIMainDlg::OnNew() {
-    EditName = Window().TextOf(control::EditorName);
     CPMXTemplUISelLevelDlg dialog(List.get(), Window().Handle(), ServicesInUse());
     dialog.Mode = CreateMode::New;
     dialog.SetSourceIsStandard(0);
@@ -44,19 +43,15 @@ void CPMXTemplUIMainDlg::EditOrCopy(bool copy) {
     if (row < 0) {
         return;
     }
-    CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (record == nullptr) {
-        Fail(text::FavoriteInfoFailed);
-        return;
-    }
-    if (!EnsureLoaded(*record)) {
+    CPMXTemplUIListData& record = FavoriteOf(row);
+    if (!EnsureLoaded(record)) {
         Warn(text::EditorFavoriteUnreadable);
         return;
     }
-    if (copy || record->IsStandard()) {
-        CopyFavorite(*record, copy);
+    if (copy || record.IsStandard()) {
+        CopyFavorite(record, copy);
     } else {
-        EditFavorite(*record);
+        EditFavorite(record);
     }
 }
 

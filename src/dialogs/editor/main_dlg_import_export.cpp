@@ -58,7 +58,7 @@ void CPMXTemplUIMainDlg::DiscardImport(FavoriteImport& import) const {
 /// user cancels.
 bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMXTemplUISelLevelDlg& dialog) {
     for (const CPMXTemplUIListData* const record : List->GetRecords()) {
-        if (record == nullptr || !EqualIgnoringCase(record->GetName(), imported.GetName())) {
+        if (!EqualIgnoringCase(record->GetName(), imported.GetName())) {
             continue;
         }
         dialog.Mode = CreateMode::Copy;
@@ -98,18 +98,14 @@ void CPMXTemplUIMainDlg::OnExport() {
     if (row < 0) {
         return;
     }
-    CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (record == nullptr) {
-        Fail(text::FavoriteInfoFailed);
-        return;
-    }
-    if (!EnsureLoaded(*record)) {
+    CPMXTemplUIListData& record = FavoriteOf(row);
+    if (!EnsureLoaded(record)) {
         Warn(text::EditorFavoriteUnreadable);
         return;
     }
-    const std::optional<std::string> path = AskExportPath(*record);
+    const std::optional<std::string> path = AskExportPath(record);
     if (path) {
-        ReportExport(WriteExport(*record, *path));
+        ReportExport(WriteExport(record, *path));
     }
 }
 

@@ -10,12 +10,8 @@ namespace {
 
 constexpr int StateImageWidth = 16; // pixels
 
-enum EditorColumn : int {
-    ToolbarColumn,
-    NameColumn,
-    CategoryColumn,
-    KindColumn
-}; // the first has a picture only
+/// The first column has a picture only.
+enum EditorColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
 
 constexpr FavoriteListColumn Columns[] = {
     {text::ColumnToolbar, 80},
@@ -31,10 +27,10 @@ void CPMXTemplUIMainDlg::FillListView() {
     if (StateImages) {
         ListView().SetStateImages(*StateImages);
     }
-    FillList(Columns, List->GetSize());
+    FillList(Columns);
 }
 
-void CPMXTemplUIMainDlg::FillRow(int row, const CPMXTemplUIListData& record) {
+void CPMXTemplUIMainDlg::DrawRow(int row, const CPMXTemplUIListData& record) {
     const FavoriteRow content = FormatRow(record, ServicesInUse().Strings);
     ListControl& list = ListView();
     list.SetStateImage(row, static_cast<int>(content.Mark));
@@ -43,26 +39,14 @@ void CPMXTemplUIMainDlg::FillRow(int row, const CPMXTemplUIListData& record) {
     list.SetCell(row, KindColumn, content.Kind);
 }
 
-CPMXTemplUIListData* CPMXTemplUIMainDlg::GetRecord(std::int64_t index) const {
-    return List->Contains(index) ? List->GetAt(index) : nullptr;
-}
-
 bool CPMXTemplUIMainDlg::MayHaveIcon(const CPMXTemplUIListData& record) const {
     return IsDocumentLevel(record.GetLevel());
 }
 
-void CPMXTemplUIMainDlg::OnRecordMissing() {
-    Fail(text::FavoriteInfoFailed);
-}
-
-/// Favorites deleted since the editor was opened count too.
-bool CPMXTemplUIMainDlg::IsNameFree(std::int64_t index, const std::string& name) const {
-    return List->IsNameUnique(index, name);
-}
-
 /// The list file carries the new name in any case. The name inside the favorite file follows when that file
 /// is next saved, so a host that refuses it here loses nothing.
-void CPMXTemplUIMainDlg::TakeName(int row, CPMXTemplUIListData& record, const std::string& name) {
+void CPMXTemplUIMainDlg::TakeName(int row, const std::string& name) {
+    CPMXTemplUIListData& record = FavoriteOf(row);
     record.SetName(name);
     if (!EnsureLoaded(record)) {
         Warn(text::EditorFavoriteUnreadable);

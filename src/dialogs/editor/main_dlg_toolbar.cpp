@@ -1,37 +1,32 @@
 #include "dialogs/base/favorite_row.h"
 #include "dialogs/editor/main_dlg.h"
 #include "res/ids.h"
+#include "store/levels.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace pmx {
 
-/// False when the mark stays as it is.
-bool CPMXTemplUIMainDlg::ToggleToolbar(int row) {
-    switch (static_cast<ToolbarMark>(ListView().StateImage(row))) {
-    case ToolbarMark::Empty:
-        if (!CheckToolbarLimit()) {
-            return false;
-        }
-        SetToolbar(row);
-        return true;
-    case ToolbarMark::Ticked:
-        ClearToolbar(row);
-        return true;
-    case ToolbarMark::Unavailable:
-        break;
+/// Only favorites of document level can be on the toolbar.
+void CPMXTemplUIMainDlg::ToggleToolbar(int row) {
+    const CPMXTemplUIListData& record = FavoriteOf(row);
+    if (!IsDocumentLevel(record.GetLevel())) {
+        return;
     }
-    return false;
+    if (record.GetToolbar() == 1) {
+        ClearToolbar(row);
+    } else if (CheckToolbarLimit()) {
+        SetToolbar(row);
+    }
 }
 
 /// False, after a message, when the toolbar is full. Records that are marked deleted count too.
 bool CPMXTemplUIMainDlg::CheckToolbarLimit() {
     const std::vector<const CPMXTemplUIListData*> records = List->GetRecords();
     const std::int64_t count =
-        std::count_if(records.begin(), records.end(), [](const CPMXTemplUIListData* record) {
-            return record != nullptr && record->GetToolbar() != 0;
-        });
+        std::count_if(records.begin(), records.end(),
+                      [](const CPMXTemplUIListData* record) { return record->GetToolbar() != 0; });
     if (count < ToolbarLimit) {
         return true;
     }
@@ -40,27 +35,13 @@ bool CPMXTemplUIMainDlg::CheckToolbarLimit() {
 }
 
 void CPMXTemplUIMainDlg::SetToolbar(int row) {
-    MarkToolbar(row, true);
+    FavoriteOf(row).SetToolbar(1);
+    ListView().SetStateImage(row, static_cast<int>(ToolbarMark::Ticked));
 }
 
 void CPMXTemplUIMainDlg::ClearToolbar(int row) {
-    MarkToolbar(row, false);
-}
-
-void CPMXTemplUIMainDlg::MarkToolbar(int row, bool onToolbar) {
-    if (row < 0) {
-        return;
-    }
-    CPMXTemplUIListData* const record = RecordOfRow(row);
-    if (record == nullptr) {
-        Fail(text::FavoriteInfoFailed);
-        return;
-    }
-    record->SetToolbar(onToolbar ? 1 : 0);
-    ListView().SetStateImage(row, static_cast<int>(onToolbar ? ToolbarMark::Ticked : ToolbarMark::Empty));
-    if (row == ListView().SelectionMark()) {
-        ShowRow(row);
-    }
+    FavoriteOf(row).SetToolbar(0);
+    ListView().SetStateImage(row, static_cast<int>(ToolbarMark::Empty));
 }
 
 } // namespace pmx

@@ -245,7 +245,9 @@ INT_PTR WindowsDialog::Notified(const NMHDR& notification) {
     if (list == Lists.end()) {
         return FALSE;
     }
-    if (notification.code == NM_CLICK) {
+    if (notification.code == LVN_ITEMCHANGED) {
+        SelectionNotified(*list->second, reinterpret_cast<const NMLISTVIEW&>(notification));
+    } else if (notification.code == NM_CLICK) {
         Tell([&] { Events.OnListClicked(control); });
     } else if (notification.code == NM_DBLCLK) {
         Tell([&] { Events.OnListDoubleClicked(control); });
@@ -256,6 +258,14 @@ INT_PTR WindowsDialog::Notified(const NMHDR& notification) {
         Tell([&] { Events.OnListKeyDown(control, {.VirtualKey = key.wVKey, .Flags = scanCode}); });
     }
     return FALSE;
+}
+
+void WindowsDialog::SelectionNotified(const WindowsList& list, const NMLISTVIEW& change) {
+    const bool isSelection =
+        (change.uChanged & LVIF_STATE) != 0 && ((change.uOldState ^ change.uNewState) & LVIS_SELECTED) != 0;
+    if (isSelection && !list.IsChanging()) {
+        Tell([&] { Events.OnListSelectionChanged(static_cast<ControlId>(change.hdr.idFrom)); });
+    }
 }
 
 INT_PTR WindowsDialog::HelpAsked(const HELPINFO& help) {

@@ -50,6 +50,7 @@ private:
     INT_PTR ButtonClicked(ControlId control);
     INT_PTR EditNotified(ControlId control, UINT code);
     INT_PTR Notified(const NMHDR& notification);
+    void SelectionNotified(const WindowsList& list, const NMLISTVIEW& change);
     INT_PTR HelpAsked(const HELPINFO& help);
     void WatchControls();
     void RunLoop();

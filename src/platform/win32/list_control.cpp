@@ -3,8 +3,6 @@
 #include "platform/win32/image_list.h"
 #include "platform/win32/wide_text.h"
 
-#include <array>
-
 #include <windowsx.h>
 
 namespace pmx::win32 {
@@ -105,57 +103,27 @@ void WindowsList::InsertColumn(int column, const std::string& title, int width) 
     Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), Pointer(&inserted));
 }
 
-int WindowsList::InsertRow(int position, std::int64_t data, int image) {
-    const int mark = SelectionMark();
+/// Sends a message that may change the selection.
+void WindowsList::Change(UINT message, WPARAM wParam, LPARAM lParam) {
+    Changing = true;
+    Send(message, wParam, lParam);
+    Changing = false;
+}
+
+void WindowsList::InsertRow(int position, int image) {
     LVITEMW item{};
-    item.mask = LVIF_PARAM | (image == NoImage ? 0U : LVIF_IMAGE);
+    item.mask = image == NoImage ? 0U : LVIF_IMAGE;
     item.iItem = position;
-    item.lParam = static_cast<LPARAM>(data);
     item.iImage = image;
-    const int row = static_cast<int>(Send(LVM_INSERTITEMW, 0, Pointer(&item)));
-    // Versions of the control differ in what becomes of the mark.
-    if (mark >= 0 && row >= 0) {
-        SetSelectionMark(mark >= row ? mark + 1 : mark);
-    }
-    return row;
+    Change(LVM_INSERTITEMW, 0, Pointer(&item));
 }
 
 void WindowsList::DeleteRow(int row) {
-    const int mark = SelectionMark();
-    if (Send(LVM_DELETEITEM, static_cast<WPARAM>(row))) {
-        const int shifted = mark > row ? mark - 1 : mark;
-        SetSelectionMark(mark == row ? -1 : shifted); // some versions mark a row where there was no mark
-    }
+    Change(LVM_DELETEITEM, static_cast<WPARAM>(row), 0);
 }
 
 void WindowsList::Reserve(int count) {
     Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(count));
-}
-
-int WindowsList::RowCount() const {
-    return static_cast<int>(Send(LVM_GETITEMCOUNT));
-}
-
-std::int64_t WindowsList::RowData(int row) const {
-    LVITEMW item{};
-    item.mask = LVIF_PARAM;
-    item.iItem = row;
-    return row >= 0 && Send(LVM_GETITEMW, 0, Pointer(&item)) ? item.lParam : -1;
-}
-
-std::string WindowsList::Cell(int row, int column) const {
-    constexpr std::size_t LongestCell = 1024;
-    std::array<wchar_t, LongestCell> buffer{};
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = buffer.data();
-    item.cchTextMax = static_cast<int>(buffer.size());
-    if (!Has(row)) {
-        return {};
-    }
-    const auto length =
-        static_cast<std::size_t>(Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row), Pointer(&item)));
-    return ToNarrow(std::wstring_view(item.pszText, length));
 }
 
 void WindowsList::SetCell(int row, int column, const std::string& text) {
@@ -168,13 +136,6 @@ void WindowsList::SetCell(int row, int column, const std::string& text) {
     }
 }
 
-int WindowsList::StateImage(int row) const {
-    constexpr int StateImageShift = 12;
-    const LRESULT state =
-        row >= 0 ? Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK) : 0;
-    return static_cast<int>((state & LVIS_STATEIMAGEMASK) >> StateImageShift);
-}
-
 void WindowsList::SetStateImage(int row, int image) {
     LVITEMW item{};
     item.stateMask = LVIS_STATEIMAGEMASK;
@@ -184,18 +145,9 @@ void WindowsList::SetStateImage(int row, int image) {
     }
 }
 
-int WindowsList::SelectionMark() const {
-    return Window ? static_cast<int>(Send(LVM_GETSELECTIONMARK)) : -1;
-}
-
-void WindowsList::SetSelectionMark(int row) {
-    if (row == -1 || Has(row)) {
-        Send(LVM_SETSELECTIONMARK, 0, row);
-    }
-}
-
-bool WindowsList::IsSelected(int row) const {
-    return Has(row) && (Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) & LVIS_SELECTED) != 0;
+int WindowsList::SelectedRow() const {
+    constexpr auto FromStart = static_cast<WPARAM>(-1);
+    return Window ? static_cast<int>(Send(LVM_GETNEXTITEM, FromStart, LVNI_SELECTED)) : -1;
 }
 
 void WindowsList::Select(int row) {
@@ -205,15 +157,8 @@ void WindowsList::Select(int row) {
     LVITEMW item{};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
     item.state = LVIS_SELECTED | LVIS_FOCUSED;
-    Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
-    SetSelectionMark(row);
-}
-
-void WindowsList::DeselectAll() {
-    constexpr auto AllRows = static_cast<WPARAM>(-1);
-    LVITEMW item{};
-    item.stateMask = LVIS_SELECTED;
-    Send(LVM_SETITEMSTATE, AllRows, Pointer(&item));
+    Change(LVM_SETITEMSTATE, static_cast<WPARAM>(row), Pointer(&item));
+    Send(LVM_SETSELECTIONMARK, 0, row);
 }
 
 void WindowsList::EnsureVisible(int row) {

@@ -81,6 +81,7 @@ private:
         void OnPressed(ControlId control) override { Events.OnPressed(control); }
         void OnFocusGained(ControlId control) override { Events.OnFocusGained(control); }
         void OnFocusLost(ControlId control) override { Events.OnFocusLost(control); }
+        void OnListSelectionChanged(ControlId control) override { Events.OnListSelectionChanged(control); }
         void OnListClicked(ControlId control) override { Events.OnListClicked(control); }
         void OnListDoubleClicked(ControlId control) override { Events.OnListDoubleClicked(control); }
         void OnListKeyDown(ControlId control, const ListKey& key) override {

@@ -120,14 +120,6 @@ TEST_F(BasicListInMemoryTest, ListHasTwoColumnsAndSelectsWholeRows) {
               (std::vector<test::MemoryImageLists::Request>{{bitmap::LargeIcons, 32, Color::LightGrey}}));
 }
 
-TEST_F(BasicListInMemoryTest, FillingTheListDrawsItOnce) {
-    GivenThree();
-    RunAndCancel([](MemoryUser& user) {
-        EXPECT_EQ(user.List(List).RedrawPauses, 1);
-        EXPECT_TRUE(user.List(List).Redraw);
-    });
-}
-
 TYPED_TEST(BasicListTest, EmptyListLeavesOnlyOkAndCancelUsable) {
     this->RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
@@ -199,25 +191,6 @@ TYPED_TEST(BasicListTest, StandardFavoriteCanOnlyBeMovedAndGivenAnotherIcon) {
     });
 }
 
-TYPED_TEST(BasicListTest, FirstRowCannotMoveUpNorTheLastDown) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
-        EXPECT_FALSE(user.IsEnabled(control::BasicUp));
-        EXPECT_TRUE(user.IsEnabled(control::BasicDown));
-        user.ClickRow(List, 2);
-        EXPECT_TRUE(user.IsEnabled(control::BasicUp));
-        EXPECT_FALSE(user.IsEnabled(control::BasicDown));
-    });
-}
-
-TYPED_TEST(BasicListTest, SingleRowCannotMove) {
-    this->Given({{.Name = "A"}});
-    this->RunAndCancel([](DialogUser& user) {
-        EXPECT_FALSE(user.IsEnabled(control::BasicUp));
-        EXPECT_FALSE(user.IsEnabled(control::BasicDown));
-    });
-}
-
 TEST_F(BasicListInMemoryTest, IconOfTheFavoriteIsShownOnEveryLevel) {
     Given({{.Name = "A", .Level = 5, .Icon = 30}, {.Name = "B", .Icon = 22}, Standard("S", 103)});
     RunAndCancel([](MemoryUser& user) {
@@ -238,47 +211,12 @@ TEST_F(BasicListInMemoryTest, WithoutPicturesTheListStillWorks) {
 
 // Mouse and keyboard
 
-TYPED_TEST(BasicListTest, ClickBesideTheRowsKeepsWhatIsShownAndLeavesNothingToActOn) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.ClickBesideRows(List);
-        EXPECT_EQ(user.Text(Name), "Beta");
-        for (const ControlId id :
-             {control::BasicDelete, control::BasicUp, control::BasicDown, control::ChangeIcon}) {
-            user.Press(id); // would open a dialog that the test does not foresee, or change the rows
-        }
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "Beta", "C"}));
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
-}
-
 TYPED_TEST(BasicListTest, DoubleClickIsNoCommand) {
     this->GivenThree();
     this->RunAndCancel([](DialogUser& user) {
         user.DoubleClickRow(List, 1);
         EXPECT_EQ(user.Text(Name), "Beta");
         EXPECT_TRUE(user.IsOpen());
-    });
-}
-
-TYPED_TEST(BasicListTest, ArrowKeysShowTheRowThatTheyLeadTo) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
-        user.TabTo(List);
-        user.Key(test::key::Up);
-        EXPECT_EQ(user.Text(Name), "A");
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "Beta");
-        EXPECT_EQ(user.SelectedRow(List), 1);
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "C");
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "C");
-        EXPECT_FALSE(user.IsEnabled(control::BasicDown));
-        user.Key(test::key::Up);
-        EXPECT_EQ(user.Text(Name), "Beta");
-        EXPECT_TRUE(user.IsEnabled(control::BasicDown));
     });
 }
 
@@ -292,16 +230,6 @@ TYPED_TEST(BasicListTest, DeleteKeyDeletes) {
         EXPECT_EQ(user.Focused(), List);
     });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "C"}));
-}
-
-TYPED_TEST(BasicListTest, DeleteKeyLeavesAStandardFavorite) {
-    this->Given({Standard("S"), {.Name = "B"}});
-    this->RunAndAccept([](DialogUser& user) {
-        user.TabTo(List);
-        user.Key(test::key::Delete);
-        EXPECT_EQ(user.RowCount(List), 2);
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"S", "B"}));
 }
 
 TYPED_TEST(BasicListTest, SpaceIsNoCommand) {
@@ -324,40 +252,7 @@ TEST_F(BasicListInMemoryTest, KeyTakenByTheInputMethodIsNoneOfTheList) {
     });
 }
 
-TYPED_TEST(BasicListTest, KeysInAnEmptyListDoNothing) {
-    this->RunAndCancel([](DialogUser& user) {
-        user.TabTo(List);
-        for (const std::uint32_t key : {test::key::Down, test::key::Up, test::key::Delete}) {
-            user.Key(key);
-        }
-        EXPECT_EQ(user.RowCount(List), 0);
-    });
-}
-
 // Deleting
-
-TYPED_TEST(BasicListTest, DeletingTheFirstRowSelectsTheNewFirstRow) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
-        user.Press(control::BasicDelete);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"Beta", "C"}));
-        EXPECT_EQ(user.SelectedRow(List), 0);
-        EXPECT_EQ(user.Text(Name), "Beta");
-        EXPECT_FALSE(user.IsEnabled(control::BasicUp));
-        EXPECT_EQ(user.Focused(), List);
-    });
-}
-
-TYPED_TEST(BasicListTest, DeletingALaterRowSelectsTheRowAbove) {
-    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}, {.Name = "D"}});
-    this->RunAndCancel([](DialogUser& user) {
-        user.ClickRow(List, 3);
-        user.Press(control::BasicDelete);
-        EXPECT_EQ(user.SelectedRow(List), 2);
-        EXPECT_EQ(user.Text(Name), "C");
-        EXPECT_FALSE(user.IsEnabled(control::BasicDown));
-    });
-}
 
 TYPED_TEST(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
     this->Given({{.Name = "A"}});
@@ -415,16 +310,6 @@ TYPED_TEST(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
     EXPECT_EQ(this->ListedNames(), (Names{"B", "C", "S"}));
 }
 
-TEST_F(BasicListInMemoryTest, MovingDrawsTheListOnceAndKeepsTheRowInView) {
-    GivenThree();
-    RunAndCancel([](MemoryUser& user) {
-        user.Press(control::BasicDown);
-        EXPECT_EQ(user.List(List).RedrawPauses, 2);
-        EXPECT_EQ(user.List(List).SelectionMark(), 1);
-        EXPECT_EQ(user.List(List).LastMadeVisible, 1);
-    });
-}
-
 // The icon
 
 TYPED_TEST(BasicListTest, ChosenIconIsWritten) {
@@ -446,17 +331,6 @@ TEST_F(BasicListInMemoryTest, ChosenIconIsShown) {
         ChangeIcon(user, [](DialogUser& picker) { Pick(picker, 1); });
         EXPECT_EQ(user.IconIn(control::BasicIcon)->Index, 15);
     });
-}
-
-TYPED_TEST(BasicListTest, CancelledPickerChangesNothing) {
-    this->GivenThree();
-    this->RunAndAccept([this](DialogUser& user) {
-        this->ChangeIcon(user, [](DialogUser& picker) {
-            picker.ClickRow(control::PickerIcons, 1);
-            picker.Escape();
-        });
-    });
-    EXPECT_EQ(this->ListedValues()[0], "0~A~1~0~14~F0.pmt");
 }
 
 TYPED_TEST(BasicListTest, StandardFavoriteMayHaveAnotherIcon) {
@@ -488,42 +362,6 @@ TYPED_TEST(BasicListTest, NameHasAtMost32Bytes) {
     });
 }
 
-TYPED_TEST(BasicListTest, EmptyNameKeepsTheOldOneWithoutAMessage) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "");
-        EXPECT_EQ(user.Cell(List, 1, 0), "Beta");
-        EXPECT_EQ(user.Text(Name), "Beta");
-        TestFixture::Rename(user, 1, "   ");
-        EXPECT_EQ(user.Cell(List, 1, 0), "Beta");
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
-}
-
-TYPED_TEST(BasicListTest, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
-    this->GivenThree();
-    this->ExpectWarning(1057);
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "a~b");
-        EXPECT_EQ(user.Focused(), Name);
-        EXPECT_EQ(user.Text(Name), "a~b");
-        EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.Cell(List, 1, 0), "Beta");
-    });
-}
-
-TYPED_TEST(BasicListTest, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
-    this->GivenThree();
-    this->ExpectWarning(1016);
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 0, "bETA");
-        EXPECT_EQ(user.Focused(), Name);
-        EXPECT_EQ(user.Text(Name), "bETA");
-        EXPECT_EQ(user.SelectedRow(List), 0);
-        EXPECT_EQ(user.Cell(List, 0, 0), "A");
-    });
-}
-
 TYPED_TEST(BasicListTest, NameOfAStandardOrADeletedFavoriteIsRefused) {
     this->Given({{.Name = "A"}, {.Name = "B"}, Standard("S")});
     this->ExpectWarning(1016);
@@ -536,17 +374,6 @@ TYPED_TEST(BasicListTest, NameOfAStandardOrADeletedFavoriteIsRefused) {
         user.TabTo(List);
         EXPECT_EQ(user.Focused(), Name);
     });
-}
-
-TYPED_TEST(BasicListTest, RefusedNameCanBeMended) {
-    this->GivenThree();
-    this->ExpectWarning(1016);
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "C");
-        user.Fill(Name, "D");
-        user.TabTo(List);
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "D", "C"}));
 }
 
 TYPED_TEST(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
@@ -568,28 +395,6 @@ TYPED_TEST(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
     });
 }
 
-TYPED_TEST(BasicListTest, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "New");
-        user.ClickRow(List, 2);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "New", "C"}));
-        EXPECT_EQ(user.Text(Name), "C");
-    });
-}
-
-TYPED_TEST(BasicListTest, RenamingAfterAMoveReachesTheMovedFavorite) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        user.Press(control::BasicDown);
-        user.Fill(Name, "New");
-        user.TabTo(List);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"Beta", "New", "C"}));
-    });
-    EXPECT_EQ(this->ListedValues()[1], "0~New~1~0~14~F0.pmt");
-}
-
 TYPED_TEST(BasicListTest, EnterInTheNameBoxRenamesAndAccepts) {
     this->GivenThree();
     EXPECT_EQ(this->Run([](DialogUser& user) {
@@ -599,28 +404,6 @@ TYPED_TEST(BasicListTest, EnterInTheNameBoxRenamesAndAccepts) {
     }),
               CodeOk);
     EXPECT_EQ(this->ListedNames(), (Names{"A", "New", "C"}));
-}
-
-TYPED_TEST(BasicListTest, EnterInTheNameBoxWithARefusedNameKeepsTheDialogOpen) {
-    this->GivenThree();
-    this->ExpectWarning(1016);
-    this->RunAndCancel([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "C");
-        user.Enter();
-        EXPECT_TRUE(user.IsOpen());
-        EXPECT_EQ(user.Focused(), Name);
-        EXPECT_EQ(user.Text(Name), "C");
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
-}
-
-TYPED_TEST(BasicListTest, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "C");
-    });
 }
 
 TYPED_TEST(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsItsName) {
@@ -655,16 +438,6 @@ TYPED_TEST(BasicListTest, FavoriteFileIsReadForTheFirstRenamingOnly) {
     });
     EXPECT_EQ(this->Host.LoadedPaths.size(), 1U);
     EXPECT_EQ(this->ListedNames()[1], "Newer");
-}
-
-TYPED_TEST(BasicListTest, NameOfTheListFileThatIsTooLongForTheBoxStaysWhole) {
-    const std::string longName(40, 'x');
-    this->Given({{.Name = longName}, {.Name = "B"}});
-    this->RunAndAccept([](DialogUser& user) {
-        user.TabTo(Name);
-        user.TabTo(List);
-    });
-    EXPECT_EQ(this->ListedNames()[0], longName);
 }
 
 // The end

@@ -235,13 +235,15 @@ TYPED_TEST(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
     EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData25=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, CancelLeavesTheListFileAsItWas) {
+TYPED_TEST(ChoiceEntryDlgTest, CancelDoesNotEvenWriteTheListFileAnew) {
+    const std::string before = this->Folder.Read(ListFile) + "Other=gone when the section is written\r\n";
+    this->Folder.Write(ListFile, before);
     EXPECT_EQ(this->Run([](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::Cancel);
     }),
               CodeCancel);
-    this->ExpectNothingStored();
+    EXPECT_EQ(this->Folder.Read(ListFile), before);
 }
 
 TYPED_TEST(ChoiceEntryDlgTest, AFavoriteThatCannotBeStoredEndsWithOkAndLeavesTheListFile) {

@@ -105,17 +105,6 @@ TYPED_TEST(EditorMouse, ClickOnTheTickedBoxTakesTheFavoriteOffTheToolbar) {
     EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~1~0~14~F0.pmt"});
 }
 
-TEST_F(EditorMouseInMemory, BoxOfARowThatIsNotMarkedLeavesTheControlsAsTheyAre) {
-    Given({{.Name = "A"}, {.Name = "B"}});
-    RunAndCancel([](MemoryUser& user) {
-        user.List(List).Hit = {.Row = 1, .OnStateImage = true};
-        user.Events().OnListClicked(List);
-        EXPECT_EQ(user.StateImage(List, 1), Ticked);
-        EXPECT_EQ(user.Text(Name), "A");
-        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
-    });
-}
-
 TYPED_TEST(EditorMouse, ClickOnTheUnavailableBoxOnlySelects) {
     this->Given({{.Name = "A"}, {.Name = "B", .Level = 2}});
     this->RunAndCancel([](DialogUser& user) {
@@ -162,25 +151,50 @@ TYPED_TEST(EditorMouse, DoubleClickOnAStandardFavoriteIsRefused) {
     this->RunAndCancel([](DialogUser& user) { user.DoubleClickRow(List, 0); });
 }
 
-TYPED_TEST(EditorKeyboard, ArrowKeysShowTheRowThatTheyLeadTo) {
-    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
+TYPED_TEST(EditorKeyboard, ControlsShowTheRowThatAKeyLeadsTo) {
+    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}, {.Name = "D"}});
     this->RunAndCancel([](DialogUser& user) {
         user.TabTo(List);
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "B");
+        constexpr std::pair<std::uint32_t, int> Steps[] = {
+            {test::key::Down, 1},     {test::key::Down, 2},   {test::key::Up, 1},
+            {test::key::End, 3},      {test::key::Down, 3},   {test::key::Home, 0},
+            {test::key::PageDown, 3}, {test::key::PageUp, 0}, {test::key::Up, 0}};
+        for (const auto& [key, row] : Steps) {
+            user.Key(key);
+            EXPECT_EQ(user.SelectedRow(List), row) << key;
+            EXPECT_EQ(user.Text(Name), std::string(1, static_cast<char>('A' + row))) << key;
+            EXPECT_EQ(user.IsEnabled(control::EditorUp), row != 0) << key;
+            EXPECT_EQ(user.IsEnabled(control::EditorDown), row != 3) << key;
+        }
+    });
+}
+
+TYPED_TEST(EditorKeyboard, NameTypedAfterAKeyIsThatOfTheSelectedRow) {
+    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}});
+    this->RunAndAccept([](DialogUser& user) {
+        user.TabTo(List);
+        user.Key(test::key::End);
+        user.Fill(Name, "New");
+    });
+    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", "B", "New"}));
+}
+
+TYPED_TEST(EditorMouse, RightClickShowsItsRow) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) {
+        user.RightClickRow(List, 1);
         EXPECT_EQ(user.SelectedRow(List), 1);
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "C");
-        user.Key(test::key::Down);
-        EXPECT_EQ(user.Text(Name), "C");
-        EXPECT_FALSE(user.IsEnabled(control::EditorDown));
-        user.Key(test::key::Up);
         EXPECT_EQ(user.Text(Name), "B");
-        EXPECT_TRUE(user.IsEnabled(control::EditorDown));
-        user.Key(test::key::Up);
-        user.Key(test::key::Up);
-        EXPECT_EQ(user.Text(Name), "A");
-        EXPECT_FALSE(user.IsEnabled(control::EditorUp));
+    });
+}
+
+TYPED_TEST(EditorKeyboard, SpaceTogglesTheShownRowAlsoWhenItIsNotSelected) {
+    this->Given({{.Name = "A"}, {.Name = "B"}});
+    this->RunAndCancel([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.ClickBesideRows(List);
+        user.Key(test::key::Space);
+        EXPECT_EQ(user.StateImage(List, 1), Ticked);
     });
 }
 
@@ -214,27 +228,6 @@ TYPED_TEST(EditorKeyboard, SpaceOnAnUnavailableBoxDoesNothing) {
         EXPECT_EQ(user.StateImage(List, 0), Unavailable);
     });
     EXPECT_EQ(this->ListedValues(), std::vector<std::string>{"0~A~5~0~14~F0.pmt"});
-}
-
-TEST_F(EditorKeyboardInMemory, SpaceTogglesTheMarkedRowAlsoWhenItIsNotSelected) {
-    Given({{.Name = "A"}});
-    RunAndCancel([](MemoryUser& user) {
-        user.TabTo(List);
-        user.List(List).DeselectAll();
-        user.Events().OnListKeyDown(List, {.VirtualKey = ListKey::Space});
-        EXPECT_EQ(user.StateImage(List, 0), Ticked);
-    });
-}
-
-TEST_F(EditorKeyboardInMemory, SpaceWithoutAMarkedRowDoesNothing) {
-    Given({{.Name = "A"}});
-    RunAndCancel([](MemoryUser& user) {
-        user.TabTo(List);
-        user.List(List).DeselectAll();
-        user.List(List).SetSelectionMark(-1);
-        user.Events().OnListKeyDown(List, {.VirtualKey = ListKey::Space});
-        EXPECT_EQ(user.StateImage(List, 0), Empty);
-    });
 }
 
 TYPED_TEST(EditorKeyboard, SpaceHasTheLimitOfTheToolbar) {

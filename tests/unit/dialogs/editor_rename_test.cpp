@@ -36,12 +36,11 @@ TYPED_TEST_SUITE(EditorRename, test::AllDesktops);
 
 using EditorRenameInMemory = EditorRename<MemoryDesktop>;
 
-TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowMarkedAndInView) {
+TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
     GivenThree();
     ExpectRefusal(text::NameHasSeparator);
     RunAndCancel([](MemoryUser& user) {
         Rename(user, 1, "a~b");
-        EXPECT_EQ(user.List(List).SelectionMark(), 1);
         EXPECT_EQ(user.List(List).LastMadeVisible, 1);
     });
 }
@@ -350,20 +349,6 @@ TYPED_TEST(EditorRename, HostThatRaisesAtTheFileIsReported) {
     this->ExpectRefusal(text::EditorFavoriteUnreadable);
     this->RunAndCancel([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
     EXPECT_EQ(this->Host.LiveDocuments, 0U);
-}
-
-TEST_F(EditorRenameInMemory, StandardFavoriteIsLeftAloneSilently) {
-    Given({Standard("S"), {.Name = "A"}});
-    RunAndAccept([](MemoryUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "New");
-        user.List(List).SetRowData(0, 1);
-        user.List(List).SetRowData(1, 0); // the row is now that of the standard favorite
-        user.TabTo(List);
-        EXPECT_EQ(user.Cell(List, 1, 1), "A");
-    });
-    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "S"}));
-    EXPECT_TRUE(Host.LoadedPaths.empty());
 }
 
 TYPED_TEST(EditorRename, LeavingANameThatIsTooLongForTheBoxKeepsIt) {

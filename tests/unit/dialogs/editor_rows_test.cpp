@@ -127,22 +127,13 @@ TYPED_TEST(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailabl
     });
 }
 
-TYPED_TEST(EditorRows, WordForAFavoriteOnTheToolbarIsMadeButStandsInNoColumn) {
-    CPMXTemplUIListData record;
-    EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, "");
-    record.SetToolbar(1);
-    EXPECT_EQ(FormatRow(record, SystemResources()).Toolbar, Sjis(u8"有効"));
-}
-
 TEST_F(EditorRowsInMemory, FirstRowIsSelectedAndShownAtTheStart) {
     Given({Named("A", 1, false, 20), Named("B")});
     RunAndCancel([](MemoryUser& user) {
         EXPECT_EQ(user.SelectedRow(List), 0);
-        EXPECT_EQ(user.List(List).SelectionMark(), 0);
         EXPECT_EQ(user.Text(control::EditorName), "A");
         EXPECT_EQ(user.IconIn(control::EditorIcon), (test::MemoryImage{bitmap::LargeIcons, 20}));
         EXPECT_EQ(user.Focused(), List);
-        EXPECT_EQ(user.List(List).RowData(1), 1);
     });
 }
 

@@ -145,7 +145,6 @@ protected:
         int row = -1;
         Pick(icon, [&row](MemoryUser& user) {
             row = user.SelectedRow(Picker);
-            EXPECT_EQ(user.List(Picker).SelectionMark(), row);
             EXPECT_EQ(user.List(Picker).LastMadeVisible, row);
             user.Escape();
         });
@@ -192,14 +191,6 @@ TEST_F(IconDlgTest, SelectsTheFirstIconWhenThatOfTheFavoriteIsNotOffered) {
          {std::int64_t{3}, std::int64_t{13}, std::int64_t{60}, std::int64_t{-1}, std::int64_t{0x100000020}}) {
         EXPECT_EQ(InitialRow(icon), 0) << icon;
     }
-}
-
-TEST_F(IconDlgTest, OkWithoutAMarkKeepsTheIcon) {
-    const std::int64_t icon = Pick(3, [](MemoryUser& user) {
-        user.List(Picker).SetSelectionMark(-1);
-        user.Press(control::Ok);
-    });
-    EXPECT_EQ(icon, 3);
 }
 
 TEST_F(IconDlgTest, WorksWithoutPictures) {

@@ -34,15 +34,14 @@ public:
 
     using CPmxDlg::AskYesNo;
     using CPmxDlg::EndDialog;
+    using CPmxDlg::Fail;
     using CPmxDlg::HasSeparator;
-    using CPmxDlg::IsOpen;
     using CPmxDlg::LimitName;
     using CPmxDlg::NameIn;
     using CPmxDlg::RunOver;
-    using CPmxDlg::ShowFailure;
-    using CPmxDlg::ShowWarning;
     using CPmxDlg::StringOf;
     using CPmxDlg::TrimmedName;
+    using CPmxDlg::Warn;
     using CPmxDlg::Window;
 
 private:
@@ -118,7 +117,7 @@ protected:
     /// Lets the name box refuse what is in it, as dialogs do.
     void RefuseNames() {
         Dialog.WhenNameLeft = [this] {
-            Dialog.ShowWarning(text::NameHasSeparator);
+            Dialog.Warn(text::NameHasSeparator);
             Dialog.Window().Focus(control::BasicName);
         };
     }
@@ -134,18 +133,8 @@ TEST_F(PmxDlgTest, DialogThatCannotBeShownFails) {
     EXPECT_EQ(Dialog.DoModal(), CPmxDlg::Failed);
 }
 
-TEST_F(PmxDlgTest, IsOpenWhileItsWindowExists) {
-    EXPECT_FALSE(Dialog.IsOpen());
-    RunWith([this](MemoryUser& user) {
-        EXPECT_TRUE(Dialog.IsOpen());
-        EXPECT_EQ(user.Parent(), WindowHandle{9});
-        user.Escape();
-    });
-    EXPECT_FALSE(Dialog.IsOpen());
-}
-
 TEST_F(PmxDlgTest, EventsReachTheHandlersOfTheTable) {
-    Dialog.WhenFilled = [this] { Dialog.Window().ListOf(control::BasicList).InsertRow(0, 0); };
+    Dialog.WhenFilled = [this] { Dialog.Window().ListOf(control::BasicList).InsertRow(0); };
     const Events seen = EventsOf([](MemoryUser& user) {
         user.ClickRow(control::BasicList, 0);
         user.DoubleClickRow(control::BasicList, 0);
@@ -184,7 +173,7 @@ TEST_F(PmxDlgTest, MessageTakesTheFocusWithoutTellingTheHandlers) {
     Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
     const Events seen = EventsOf([this](MemoryUser& user) {
         user.TabTo(control::BasicName);
-        Dialog.ShowFailure(text::OutOfMemory);
+        Dialog.Fail(text::OutOfMemory);
         EXPECT_EQ(user.Focused(), control::BasicName);
     });
     EXPECT_EQ(seen, Events{"name entered"});
@@ -231,7 +220,7 @@ TEST_F(PmxDlgTest, WhatFollowsFromTheRefusedInputIsIgnored) {
 
 TEST_F(PmxDlgTest, EventsResumeAfterAMessage) {
     Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
-    Dialog.WhenDeletePressed = [this] { Dialog.ShowFailure(text::OutOfMemory); };
+    Dialog.WhenDeletePressed = [this] { Dialog.Fail(text::OutOfMemory); };
     const Events seen = EventsOf([](MemoryUser& user) {
         user.PressByKey(control::BasicDelete);
         user.TabTo(control::BasicName);
@@ -244,8 +233,8 @@ TEST_F(PmxDlgTest, MessagesHaveTheDialogsTitleAsCaptionAndBelongToIt) {
     Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
     RunWith([this](MemoryUser& user) {
         Dialog.Window().SetTitle(Sjis(u8"お気に入りの編集"));
-        Dialog.ShowWarning(text::CreateNameMissing);
-        Dialog.ShowFailure(text::OutOfMemory);
+        Dialog.Warn(text::CreateNameMissing);
+        Dialog.Fail(text::OutOfMemory);
         for (const Message& message : Desktop.Messages.Shown) {
             EXPECT_EQ(message.Caption, Sjis(u8"お気に入りの編集"));
             EXPECT_EQ(message.Owner, user.Handle());
@@ -261,7 +250,7 @@ TEST_F(PmxDlgTest, MessageFillsInPlaceholders) {
                                      u8"他のお気に入りのツールバー登録を解除してください。"),
                                 MessageIcon::Exclamation);
     RunWith([this](MemoryUser& user) {
-        Dialog.ShowWarning(text::ToolbarFull, {std::int64_t{20}});
+        Dialog.Warn(text::ToolbarFull, {std::int64_t{20}});
         user.Escape();
     });
 }

@@ -204,6 +204,7 @@ public:
     void OnPressed(ControlId control) override { Events.OnPressed(control); }
     void OnFocusGained(ControlId control) override { Events.OnFocusGained(control); }
     void OnFocusLost(ControlId control) override { Events.OnFocusLost(control); }
+    void OnListSelectionChanged(ControlId control) override { Events.OnListSelectionChanged(control); }
     void OnListClicked(ControlId control) override { Events.OnListClicked(control); }
     void OnListDoubleClicked(ControlId control) override { Events.OnListDoubleClicked(control); }
     void OnListKeyDown(ControlId control, const ListKey& key) override { Events.OnListKeyDown(control, key); }
@@ -418,7 +419,7 @@ void DialogDriver::AnswerMessage(const OpenMessage& message) {
     message.Meanwhile();
     const HWND button = GetDlgItem(box, ButtonOf(message.Planned));
     EXPECT_NE(button, nullptr);
-    ClickAt(open, button, CenterOf(button));
+    ClickAt(open, button, CenterOf(button), {});
     Require(WaitUntil(isAnswered), "the message box did not close: " + Utf8(message.Asked.Text));
 }
 
@@ -532,7 +533,7 @@ void DialogDriver::Activate(const OpenDialog& dialog, HWND top) {
             "the window does not get the keyboard");
 }
 
-void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position, int times) {
+void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position, const MouseClick& click) {
     const auto isThere = [position] {
         POINT present{};
         GetCursorPos(&present);
@@ -549,8 +550,10 @@ void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position
     input.mi.dx = InScreenUnits(position.x, SM_CXSCREEN);
     input.mi.dy = InScreenUnits(position.y, SM_CYSCREEN);
     std::vector<INPUT> inputs;
-    for (int click = 0; click < times; ++click) {
-        for (const DWORD button : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+    const DWORD down = click.ByRightButton ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN;
+    const DWORD up = click.ByRightButton ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP;
+    for (int count = 0; count < click.Times; ++count) {
+        for (const DWORD button : {down, up}) {
             input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
             inputs.push_back(input);
         }
@@ -559,7 +562,8 @@ void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position
 }
 
 void DialogDriver::SendKey(WORD virtualKey, bool down, std::uint64_t extra) {
-    static constexpr std::array<WORD, 6> Extended{VK_UP, VK_DOWN, VK_DELETE, VK_HOME, VK_END, VK_INSERT};
+    static constexpr std::array<WORD, 8> Extended{VK_UP,  VK_DOWN,   VK_DELETE, VK_HOME,
+                                                  VK_END, VK_INSERT, VK_PRIOR,  VK_NEXT};
     INPUT input{};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = virtualKey;

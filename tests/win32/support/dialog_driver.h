@@ -75,8 +75,13 @@ public:
     /// itself or in a control.
     void Activate(const OpenDialog& dialog, HWND top);
 
+    struct MouseClick {
+        int Times = 1;
+        bool ByRightButton = false;
+    };
+
     /// Places the mouse pointer, waits until it is there, and clicks.
-    void ClickAt(const OpenDialog& dialog, HWND window, POINT screenPosition, int times = 1);
+    void ClickAt(const OpenDialog& dialog, HWND window, POINT screenPosition, const MouseClick& click);
     static void SendKey(WORD virtualKey, bool down, std::uint64_t extra = 0);
     static void SendCharacter(wchar_t character);
 

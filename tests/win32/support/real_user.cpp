@@ -132,9 +132,9 @@ int RealUser::SelectedRow(ControlId list) const {
     return static_cast<int>(Ask(Item(list), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
-void RealUser::Click(HWND window, POINT client, int times) {
+void RealUser::Click(HWND window, POINT client, const DialogDriver::MouseClick& click) {
     ClientToScreen(window, &client);
-    Driver.ClickAt(Dialog, window, client, times);
+    Driver.ClickAt(Dialog, window, client, click);
     Finish(true);
 }
 
@@ -146,7 +146,7 @@ void RealUser::Press(ControlId control) {
     }
 }
 
-void RealUser::ClickOnRow(ControlId list, int row, RowPart part, int times) {
+void RealUser::ClickOnRow(ControlId list, int row, RowPart part, const DialogDriver::MouseClick& click) {
     constexpr LONG HalfStateImage = 8;
     const HWND item = Item(list);
     if (!item || !BeginAction()) {
@@ -162,15 +162,19 @@ void RealUser::ClickOnRow(ControlId list, int row, RowPart part, int times) {
     }
     const LONG inside = std::min(area.left + HalfStateImage, (area.left + area.right) / 2);
     const LONG x = part == RowPart::StateImage ? area.left - HalfStateImage : inside;
-    Click(item, {x, (area.top + area.bottom) / 2}, times);
+    Click(item, {x, (area.top + area.bottom) / 2}, click);
 }
 
 void RealUser::ClickRow(ControlId list, int row) {
-    ClickOnRow(list, row, RowPart::Content, 1);
+    ClickOnRow(list, row, RowPart::Content);
+}
+
+void RealUser::RightClickRow(ControlId list, int row) {
+    ClickOnRow(list, row, RowPart::Content, {.ByRightButton = true});
 }
 
 void RealUser::ClickStateImage(ControlId list, int row) {
-    ClickOnRow(list, row, RowPart::StateImage, 1);
+    ClickOnRow(list, row, RowPart::StateImage);
 }
 
 void RealUser::ClickBesideRows(ControlId list) {
@@ -183,11 +187,11 @@ void RealUser::ClickBesideRows(ControlId list) {
 }
 
 void RealUser::DoubleClickRow(ControlId list, int row) {
-    ClickOnRow(list, row, RowPart::Content, 2);
+    ClickOnRow(list, row, RowPart::Content, {.Times = 2});
 }
 
 void RealUser::DoubleClickStateImage(ControlId list, int row) {
-    ClickOnRow(list, row, RowPart::StateImage, 2);
+    ClickOnRow(list, row, RowPart::StateImage, {.Times = 2});
 }
 
 void RealUser::TabTo(ControlId control) {

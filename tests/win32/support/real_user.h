@@ -52,6 +52,7 @@ public:
 
     void Press(ControlId control) override;
     void ClickRow(ControlId list, int row) override;
+    void RightClickRow(ControlId list, int row) override;
     void ClickStateImage(ControlId list, int row) override;
     void ClickBesideRows(ControlId list) override;
     void DoubleClickRow(ControlId list, int row) override;
@@ -75,8 +76,8 @@ private:
     void Finish(bool afterInput);
     LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     std::string TextOf(HWND window) const;
-    void Click(HWND window, POINT client, int times = 1);
-    void ClickOnRow(ControlId list, int row, RowPart part, int times);
+    void Click(HWND window, POINT client, const DialogDriver::MouseClick& click = {});
+    void ClickOnRow(ControlId list, int row, RowPart part, const DialogDriver::MouseClick& click = {});
     void PressKey(WORD virtualKey, bool withAlt = false, bool withControl = false);
 
     DialogDriver& Driver;
