@@ -42,7 +42,8 @@ static Function Find(HMODULE module, const char* name) {
 }
 
 static Library Load(const char* fileName) {
-    HMODULE module = LoadLibraryA(fileName);
+    /* Beside this program or in the system, and not in the current folder, which may be anybody's. */
+    HMODULE module = LoadLibraryExA(fileName, NULL, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
     if (module == NULL) {
         fprintf(stderr, "%s cannot be loaded: error %lu\n", fileName, GetLastError());
         exit(EXIT_FAILURE);

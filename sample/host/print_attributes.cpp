@@ -1,6 +1,7 @@
 #include "host/print_attributes.h"
 
 #include "host/PMXPropUI.h"
+#include "ui/text.h"
 
 namespace pmx::host {
 
@@ -8,7 +9,7 @@ namespace {
 
 /// Looked up like in the favorites library, at run time; kept loaded.
 PmxShowPropUI FindDialog() {
-    const HMODULE library = LoadLibraryA(PMX_PROPUI_LIBRARY);
+    const HMODULE library = sample::LoadBeside(PMX_PROPUI_LIBRARY);
     if (library == nullptr) {
         return nullptr;
     }

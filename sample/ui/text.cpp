@@ -7,7 +7,7 @@ namespace pmx::sample {
 namespace {
 
 HMODULE LoadLanguage() {
-    const HMODULE user = LoadLibraryA(PMX_USER_LIBRARY);
+    const HMODULE user = LoadBeside(PMX_USER_LIBRARY);
     if (user == nullptr) {
         return nullptr;
     }
@@ -40,6 +40,21 @@ HMODULE OwnModule() {
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        &Place, &module);
     return module;
+}
+
+HMODULE LoadBeside(std::string_view fileName) {
+    constexpr std::size_t LongestPath = 0x8000;
+    std::wstring path(LongestPath, L'\0');
+    const DWORD length = GetModuleFileNameW(OwnModule(), path.data(), static_cast<DWORD>(path.size()));
+    path.resize(length < path.size() ? length : 0);
+    const auto separator = path.rfind(L'\\');
+    if (separator == std::wstring::npos) {
+        return nullptr;
+    }
+    path.resize(separator + 1);
+    path += ToWide(fileName);
+    return LoadLibraryExW(path.c_str(), nullptr,
+                          LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
 }
 
 HMODULE ResourceModule() {

@@ -17,6 +17,10 @@ std::string ToNarrow(std::wstring_view wide);
 /// The program or library that contains this code.
 HMODULE OwnModule();
 
+/// Loads a library that lies beside OwnModule, and only there: by name alone, one in the current folder could
+/// be taken for it. Null when it cannot be loaded.
+HMODULE LoadBeside(std::string_view fileName);
+
 /// Where texts, menus and dialogs are taken from: the resource library of the user's language beside
 /// OwnModule, chosen by PmxUser as for the favorites library, or OwnModule itself (Japanese). Chosen once.
 HMODULE ResourceModule();

@@ -1,6 +1,5 @@
 #include "frame/app.h"
 
-#include "host/PmxUser.h"
 #include "platform/guard.h"
 
 namespace pmx {
@@ -16,19 +15,13 @@ bool CPMXTemplUIApp::InitInstance() {
     if (!CPmxApp::InitInstance()) {
         return false;
     }
-    if (ResourceLibrary != ModuleHandle::None) {
+    if (ResourceLibrary != ModuleHandle::None || LoadResources == nullptr) {
         return true;
     }
-    UserLibrary = Libraries.Load(PMX_USER_LIBRARY);
-    const DynamicLibrary::Function found = UserLibrary ? UserLibrary->Find(PMX_USER_ENTRY) : nullptr;
-    if (found == nullptr) {
-        return true;
-    }
-    const auto loadResources = reinterpret_cast<PmxLoadDefaultResourceDLL>(found);
     void* loaded = nullptr;
     // An error in the host's library must not keep the favorites from loading.
     const bool completed =
-        RunGuarded([&] { loaded = loadResources(reinterpret_cast<void*>(States.OwnModule()), ResourceTag); });
+        RunGuarded([&] { loaded = LoadResources(reinterpret_cast<void*>(States.OwnModule()), ResourceTag); });
     if (completed && loaded != nullptr) {
         ResourceLibrary = static_cast<ModuleHandle>(reinterpret_cast<std::uintptr_t>(loaded));
         States.SetResourceModule(ResourceLibrary);

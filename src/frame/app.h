@@ -1,9 +1,7 @@
 #pragma once
 
-#include "platform/dynamic_library.h"
+#include "host/PmxUser.h"
 #include "platform/module_state.h"
-
-#include <memory>
 
 namespace pmx {
 
@@ -23,22 +21,18 @@ public:
 /// from.
 class CPMXTemplUIApp final : public CPmxApp {
 public:
-    explicit CPMXTemplUIApp(DynamicLibraries& libraries = SystemDynamicLibraries(),
-                            ModuleStates& states = SystemModuleStates())
-        : Libraries(libraries), States(states) {}
+    /// `loadResources` is the host's choice of a resource library, null when the host has none.
+    CPMXTemplUIApp(PmxLoadDefaultResourceDLL loadResources, ModuleStates& states)
+        : LoadResources(loadResources), States(states) {}
 
-    /// Asks the host's user library for a resource library, once, and makes it the source of dialogs, texts
-    /// and pictures. Without one the library's own stay in use. Never fails on that account.
+    /// Asks the host for a resource library, once, and makes it the source of dialogs, texts and pictures; it
+    /// is never released. Without one the library's own stay in use. Never fails on that account.
     bool InitInstance() override;
 
-    /// The resource library in use; none until one was loaded. Never released.
-    ModuleHandle GetResourceLibrary() const { return ResourceLibrary; }
-
 private:
-    DynamicLibraries& Libraries;
+    const PmxLoadDefaultResourceDLL LoadResources;
     ModuleStates& States;
-    std::unique_ptr<DynamicLibrary> UserLibrary;
-    ModuleHandle ResourceLibrary = ModuleHandle::None;
+    ModuleHandle ResourceLibrary = ModuleHandle::None; ///< none until one was loaded
 };
 
 } // namespace pmx

@@ -9,6 +9,7 @@
 #include <string>
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 namespace pmx {
 namespace {
@@ -25,17 +26,34 @@ TEST(SharedObjects, FindsFunctionsOfALibraryThatTheSystemFinds) {
     EXPECT_EQ(library->FindOrdinal(14), nullptr);
 }
 
-TEST(SharedObjects, LoadsFromAPathOfTheCodePage) {
+std::filesystem::path MathematicsFile() {
     const auto mathematics = SystemDynamicLibraries().Load("libm.so.6");
-    ASSERT_NE(mathematics, nullptr);
     Dl_info information{};
-    ASSERT_NE(dladdr(reinterpret_cast<void*>(mathematics->Find("cos")), &information), 0);
+    dladdr(reinterpret_cast<void*>(mathematics->Find("cos")), &information);
+    return information.dli_fname;
+}
+
+TEST(SharedObjects, LoadsFromAPathOfTheCodePage) {
     const test::TempFolder folder;
     const std::string path = folder.Path(test::Sjis(u8"表ソ.so"));
-    std::filesystem::copy_file(information.dli_fname, test::DiskPath(path));
+    std::filesystem::copy_file(MathematicsFile(), test::DiskPath(path));
     const auto library = SystemDynamicLibraries().Load(path);
     ASSERT_NE(library, nullptr);
     EXPECT_NE(library->Find("cos"), nullptr);
+}
+
+TEST(SharedObjects, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
+    const std::string name = "pmx-" + std::to_string(getpid()) + ".so";
+    const std::filesystem::path place =
+        std::filesystem::read_symlink("/proc/self/exe").replace_filename(name);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(name), nullptr);
+    std::filesystem::copy_file(MathematicsFile(), place);
+    const auto library = SystemDynamicLibraries().LoadHostLibrary(name);
+    std::filesystem::remove(place);
+    ASSERT_NE(library, nullptr);
+    EXPECT_NE(library->Find("cos"), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary("libm.so.6"), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
 }
 
 TEST(SharedObjects, GivesNoneForWhatCannotBeLoaded) {

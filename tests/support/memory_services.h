@@ -150,6 +150,9 @@ public:
     int Loaded = 0;                         ///< how many are loaded at present
 
     std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override;
+    std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
+        return Load(fileName);
+    }
 };
 
 class MemoryRegistry final : public Registry {

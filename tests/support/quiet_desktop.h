@@ -102,6 +102,11 @@ private:
             return Desktop.Plan.Next(DesktopOperation::Library) ? nullptr
                                                                 : Desktop.Inner.Libraries.Load(nameOrPath);
         }
+        std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
+            return Desktop.Plan.Next(DesktopOperation::Library)
+                       ? nullptr
+                       : Desktop.Inner.Libraries.LoadHostLibrary(fileName);
+        }
 
     private:
         QuietDesktop& Desktop;

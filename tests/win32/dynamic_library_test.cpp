@@ -47,6 +47,15 @@ TEST(Modules, LoadsFromAPathOfTheCodePage) {
     EXPECT_NE(library->Find("pthread_create"), nullptr);
 }
 
+TEST(Modules, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
+    const auto library = SystemDynamicLibraries().LoadHostLibrary("libwinpthread-1.dll");
+    ASSERT_NE(library, nullptr);
+    EXPECT_NE(library->Find("pthread_create"), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary("kernel32.dll"), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(std::string("libwinpthread-1.dll\0x", 21)), nullptr);
+}
+
 TEST(Modules, GivesNoneForWhatCannotBeLoaded) {
     const test::TempFolder folder;
     folder.Write("text.dll", "no library");

@@ -61,7 +61,7 @@ bool CPMXTemplUIMainDlg::OnInitDialog() {
 void CPMXTemplUIMainDlg::LoadAttributeDialog() {
     ShowPropUI = nullptr;
     PropUILibrary.reset();
-    PropUILibrary = ServicesInUse().Libraries.Load(PMX_PROPUI_LIBRARY);
+    PropUILibrary = ServicesInUse().Libraries.LoadHostLibrary(PMX_PROPUI_LIBRARY);
     if (PropUILibrary) {
         ShowPropUI = reinterpret_cast<PmxShowPropUI>(PropUILibrary->Find(PMX_PROPUI_ENTRY));
     }

@@ -2,6 +2,8 @@
 
 #include "platform/posix/code_page.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <dlfcn.h>
@@ -30,15 +32,48 @@ private:
     const Handle Object;
 };
 
+bool IsEmptyOrCut(const std::string& text) {
+    return text.empty() || text.find('\0') != std::string::npos;
+}
+
+Handle Open(const std::string& nativePath) {
+    return Handle(dlopen(nativePath.c_str(), RTLD_NOW | RTLD_LOCAL));
+}
+
+std::unique_ptr<DynamicLibrary> AsLibrary(Handle handle) {
+    return handle == nullptr ? nullptr : std::make_unique<SharedObject>(std::move(handle));
+}
+
+/// The file that contains this code.
+std::filesystem::path OwnFile() {
+    static const char Place = 0;
+    Dl_info information{};
+    return dladdr(&Place, &information) != 0 ? information.dli_fname : "";
+}
+
+std::filesystem::path ProgramFile() {
+    std::error_code failure;
+    return std::filesystem::read_symlink("/proc/self/exe", failure);
+}
+
+Handle LoadBeside(const std::filesystem::path& file, const std::string& fileName) {
+    // A bare name would be searched for.
+    return file.is_absolute() ? Open(file.parent_path() / posix::NativePath(fileName)) : nullptr;
+}
+
 class SharedObjects : public DynamicLibraries {
 public:
     std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override {
         // The empty name would give the program itself.
-        if (nameOrPath.empty() || nameOrPath.find('\0') != std::string::npos) {
+        return IsEmptyOrCut(nameOrPath) ? nullptr : AsLibrary(Open(posix::NativePath(nameOrPath)));
+    }
+
+    std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
+        if (IsEmptyOrCut(fileName)) {
             return nullptr;
         }
-        Handle handle(dlopen(posix::NativePath(nameOrPath).c_str(), RTLD_NOW | RTLD_LOCAL));
-        return handle == nullptr ? nullptr : std::make_unique<SharedObject>(std::move(handle));
+        Handle beside = LoadBeside(OwnFile(), fileName);
+        return AsLibrary(beside != nullptr ? std::move(beside) : LoadBeside(ProgramFile(), fileName));
     }
 };
 

@@ -67,7 +67,24 @@ TEST_F(UserTest, EnglishTakesTheLibraryBesideTheModule) {
 }
 
 TEST_F(UserTest, EnglishWithoutLibraryTakesTheBuiltInResources) {
+    const fs::path before = fs::current_path();
+    fs::create_directories(Folder / "current");
+    fs::copy_file(FolderOfProgram() / "QrtCommon.dll", Folder / "current" / "LibraryENU.dll");
+    fs::current_path(Folder / "current");
     EXPECT_FALSE(Chooses("en"));
+    fs::current_path(before);
+}
+
+TEST_F(UserTest, StaysLoadedWhenTheFavoritesLibraryGoes) {
+    for (const char* name : {"PMXTemplUI.dll", "PmxUser.dll"}) {
+        fs::copy_file(FolderOfProgram() / name, Folder / name);
+    }
+    Module favorites(LoadLibraryW((Folder / "PMXTemplUI.dll").c_str()));
+    ASSERT_NE(favorites, nullptr);
+    favorites.reset();
+    EXPECT_EQ(GetModuleHandleW((Folder / "PMXTemplUI.dll").c_str()), nullptr);
+    const Module user(GetModuleHandleW((Folder / "PmxUser.dll").c_str()));
+    EXPECT_NE(user, nullptr);
 }
 
 TEST_F(UserTest, JapaneseTakesTheBuiltInResources) {

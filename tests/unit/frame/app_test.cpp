@@ -33,32 +33,6 @@ extern "C" void* LoadDefaultResources(void* instance, const char* tag) {
     return User.Answer;
 }
 
-class FakeLibrary : public DynamicLibrary {
-public:
-    explicit FakeLibrary(bool hasEntry) : HasEntry(hasEntry) {}
-
-    Function Find(const char* name) const override {
-        const bool found = HasEntry && std::string(name) == "EX_LoadDefaultResourceDLL";
-        return found ? reinterpret_cast<Function>(&LoadDefaultResources) : nullptr;
-    }
-    Function FindOrdinal(unsigned /*ordinal*/) const override { return nullptr; }
-
-private:
-    const bool HasEntry;
-};
-
-class FakeLibraries : public DynamicLibraries {
-public:
-    bool HasUserLibrary = true;
-    bool HasEntry = true;
-    std::vector<std::string> Loaded;
-
-    std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override {
-        Loaded.push_back(nameOrPath);
-        return HasUserLibrary ? std::make_unique<FakeLibrary>(HasEntry) : nullptr;
-    }
-};
-
 class FakeStates : public ModuleStates {
 public:
     std::vector<ModuleHandle> Set;
@@ -74,43 +48,30 @@ class AppTest : public testing::Test {
 protected:
     AppTest() { User = {}; }
 
-    FakeLibraries Libraries;
     FakeStates States;
-    CPMXTemplUIApp App{Libraries, States};
+    CPMXTemplUIApp App{&LoadDefaultResources, States};
 };
-
-TEST_F(AppTest, ANewApplicationObjectHasNoResourceLibrary) {
-    EXPECT_EQ(App.GetResourceLibrary(), ModuleHandle::None);
-    EXPECT_THAT(Libraries.Loaded, IsEmpty());
-}
 
 TEST_F(AppTest, TheHostIsAskedWithTheOwnModuleAndTheTag) {
     EXPECT_TRUE(App.InitInstance());
-    EXPECT_THAT(Libraries.Loaded, ElementsAre("PmxUser.dll"));
     EXPECT_THAT(User.Asked, ElementsAre(std::pair(reinterpret_cast<void*>(Own), std::string("ENU"))));
 }
 
 TEST_F(AppTest, TheHostsResourceLibraryBecomesTheModulesResources) {
     User.Answer = reinterpret_cast<void*>(FromHost);
     EXPECT_TRUE(App.InitInstance());
-    EXPECT_EQ(App.GetResourceLibrary(), FromHost);
     EXPECT_THAT(States.Set, ElementsAre(FromHost));
 }
 
 TEST_F(AppTest, TheOwnResourcesStayWhenTheHostHasNoLibraryForThem) {
     EXPECT_TRUE(App.InitInstance());
-    EXPECT_EQ(App.GetResourceLibrary(), ModuleHandle::None);
     EXPECT_THAT(States.Set, IsEmpty());
 }
 
-TEST_F(AppTest, TheOwnResourcesStayWithoutTheUserLibraryOrItsEntry) {
-    Libraries.HasEntry = false;
-    EXPECT_TRUE(App.InitInstance());
-    Libraries.HasUserLibrary = false;
-    EXPECT_TRUE(App.InitInstance());
-    EXPECT_THAT(User.Asked, IsEmpty());
+TEST_F(AppTest, TheOwnResourcesStayWithoutAChoiceOfTheHost) {
+    CPMXTemplUIApp app(nullptr, States);
+    EXPECT_TRUE(app.InitInstance());
     EXPECT_THAT(States.Set, IsEmpty());
-    EXPECT_EQ(App.GetResourceLibrary(), ModuleHandle::None);
 }
 
 TEST_F(AppTest, AnErrorInTheUserLibraryDoesNotKeepTheModuleFromLoading) {
@@ -119,14 +80,12 @@ TEST_F(AppTest, AnErrorInTheUserLibraryDoesNotKeepTheModuleFromLoading) {
     EXPECT_TRUE(App.InitInstance());
     EXPECT_EQ(User.Asked.size(), 1U);
     EXPECT_THAT(States.Set, IsEmpty());
-    EXPECT_EQ(App.GetResourceLibrary(), ModuleHandle::None);
 }
 
 TEST_F(AppTest, ASecondInitialisationLoadsNothing) {
     User.Answer = reinterpret_cast<void*>(FromHost);
     EXPECT_TRUE(App.InitInstance());
     EXPECT_TRUE(App.InitInstance());
-    EXPECT_EQ(Libraries.Loaded.size(), 1U);
     EXPECT_EQ(User.Asked.size(), 1U);
     EXPECT_THAT(States.Set, ElementsAre(FromHost));
 }
