@@ -44,7 +44,7 @@ void WriteSection(const CPMXTemplUIListDataArray& list, Taker take) {
     std::string value;
     for (std::int64_t index = 0; index < list.GetSize(); ++index) {
         value.clear();
-        AppendValue(*list.GetAt(index), value);
+        AppendValue(list.At(index), value);
         take((DataKeyPrefix + std::to_string(index)).c_str(), value.c_str());
     }
 }

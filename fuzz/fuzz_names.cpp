@@ -41,7 +41,7 @@ void CheckTrimming(std::string_view text) {
 
 void CheckFileName(const std::string& name) {
     const LeadByteTable& leadBytes = SystemLeadBytes();
-    const std::string safe = SanitizeFileName(name, leadBytes);
+    const std::string safe = SanitizeFileName(name);
     Require(safe.size() == name.size(), "a safe name is as long as the name");
     for (const char letter : Forbidden) {
         Require(FindSingleByte(safe, letter, leadBytes) == std::string_view::npos,

@@ -41,7 +41,7 @@ void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
     text.append(CountKey).append("=").append(std::to_string(list.GetSize())).append(LineEnd);
     for (std::int64_t index = 0; index < list.GetSize(); ++index) {
         text.append(DataKeyPrefix).append(std::to_string(index)).append("=");
-        AppendValue(*list.GetAt(index), text);
+        AppendValue(list.At(index), text);
         text.append(LineEnd);
     }
     ReplaceWhole(place.Path, text);

@@ -20,19 +20,6 @@ extern "C" {
  * count). */
 int32_t CheckFileName(const char* name);
 
-/* An open file; opaque. */
-typedef struct QrtFile QrtFile;
-
-/* Opens an existing file; mode 0 is reading. Returns 1 and the file in *file, which the caller gives up with
- * QrtFileClose; any other value, and null in *file, on failure. */
-int32_t QrtFileOpen(const char* path, int32_t mode, QrtFile** file);
-
-/* Size in bytes of an open file, -1 when it cannot be told. */
-int64_t QrtFileGetSize(const QrtFile* file);
-
-/* Closes a file. Null is allowed and does nothing. */
-void QrtFileClose(QrtFile* file);
-
 #ifdef __cplusplus
 }
 #endif

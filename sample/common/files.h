@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -20,24 +19,5 @@ std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::s
 /// replaced. A process killed in between
 /// leaves the former file and, beside it, the unfinished one.
 bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes);
-
-/// An existing plain file, open for reading.
-class OpenFile {
-public:
-    virtual ~OpenFile() = default;
-    OpenFile(const OpenFile&) = delete;
-    OpenFile(OpenFile&&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    OpenFile& operator=(OpenFile&&) = delete;
-
-    /// Size in bytes, -1 when it cannot be told.
-    virtual std::int64_t Size() const = 0;
-
-    /// Opens the file, or null.
-    static std::unique_ptr<OpenFile> Open(const char* path);
-
-protected:
-    OpenFile() = default;
-};
 
 } // namespace pmx::sample

@@ -1,16 +1,7 @@
-// The functions of QrtCommon.h. None lets a C++ exception out: lack of memory is a failure result.
+// The functions of QrtCommon.h.
 #include "host/QrtCommon.h"
 
-#include "common/files.h"
-
-#include <new>
 #include <string_view>
-
-using namespace pmx::sample;
-
-struct QrtFile {
-    std::unique_ptr<OpenFile> File;
-};
 
 namespace {
 
@@ -36,31 +27,4 @@ int32_t CheckFileName(const char* name) {
         }
     }
     return 1;
-}
-
-int32_t QrtFileOpen(const char* path, int32_t mode, QrtFile** file) {
-    *file = nullptr;
-    if (path == nullptr || mode != 0) {
-        return 0;
-    }
-    try {
-        auto opened = OpenFile::Open(path);
-        if (opened == nullptr) {
-            return 0;
-        }
-        auto owner = std::make_unique<QrtFile>();
-        owner->File = std::move(opened);
-        *file = owner.release();
-        return 1;
-    } catch (const std::bad_alloc&) {
-        return 0;
-    }
-}
-
-int64_t QrtFileGetSize(const QrtFile* file) {
-    return file->File->Size();
-}
-
-void QrtFileClose(QrtFile* file) {
-    const std::unique_ptr<QrtFile> owner(file);
 }

@@ -67,7 +67,9 @@ extern "C" {
 
 void* EX_CreateTemplList(const char* folder, const char* listFileName, const char* extension) {
     return InModule<void*>(nullptr, [&]() -> void* {
-        return IsMissing(folder) ? nullptr : pmx::OpenList(folder, listFileName, extension).release();
+        return IsMissing(folder)
+                   ? nullptr
+                   : pmx::OpenList(folder, listFileName, extension, pmx::SystemStoreServices()).release();
     });
 }
 
@@ -134,7 +136,7 @@ std::int64_t EX_ConvertChoiceData(const char* name, const char* folder, const ch
             buffer == nullptr) {
             return Failure;
         }
-        pmx::CPMXTemplUIListHolder holder(listFileName, extension);
+        pmx::CPMXTemplUIListHolder holder(listFileName, extension, pmx::SystemStoreServices());
         return ResultOf(
             holder.Open(folder) &&
             holder.GetAttributeTable(name, level, *static_cast<_LM_DOCUMENTLAYOUTTABLE*>(buffer)));

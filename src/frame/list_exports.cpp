@@ -51,36 +51,31 @@ void ApplyStandardSetting(CPmxDocument& document, std::int32_t number) {
 /// A document that could not be filled, also because the host raised an error, stays with the record, empty,
 /// and is made anew at the next call.
 bool LoadForHost(const CPMXTemplUIListDataArray& list, CPMXTemplUIListData& record) {
-    if (record.IsDocumentReady()) {
-        return true;
+    if (!record.IsStandard() || record.IsDocumentReady()) {
+        return list.EnsureLoaded(record);
     }
     record.ReleaseDocument();
     if (!record.EnsureDocument()) {
         return false;
     }
-    record.SetDocumentReady(false);
-    if (!record.IsStandard()) {
-        return list.LoadFavorite(record);
-    }
     ApplyStandardSetting(*record.GetDocument(), LeadingNumber(record.GetFileName()));
-    record.SetDocumentReady(true);
+    record.SetDocumentReady();
     return true;
 }
 
-/// The summary of the favorite at `position`, which holds one.
+/// The summary of the favorite at `position`.
 TemplInfo MakeSummary(const CPMXTemplUIListDataArray& list, std::int64_t position) {
-    const CPMXTemplUIListData& record = *list.GetAt(position);
-    const LeadByteTable& leadBytes = SystemLeadBytes();
+    const CPMXTemplUIListData& record = list.At(position);
     TemplInfo info{};
     info.Position = position;
     info.Standard = record.GetStandard();
     info.Level = record.GetLevel();
-    FillSummaryText(info.Name, record.GetName(), leadBytes);
+    FillSummaryText(info.Name, record.GetName());
     if (IsStandardLevel(record.GetLevel())) {
-        FillSummaryText(info.FilePath, record.GetFileName(), leadBytes);
+        FillSummaryText(info.FilePath, record.GetFileName());
     } else {
         // The folder ends in a separator already; hosts rely on the second one.
-        FillSummaryText(info.FilePath, list.GetFolder() + "\\" + record.GetFileName(), leadBytes);
+        FillSummaryText(info.FilePath, list.GetFolder() + "\\" + record.GetFileName());
     }
     info.Toolbar = record.GetToolbar();
     info.IconIndex = record.GetIconIndex();
@@ -91,8 +86,7 @@ TemplInfo MakeSummary(const CPMXTemplUIListDataArray& list, std::int64_t positio
 template <typename Visit>
 void ForEachQualifying(const CPMXTemplUIListDataArray& list, std::int32_t level, Visit visit) {
     for (std::int64_t position = 0; position < list.GetSize(); ++position) {
-        const CPMXTemplUIListData* const record = list.GetAt(position);
-        if (record != nullptr && Qualifies(*record, level)) {
+        if (Qualifies(list.At(position), level)) {
             visit(position);
         }
     }
@@ -103,11 +97,7 @@ void ForEachQualifying(const CPMXTemplUIListDataArray& list, std::int32_t level,
 std::unique_ptr<CPMXTemplUIListDataArray> OpenList(const char* folder, const char* listFileName,
                                                    const char* extension, const StoreServices& services) {
     auto list = std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension, services);
-    list->RemoveAll();
-    if (!list->SetFolder(folder) || !list->LoadList()) {
-        return nullptr;
-    }
-    return list;
+    return list->Open(folder) ? std::move(list) : nullptr;
 }
 
 bool Qualifies(const CPMXTemplUIListData& record, std::int32_t level) {
@@ -139,12 +129,11 @@ std::int64_t CopySummaries(const CPMXTemplUIListDataArray& list, std::int32_t le
 
 bool CopyTablePart(CPMXTemplUIListDataArray& list, std::int64_t position, std::int32_t part, void* buffer,
                    std::int64_t bufferSize) {
-    CPMXTemplUIListData* const record = list.Contains(position) ? list.GetAt(position) : nullptr;
-    if (record == nullptr || !LoadForHost(list, *record)) {
+    if (!list.Contains(position) || !LoadForHost(list, list.At(position))) {
         return false;
     }
     _LM_DOCUMENTLAYOUTTABLE table{};
-    record->GetDocument()->GetTable(table);
+    list.At(position).GetDocument()->GetTable(table);
     const std::optional<std::size_t> start = PartStart(part);
     if (!start || bufferSize != static_cast<std::int64_t>(TableSize - *start)) {
         return false;
@@ -167,10 +156,9 @@ void AddStandardFavorite(CPMXTemplUIListDataArray& list, const char* name, std::
     list.WriteListFile();
 }
 
-void FillSummaryText(char (&target)[PMX_TEMPLINFO_TEXT_SIZE], std::string_view text,
-                     const LeadByteTable& leadBytes) {
+void FillSummaryText(char (&target)[PMX_TEMPLINFO_TEXT_SIZE], std::string_view text) {
     std::memset(target, 0, sizeof target);
-    std::memcpy(target, text.data(), LengthWithin(text, sizeof target - 1, leadBytes));
+    std::memcpy(target, text.data(), LengthWithin(text, sizeof target - 1, LeadBytesIn(text)));
 }
 
 } // namespace pmx

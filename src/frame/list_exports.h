@@ -1,7 +1,6 @@
 #pragma once
 
 #include "PMXTemplUI.h"
-#include "platform/text.h"
 #include "store/list_data_array.h"
 
 #include <cstdint>
@@ -15,8 +14,7 @@ namespace pmx {
 /// Opens the favorites of a folder; null when the folder is none or its list cannot be read. `listFileName`
 /// and `extension` may be null for the defaults. `services` must outlive the list.
 std::unique_ptr<CPMXTemplUIListDataArray> OpenList(const char* folder, const char* listFileName,
-                                                   const char* extension,
-                                                   const StoreServices& services = SystemStoreServices());
+                                                   const char* extension, const StoreServices& services);
 
 /// True for the favorites that a host asks for with `level`: up to 100 those of exactly that level; above,
 /// those of the level less 100 and the standard favorites of the level itself whose number the library knows.
@@ -40,7 +38,6 @@ void AddStandardFavorite(CPMXTemplUIListDataArray& list, const char* name, std::
 
 /// Cuts `text` to what fits before the end of a TemplInfo text, never inside a character, and ends it with a
 /// zero. The target's other bytes become zero.
-void FillSummaryText(char (&target)[PMX_TEMPLINFO_TEXT_SIZE], std::string_view text,
-                     const LeadByteTable& leadBytes);
+void FillSummaryText(char (&target)[PMX_TEMPLINFO_TEXT_SIZE], std::string_view text);
 
 } // namespace pmx

@@ -2,15 +2,14 @@
 
 #include "dialogs/choice/sel_level_dlg.h"
 #include "frame/list_exports.h"
-#include "platform/text.h"
 #include "res/ids.h"
 #include "store/levels.h"
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace pmx {
 
@@ -42,63 +41,43 @@ int AskName(const CPMXTemplUIListDataArray& list, const TemplInfo& info, WindowH
     return code;
 }
 
-bool FillDocument(CPmxDocument& document, const std::string& name, std::int32_t level, const void* table) {
-    _LM_DOCUMENTLAYOUTTABLE content{};
-    std::memcpy(content.Bytes, table, TableSize);
-    if (!document.SetName(name)) {
-        return false;
-    }
-    document.SetTemplateLevel(level);
-    return document.SetTable(content, false);
+_LM_DOCUMENTLAYOUTTABLE TableFrom(const void* bytes) {
+    _LM_DOCUMENTLAYOUTTABLE table{};
+    std::memcpy(table.Bytes, bytes, TableSize);
+    return table;
 }
 
 bool Overwrite(const CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& name,
-               std::int32_t level, const void* table) {
-    CPMXTemplUIListData* const record = list.Contains(info.Position) ? list.GetAt(info.Position) : nullptr;
-    if (record == nullptr) {
+               std::int32_t level, const _LM_DOCUMENTLAYOUTTABLE& table) {
+    if (!list.Contains(info.Position)) {
         return false;
     }
-    record->SetStandard(0);
-    record->SetName(name);
-    record->SetLevel(level);
-    if (record->GetDocument() == nullptr || !FillDocument(*record->GetDocument(), name, level, table) ||
-        !list.SaveFavorite(*record)) {
+    CPMXTemplUIListData& record = list.At(info.Position);
+    record.SetStandard(0);
+    record.SetName(name);
+    record.SetLevel(level);
+    if (record.GetDocument() == nullptr || !StampDocument(*record.GetDocument(), name, level, &table) ||
+        !list.SaveFavorite(record)) {
         return false;
     }
-    FillSummaryText(info.Name, name, SystemLeadBytes());
+    FillSummaryText(info.Name, name);
     return true;
 }
 
-std::unique_ptr<CPMXTemplUIListData> MakeRecord(const std::string& name, std::int32_t level,
-                                                const std::string& fileName) {
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    record->SetName(name);
-    record->SetLevel(level);
-    record->SetIconIndex(NewFavoriteIcon);
-    record->SetFileName(fileName);
-    record->SetNewFlag(1);
-    return record;
-}
-
 bool AddNew(CPMXTemplUIListDataArray& list, TemplInfo& info, const std::string& name, std::int32_t level,
-            const void* table) {
-    const std::optional<std::string> fileName = list.MakeFileName(name);
-    if (!fileName) {
+            const _LM_DOCUMENTLAYOUTTABLE& table) {
+    std::unique_ptr<CPMXTemplUIListData> made = MakeFavorite();
+    if (!made || !StampDocument(*made->GetDocument(), name, level, &table) ||
+        list.AddFavorite(std::move(made), name, level) != StoreResult::Success) {
         return false;
     }
-    std::unique_ptr<CPMXTemplUIListData> record = MakeRecord(name, level, *fileName);
-    // Saved before it gets a place in the list, so that no failure leaves an empty place behind.
-    list.MakeRoom();
-    if (!record->EnsureDocument() || !FillDocument(*record->GetDocument(), name, level, table) ||
-        !list.SaveNewFavorite(*record)) {
-        return false;
-    }
-    info.Standard = record->GetStandard();
-    info.Level = record->GetLevel();
-    info.Toolbar = record->GetToolbar();
-    info.IconIndex = record->GetIconIndex();
-    FillSummaryText(info.Name, name, SystemLeadBytes());
-    info.Position = list.Add(std::move(record));
+    info.Position = list.GetSize() - 1;
+    const CPMXTemplUIListData& record = list.At(info.Position);
+    info.Standard = record.GetStandard();
+    info.Level = record.GetLevel();
+    info.Toolbar = record.GetToolbar();
+    info.IconIndex = record.GetIconIndex();
+    FillSummaryText(info.Name, name);
     return true;
 }
 
@@ -112,8 +91,8 @@ SaveAsResult SaveAsFavorite(CPMXTemplUIListDataArray& list, std::int32_t mode, T
     if (code != CodeOk) {
         return code == CodeCancel ? SaveAsResult::Cancelled : SaveAsResult::Failed;
     }
-    const bool saved = mode == SaveAsNew ? AddNew(list, info, name, level, table)
-                                         : Overwrite(list, info, name, level, table);
+    const bool saved = mode == SaveAsNew ? AddNew(list, info, name, level, TableFrom(table))
+                                         : Overwrite(list, info, name, level, TableFrom(table));
     if (!saved) {
         return SaveAsResult::Failed;
     }

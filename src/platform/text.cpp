@@ -1,5 +1,7 @@
 #include "platform/text.h"
 
+#include <utility>
+
 namespace pmx {
 
 namespace {
@@ -38,7 +40,49 @@ bool IsUtf8Second(unsigned char first, unsigned char second) {
     return second >= least && second <= most;
 }
 
+std::u16string Utf16Units(std::string_view bytes, bool isBigEndian) {
+    std::u16string units;
+    units.reserve(bytes.size() / 2);
+    for (std::size_t position = 0; position + 1 < bytes.size(); position += 2) {
+        const auto first = static_cast<unsigned char>(bytes[position]);
+        const auto second = static_cast<unsigned char>(bytes[position + 1]);
+        units += static_cast<char16_t>(isBigEndian ? first << 8 | second : second << 8 | first);
+    }
+    return units;
+}
+
+DecodedText DecodeUtf16(std::string_view bytes, bool isBigEndian) {
+    const std::u16string units = Utf16Units(bytes, isBigEndian);
+    std::string text = FromUtf16(units);
+    const bool isWhole = bytes.size() % 2 == 0 && ToUtf16(text) == units;
+    return {std::move(text), isWhole};
+}
+
 } // namespace
+
+DecodedText DecodeContent(std::string content) {
+    const std::string_view bytes = content;
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
+        std::string text = FromUtf8(bytes.substr(3));
+        const bool isWhole = ToUtf8(text) == bytes.substr(3);
+        return {std::move(text), isWhole};
+    }
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+        return DecodeUtf16(bytes.substr(2), bytes.front() == '\xFE');
+    }
+    return {std::move(content)};
+}
+
+std::size_t FileNameStart(std::string_view path) {
+    std::size_t start = 0;
+    for (std::size_t position = 0; position < path.size();
+         position += CharacterLength(path, position, SystemLeadBytes())) {
+        if (path[position] == '\\' || path[position] == '/' || path[position] == ':') {
+            start = position + 1;
+        }
+    }
+    return start;
+}
 
 bool IsUtf8(std::string_view text) {
     for (std::size_t position = 0; position < text.size();) {

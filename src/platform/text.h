@@ -25,6 +25,27 @@ bool IsUtf8(std::string_view text);
 /// all else.
 const LeadByteTable& LeadBytesIn(std::string_view text, const LeadByteTable& system = SystemLeadBytes());
 
+/// Conversion from the system's code page and back. Bytes that are no character come back from Unicode as they
+/// were in the native build, as the system's default character on Windows; a character without a code becomes
+/// a question mark.
+std::u16string ToUtf16(std::string_view text);
+std::string FromUtf16(std::u16string_view utf16);
+std::string ToUtf8(std::string_view text);
+std::string FromUtf8(std::string_view utf8);
+
+/// A text in the system's code page, and whether it says all that it was made from.
+struct DecodedText {
+    std::string Text;
+    bool IsWhole = true;
+};
+
+/// The content of a text file in the system's code page. Content with a UTF-8 or UTF-16 mark at its beginning
+/// is decoded, and the mark left out; any other is as it is.
+DecodedText DecodeContent(std::string content);
+
+/// Where the file name begins that a path ends with.
+std::size_t FileNameStart(std::string_view path);
+
 /// Length in bytes (1 or 2) of the character that begins at `position`, which must be inside `text`.
 /// A lead byte at the very end counts as one byte.
 std::size_t CharacterLength(std::string_view text, std::size_t position, const LeadByteTable& leadBytes);

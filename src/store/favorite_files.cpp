@@ -1,9 +1,12 @@
 #include "store/favorite_files.h"
 
+#include "store/aside_file.h"
+
 #include "host/QrtCommon.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <new>
 
 namespace pmx {
@@ -11,8 +14,14 @@ namespace pmx {
 namespace {
 
 constexpr int AttemptsAtOneWait = 4;
+constexpr std::uint32_t FirstLongWait = 1000; // milliseconds
+constexpr std::uint32_t LastLongWait = 4000;
+constexpr std::uint32_t ShortWait = 50;
+constexpr std::uint32_t LongestShortWait = 1000;
 constexpr std::uint32_t LockWait = 10; // a save takes a few milliseconds
 constexpr std::uint32_t LongestLockWait = 2000;
+
+constexpr std::size_t LongestBaseName = 255; // bytes
 constexpr std::string_view ForbiddenInFileNames = "\\/:*?\"<>|";
 constexpr std::string_view NeverSecondBytes("/:\0", 3);
 
@@ -20,85 +29,85 @@ constexpr std::array<std::string_view, 24> DeviceNames = {
     "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",   "COM8",
     "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9", "CONIN$", "CONOUT$"};
 
-bool IsHeldByAnother(FileError error) {
-    return error == FileError::SharingViolation || error == FileError::AccessDenied;
-}
-
-char UpperLetter(char letter) {
-    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-}
-
 bool IsDeviceName(std::string_view fileName) {
     std::string_view base = fileName.substr(0, fileName.find('.'));
     while (!base.empty() && base.back() == ' ') {
         base.remove_suffix(1);
     }
-    return std::any_of(DeviceNames.begin(), DeviceNames.end(), [base](std::string_view device) {
-        return std::equal(base.begin(), base.end(), device.begin(), device.end(),
-                          [](char left, char right) { return UpperLetter(left) == right; });
-    });
+    return std::any_of(DeviceNames.begin(), DeviceNames.end(),
+                       [base](std::string_view device) { return EqualIgnoringCase(base, device); });
+}
+
+FileError CopyFile(const StoreServices& services, const std::string& source, const std::string& target) {
+    std::string content;
+    FileError error = services.FileSystem.Read(source, content);
+    if (error != FileError::None) {
+        return error;
+    }
+    AsideFile copy(services, FolderOf(target));
+    if (copy.Error() != FileError::None) {
+        return copy.Error();
+    }
+    error = services.FileSystem.Overwrite(copy.Path(), content);
+    return error == FileError::None ? copy.PutNew(target) : error;
 }
 
 } // namespace
 
-FileError RetryWhileHeld(Files& files, Clock& clock, const std::function<FileError()>& attempt) {
+FileError RetryWhileHeld(const StoreServices& services, const std::function<FileError()>& attempt) {
     FileError error = attempt();
-    for (std::uint32_t wait = FirstRetryWait; wait <= LastRetryWait; wait *= 2) {
-        for (int count = 0; count < AttemptsAtOneWait && IsHeldByAnother(error); ++count) {
-            clock.Sleep(wait);
+    for (std::uint32_t wait = FirstLongWait; wait <= LastLongWait; wait *= 2) {
+        for (int count = 0; count < AttemptsAtOneWait && error == FileError::Held; ++count) {
+            services.Timer.Sleep(wait);
             error = attempt();
         }
-    }
-    if (error != FileError::None) {
-        files.SetLastError(error);
     }
     return error;
 }
 
-OpenResult RetryCreateFile(Files& files, Clock& clock, const OpenRequest& request) {
-    OpenResult result;
-    RetryWhileHeld(files, clock, [&] {
-        result = files.Open(request);
-        return result.Error;
-    });
-    return result;
+FileError RetryBriefly(const StoreServices& services, const std::function<FileError()>& attempt) {
+    FileError error = attempt();
+    for (std::uint32_t waited = 0; waited < LongestShortWait && error == FileError::Held;
+         waited += ShortWait) {
+        services.Timer.Sleep(ShortWait);
+        error = attempt();
+    }
+    return error;
 }
 
-bool RetryCopyFile(Files& files, Clock& clock, const std::string& source, const std::string& target,
-                   bool failIfExists) {
-    return RetryWhileHeld(files, clock, [&] { return files.Copy(source, target, failIfExists); }) ==
-           FileError::None;
+FileError RetryCreateFile(const StoreServices& services, const std::string& path) {
+    return RetryWhileHeld(services, [&] { return services.FileSystem.TryOpen(path); });
 }
 
-bool RetryDeleteFile(Files& files, Clock& clock, const std::string& path) {
+FileError RetryCopyFile(const StoreServices& services, const std::string& source, const std::string& target) {
+    return RetryWhileHeld(services, [&] { return CopyFile(services, source, target); });
+}
+
+bool RetryDeleteFile(const StoreServices& services, const std::string& path) {
     try {
-        return RetryWhileHeld(files, clock, [&] { return files.Remove(path); }) == FileError::None;
+        return RetryWhileHeld(services, [&] { return services.FileSystem.Remove(path); }) == FileError::None;
     } catch (const std::bad_alloc&) {
         return false;
     }
 }
 
-bool RetryReplaceFile(Files& files, Clock& clock, const std::string& source, const std::string& target) {
-    return RetryWhileHeld(files, clock, [&] { return files.Replace(source, target); }) == FileError::None;
-}
-
-std::unique_ptr<OpenFile> WaitForLock(Files& files, Clock& clock, const std::string& path) {
-    OpenResult lock = files.Lock(path);
-    for (std::uint32_t waited = 0; waited < LongestLockWait && lock.Error == FileError::SharingViolation;
+std::unique_ptr<FileLock> WaitForLock(const StoreServices& services, const std::string& path) {
+    LockResult lock = services.FileSystem.Lock(path);
+    for (std::uint32_t waited = 0; waited < LongestLockWait && lock.Error == FileError::Held;
          waited += LockWait) {
-        clock.Sleep(LockWait);
-        lock = files.Lock(path);
+        services.Timer.Sleep(LockWait);
+        lock = services.FileSystem.Lock(path);
     }
-    return std::move(lock.File);
+    return std::move(lock.Lock);
 }
 
-std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadBytes) {
+std::string SanitizeFileName(const std::string& name) {
     if (CheckFileName(name.c_str()) != 0) {
         return name;
     }
     std::string safe = name;
     for (std::size_t position = 0; position < safe.size();
-         position += CharacterLength(safe, position, leadBytes)) {
+         position += CharacterLength(safe, position, SystemLeadBytes())) {
         if (ForbiddenInFileNames.find(safe[position]) != std::string_view::npos) {
             safe[position] = '=';
         }
@@ -106,10 +115,10 @@ std::string SanitizeFileName(const std::string& name, const LeadByteTable& leadB
     return safe;
 }
 
-bool IsPlainFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
+bool IsPlainFileName(std::string_view fileName) {
     return fileName.find_first_not_of(". ") != std::string_view::npos && !IsDeviceName(fileName) &&
            fileName.find_first_of(NeverSecondBytes) == std::string_view::npos &&
-           FindSingleByte(fileName, '\\', leadBytes) == std::string_view::npos;
+           FindSingleByte(fileName, '\\', SystemLeadBytes()) == std::string_view::npos;
 }
 
 std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
@@ -121,6 +130,17 @@ std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadB
         }
     }
     return text;
+}
+
+std::string FolderOf(std::string_view path) {
+    return std::string(path.substr(0, FileNameStart(path)));
+}
+
+std::string BaseNameOf(std::string_view path) {
+    const std::string_view fileName = path.substr(FileNameStart(path));
+    // The dot is never a second byte.
+    const std::string_view base = fileName.substr(0, fileName.rfind('.'));
+    return std::string(base.substr(0, LengthWithin(base, LongestBaseName, SystemLeadBytes())));
 }
 
 } // namespace pmx

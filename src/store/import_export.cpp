@@ -1,87 +1,75 @@
 #include "store/import_export.h"
 
+#include "store/aside_file.h"
 #include "store/favorite_files.h"
 #include "store/host_call.h"
-#include "store/list_file.h"
-#include "store/temporary_file.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <new>
 #include <optional>
+#include <utility>
 
 namespace pmx {
 
 namespace {
 
-constexpr std::size_t LongestBaseName = 255; // bytes
-
-/// Position behind the last separator or drive mark of a path.
-std::size_t FileNameStart(std::string_view path, const LeadByteTable& leadBytes) {
-    std::size_t start = 0;
-    for (std::size_t position = 0; position < path.size();
-         position += CharacterLength(path, position, leadBytes)) {
-        if (path[position] == '\\' || path[position] == '/' || path[position] == ':') {
-            start = position + 1;
-        }
-    }
-    return start;
-}
-
-/// Position of the last dot; the text's end when there is none.
-std::size_t ExtensionStart(std::string_view fileName, const LeadByteTable& leadBytes) {
-    std::size_t start = fileName.size();
-    for (std::size_t position = 0; position < fileName.size();
-         position += CharacterLength(fileName, position, leadBytes)) {
-        if (fileName[position] == '.') {
-            start = position;
-        }
-    }
-    return start;
-}
-
 /// The base name of a path as the list file can hold it, which parts its fields with a character and takes
 /// the blanks from their ends. A favorite under another file name would not be found again.
-std::string ListableBaseName(std::string_view path, const LeadByteTable& leadBytes) {
-    const std::string base = BaseNameOf(path, leadBytes);
-    std::string listable(Trimmed(base, leadBytes));
-    for (std::size_t position = FindSingleByte(listable, FieldSeparator, leadBytes);
+std::string ListableBaseName(std::string_view path) {
+    const std::string base = BaseNameOf(path);
+    std::string listable(Trimmed(base, SystemLeadBytes()));
+    for (std::size_t position = FindSingleByte(listable, FieldSeparator, SystemLeadBytes());
          position != std::string::npos;
-         position = FindSingleByte(listable, FieldSeparator, leadBytes, position + 1)) {
+         position = FindSingleByte(listable, FieldSeparator, SystemLeadBytes(), position + 1)) {
         listable[position] = '=';
     }
     return listable;
 }
 
-bool IsFileOfUserFavorite(const CPMXTemplUIListDataArray& list, const std::string& path) {
+/// Whether a path leads to a file of the favorites folder, whether that exists or not, and however the path
+/// and its folder are spelt.
+class ExportTarget {
+public:
+    ExportTarget(const CPMXTemplUIListDataArray& list, const std::string& path)
+        : System(list.GetServices().FileSystem),
+          Folder(list.GetFolder()),
+          Path(path),
+          FileName(FoldedFileName(std::string_view(path).substr(FileNameStart(path)))),
+          IsInFolder(IsFolderOf(path)),
+          IsThere(System.Exists(path)) {}
+
+    bool Is(const std::string& fileName) const {
+        const std::string path = Folder + fileName;
+        return EqualIgnoringCase(Path, path) || (IsInFolder && FoldedFileName(fileName) == FileName) ||
+               (IsThere && System.IsSame(Path, path));
+    }
+
+private:
+    bool IsFolderOf(const std::string& path) const {
+        const std::string folder = FolderOf(path);
+        return System.IsSame(folder.empty() ? "." : folder, Folder);
+    }
+
+    Files& System;
+    const std::string& Folder;
+    const std::string& Path;
+    const std::string FileName;
+    const bool IsInFolder;
+    const bool IsThere;
+};
+
+bool IsFileOfUserFavorite(const CPMXTemplUIListDataArray& list, const ExportTarget& target) {
     const std::vector<const CPMXTemplUIListData*> records = list.GetRecords();
     return std::any_of(records.begin(), records.end(), [&](const CPMXTemplUIListData* record) {
-        return record != nullptr && !record->IsStandard() &&
-               EqualIgnoringCase(path, record->GetFilePath(list.GetFolder()));
+        return !record->IsStandard() && target.Is(record->GetFileName());
     });
 }
 
-/// Writes the document aside in the target's folder and renames the whole file over the target.
+/// Writes the document aside in the target's folder and puts the whole file in the target's place.
 bool SaveWhole(const StoreServices& services, CPMXTemplUIListData& content, const std::string& path) {
-    Files& files = services.FileSystem;
-    TemporaryFile aside(files, services.Timer, FolderOf(path, SystemLeadBytes()));
-    if (aside.GetPath().empty() || !content.SaveDocument(aside.GetPath().c_str()) ||
-        files.Flush(aside.GetPath()) != FileError::None ||
-        files.Replace(aside.GetPath(), path) != FileError::None) {
-        return false;
-    }
-    aside.Release();
-    return true;
-}
-
-/// Puts the record's name and level into its document.
-bool StampDocument(CPMXTemplUIListData& record) {
-    CPmxDocument& document = *record.GetDocument();
-    bool named = false;
-    const bool completed = CallHost([&] {
-        named = document.SetName(record.GetName());
-        document.SetTemplateLevel(record.GetLevel());
-    });
-    return completed && named;
+    AsideFile aside(services, FolderOf(path));
+    return aside.Error() == FileError::None && content.SaveDocument(aside.Path().c_str()) &&
+           aside.PutOver(path) == FileError::None;
 }
 
 } // namespace
@@ -93,41 +81,40 @@ void FavoriteImport::Discard() {
     Record.reset();
 }
 
-ImportResult FavoriteImport::Read(const std::string& path) {
-    const std::optional<std::string> fileName = List.MakeFileName(ListableBaseName(path, SystemLeadBytes()));
-    if (!fileName) {
-        return ImportResult::NoFileName;
+StoreResult FavoriteImport::Read(const std::string& path) {
+    try {
+        return CopyAndRead(path);
+    } catch (const std::bad_alloc&) {
+        Discard();
+        return StoreResult::OutOfMemory;
     }
+}
+
+StoreResult FavoriteImport::CopyAndRead(const std::string& path) {
     Record = std::make_unique<CPMXTemplUIListData>();
-    Record->SetFileName(*fileName);
     Record->SetNewFlag(1);
     Record->SetImportFlag(1);
     List.MakeRoom();
-    if (!Copy(path)) {
-        return ImportResult::NotCopied;
+    const StoreResult made =
+        List.MakeFavoriteFile(ListableBaseName(path), *Record, [&](const std::string& target) {
+            return RetryCopyFile(List.GetServices(), path, target);
+        });
+    if (made != StoreResult::Success) {
+        return made == StoreResult::NotWritten ? StoreResult::NotCopied : made;
     }
+    Copied = true;
     if (!Record->EnsureDocument()) {
-        return ImportResult::OutOfMemory;
+        return StoreResult::OutOfMemory;
     }
-    return TakeOverDocument() ? ImportResult::Success : ImportResult::NotRead;
-}
-
-bool FavoriteImport::Copy(const std::string& path) {
-    const StoreServices& services = List.GetServices();
-    const std::optional<std::string> target = List.FavoritePath(*Record);
-    Copied = target && RetryCopyFile(services.FileSystem, services.Timer, path, *target, true);
-    return Copied;
+    return TakeOverDocument() ? StoreResult::Success : StoreResult::NotRead;
 }
 
 /// Reads the copied file, and takes name and level from it.
 bool FavoriteImport::TakeOverDocument() {
-    if (!List.LoadFavorite(*Record)) {
-        return false;
-    }
-    return CallHost([this] {
-        Record->SetName(Record->GetDocument()->GetName());
-        Record->SetLevel(Record->GetDocument()->GetTemplateLevel());
-    });
+    return List.EnsureLoaded(*Record) && CallHost([this] {
+               Record->SetName(Record->GetDocument()->GetName());
+               Record->SetLevel(Record->GetDocument()->GetTemplateLevel());
+           });
 }
 
 std::int64_t FavoriteImport::Finish(const std::string& name) {
@@ -138,35 +125,28 @@ std::int64_t FavoriteImport::Finish(const std::string& name) {
 }
 
 std::string ProposedExportName(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record) {
-    return SanitizeFileName(record.GetName(), SystemLeadBytes()) + list.GetExtension();
+    return SanitizeFileName(record.GetName()) + list.GetExtension();
 }
 
-ExportResult ExportFavorite(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record,
-                            const std::string& path) {
-    if (IsFileOfUserFavorite(list, path)) {
-        return ExportResult::OwnFile;
+StoreResult ExportFavorite(const CPMXTemplUIListDataArray& list, const CPMXTemplUIListData& record,
+                           const std::string& path) {
+    const ExportTarget target(list, path);
+    if (IsFileOfUserFavorite(list, target)) {
+        return StoreResult::OwnFile;
     }
     CPMXTemplUIListData copy;
     copy = record;
-    if (!copy.EnsureDocument() || !list.LoadFavorite(copy)) {
-        return ExportResult::NotRead;
+    if (!list.EnsureLoaded(copy)) {
+        return StoreResult::NotRead;
     }
-    const StoreServices& services = list.GetServices();
-    if (EqualIgnoringCase(path, list.GetListFilePath()) || !StampDocument(copy) ||
-        !SaveWhole(services, copy, path)) {
-        return ExportResult::NotWritten;
+    bool isStamped = false;
+    const bool isCompleted = CallHost(
+        [&] { isStamped = StampDocument(*copy.GetDocument(), copy.GetName(), copy.GetLevel(), nullptr); });
+    const std::string listFile = list.GetListFilePath().substr(list.GetFolder().size());
+    if (target.Is(listFile) || !isCompleted || !isStamped || !SaveWhole(list.GetServices(), copy, path)) {
+        return StoreResult::NotWritten;
     }
-    return ExportResult::Success;
-}
-
-std::string BaseNameOf(std::string_view path, const LeadByteTable& leadBytes) {
-    const std::string_view fileName = path.substr(FileNameStart(path, leadBytes));
-    const std::string_view base = fileName.substr(0, ExtensionStart(fileName, leadBytes));
-    return std::string(base.substr(0, LengthWithin(base, LongestBaseName, leadBytes)));
-}
-
-std::string FolderOf(std::string_view path, const LeadByteTable& leadBytes) {
-    return std::string(path.substr(0, FileNameStart(path, leadBytes)));
+    return StoreResult::Success;
 }
 
 } // namespace pmx

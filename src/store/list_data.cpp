@@ -1,6 +1,9 @@
 #include "store/list_data.h"
 
 #include "store/host_call.h"
+#include "store/levels.h"
+
+#include <new>
 
 namespace pmx {
 
@@ -34,12 +37,23 @@ CPMXTemplUIListData& CPMXTemplUIListData::operator=(const CPMXTemplUIListData& s
     return *this;
 }
 
+void CPMXTemplUIListData::BecomeNewFavorite(std::string_view name, std::int32_t level) {
+    Standard = 0;
+    Name = name;
+    Level = level;
+    Toolbar = 0;
+    IconIndex = NewFavoriteIcon;
+    NewFlag = 1;
+    DeleteFlag = 0;
+    ImportFlag = 0;
+}
+
 bool CPMXTemplUIListData::EnsureDocument() {
     if (Document) {
         return true;
     }
+    DocumentReady = false;
     CallHost([this] { Document = std::make_unique<FavoriteDocument>(); });
-    DocumentReady = true;
     return Document != nullptr;
 }
 
@@ -75,6 +89,24 @@ bool CPMXTemplUIListData::SaveDocument(const char* path) {
     }
     DocumentReady = true;
     return true;
+}
+
+bool StampDocument(CPmxDocument& document, const std::string& name, std::int32_t level,
+                   const _LM_DOCUMENTLAYOUTTABLE* table) {
+    if (!document.SetName(name)) {
+        return false;
+    }
+    document.SetTemplateLevel(level);
+    return table == nullptr || document.SetTable(*table, false);
+}
+
+std::unique_ptr<CPMXTemplUIListData> MakeFavorite() {
+    try {
+        auto record = std::make_unique<CPMXTemplUIListData>();
+        return record->EnsureDocument() ? std::move(record) : nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 } // namespace pmx

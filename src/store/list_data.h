@@ -82,17 +82,21 @@ public:
     CPmxDocument* GetDocument() { return Document.get(); }
     const CPmxDocument* GetDocument() const { return Document.get(); }
 
-    /// Whether there is a document and nobody has said that it still lacks its content. Reading or writing it
-    /// successfully makes it ready.
+    /// Whether the document has the favorite's content: it was read or written, or somebody says so who has
+    /// filled it.
     bool IsDocumentReady() const { return Document != nullptr && DocumentReady; }
-    void SetDocumentReady(bool ready) { DocumentReady = ready; }
+    void SetDocumentReady() { DocumentReady = true; }
 
-    /// Makes an empty document unless the record has one. False when none can be made.
+    /// Makes an empty document, which is not ready, unless the record has one. False when none can be made.
     bool EnsureDocument();
 
     /// Destroys the document, if any. The record has none afterwards in every case; false when destroying it
     /// raised.
     bool ReleaseDocument();
+
+    /// Makes it what every new favorite of the user is: that name and level, off the toolbar, with the icon
+    /// of new favorites, and marked as new. File name and document stay.
+    void BecomeNewFavorite(std::string_view name, std::int32_t level);
 
     /// `folder`, which ends in a separator, followed by FileName.
     std::string GetFilePath(const std::string& folder) const { return folder + FileName; }
@@ -117,5 +121,13 @@ private:
     std::unique_ptr<FavoriteDocument> Document;
     bool DocumentReady = false;
 };
+
+/// Puts name, level and, unless null, the attribute table into a document. False when the host refuses; raises
+/// what the host raises.
+bool StampDocument(CPmxDocument& document, const std::string& name, std::int32_t level,
+                   const _LM_DOCUMENTLAYOUTTABLE* table);
+
+/// A record with an empty document; null when there is no memory or the host makes no document.
+std::unique_ptr<CPMXTemplUIListData> MakeFavorite();
 
 } // namespace pmx

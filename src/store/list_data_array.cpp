@@ -1,70 +1,30 @@
 #include "store/list_data_array.h"
 
-#include "platform/text.h"
 #include "store/favorite_files.h"
-#include "store/levels.h"
-#include "store/list_file.h"
-
-#include "host/CComFile.h"
 
 #include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <unordered_set>
+#include <utility>
 
 namespace pmx {
 
 namespace {
 
-constexpr const char* DefaultListFileName = "PmxTempleList.ini";
-constexpr const char* DefaultExtension = ".pmt";
 constexpr const char* DefaultBaseName = "Template";
-constexpr std::size_t SmallestReadBuffer = 4096;
 
-std::size_t ReadBufferSize(const std::string& path) {
-    CComFile file;
-    if (file.Open(path.c_str(), 0) != 1) {
-        return SmallestReadBuffer;
-    }
-    const std::int64_t size = file.GetFileSize();
-    return size >= 0 ? static_cast<std::size_t>(size) : SmallestReadBuffer;
-}
-
-/// A file that nobody else has, made to be written by the host. Deleted at the end unless it is kept.
-class NewFile {
-public:
-    /// The arguments must outlive this object.
-    NewFile(Files& files, Clock& clock, const std::string& path)
-        : FileSystem(files), Timer(clock), Path(path), IsOurs(Make(files, path)) {}
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-    ~NewFile() {
-        if (IsOurs && !IsKept) {
-            RetryDeleteFile(FileSystem, Timer, Path);
-        }
-    }
-
-    /// False when the name is taken, or no file can be made.
-    bool IsMade() const { return IsOurs; }
-    void Keep() { IsKept = true; }
-
-private:
-    static bool Make(Files& files, const std::string& path) {
-        const OpenResult made = files.Open(
-            {.Path = path, .Access = FileAccess::Write, .Disposition = FileDisposition::CreateNew});
-        return made.Error == FileError::None;
-    }
-
-    Files& FileSystem;
-    Clock& Timer;
-    const std::string& Path;
-    const bool IsOurs;
-    bool IsKept = false;
-};
+/// How many names that look free may turn out to be taken before it is not worth going on.
+constexpr int MostCollisions = 100;
 
 /// A file name as the platform takes it, which drops dots and blanks at the end.
 std::string_view WithoutEnd(std::string_view fileName) {
     return fileName.substr(0, fileName.find_last_not_of(". ") + 1);
+}
+
+/// True when the last character of a path is a separator.
+bool EndsInSeparator(std::string_view path) {
+    return path.ends_with('\\') && !IsTrailByte(path, path.size() - 1, SystemLeadBytes());
 }
 
 } // namespace
@@ -77,11 +37,20 @@ CPMXTemplUIListDataArray::CPMXTemplUIListDataArray(const char* listFileName, con
 
 CPMXTemplUIListDataArray::~CPMXTemplUIListDataArray() = default;
 
-CPMXTemplUIListData* CPMXTemplUIListDataArray::GetAt(std::int64_t index) const {
+CPMXTemplUIListData& CPMXTemplUIListDataArray::At(std::int64_t index) const {
     if (!Contains(index)) {
         throw std::invalid_argument("index outside the list of favorites");
     }
-    return Records[static_cast<std::size_t>(index)].get();
+    return *Records[static_cast<std::size_t>(index)];
+}
+
+std::vector<const CPMXTemplUIListData*> CPMXTemplUIListDataArray::GetRecords() const {
+    std::vector<const CPMXTemplUIListData*> records;
+    records.reserve(Records.size());
+    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
+        records.push_back(record.get());
+    }
+    return records;
 }
 
 std::int64_t CPMXTemplUIListDataArray::Add(std::unique_ptr<CPMXTemplUIListData> record) {
@@ -95,14 +64,36 @@ void CPMXTemplUIListDataArray::MakeRoom() {
     }
 }
 
-void CPMXTemplUIListDataArray::RemoveLast() {
-    if (!Records.empty()) {
-        Records.pop_back();
-    }
-}
-
 void CPMXTemplUIListDataArray::RemoveAll() {
     Records.clear();
+}
+
+NameUse CPMXTemplUIListDataArray::CheckName(const std::string& name) const {
+    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
+        if (EqualIgnoringCase(record->GetName(), name)) {
+            return record->IsStandard() ? NameUse::StandardFavorite : NameUse::UserFavorite;
+        }
+    }
+    return NameUse::Unused;
+}
+
+bool CPMXTemplUIListDataArray::IsNameUnique(std::int64_t index, const std::string& name) const {
+    if (!Contains(index)) {
+        return true;
+    }
+    const CPMXTemplUIListData* const self = &At(index);
+    return std::none_of(Records.begin(), Records.end(),
+                        [&](const std::unique_ptr<CPMXTemplUIListData>& other) {
+                            return other.get() != self && EqualIgnoringCase(other->GetName(), name);
+                        });
+}
+
+CPMXTemplUIListData* CPMXTemplUIListDataArray::FindByName(const std::string& name) const {
+    const auto found =
+        std::find_if(Records.begin(), Records.end(), [&](const std::unique_ptr<CPMXTemplUIListData>& record) {
+            return record->GetName() == name;
+        });
+    return found != Records.end() ? found->get() : nullptr;
 }
 
 bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
@@ -114,21 +105,21 @@ bool CPMXTemplUIListDataArray::SetFolder(const char* path) {
     if (!Services.FileSystem.IsFolder(Folder)) {
         return false;
     }
-    std::size_t last = 0;
-    for (std::size_t position = 0; position < Folder.size();
-         position += CharacterLength(Folder, position, SystemLeadBytes())) {
-        last = position;
-    }
-    if (Folder.compare(last, std::string::npos, "\\") != 0) {
+    if (!EndsInSeparator(Folder)) {
         Folder.push_back('\\');
     }
     ListFilePath = Folder + ListFileName;
     return true;
 }
 
-OpenResult CPMXTemplUIListDataArray::HoldListFile() const {
-    return Services.FileSystem.Open(
-        {.Path = ListFilePath, .Access = FileAccess::Read, .Share = FileShare::ReadWrite});
+/// A missing file is an empty one. What is read of a file that loses characters is marked so.
+FileError CPMXTemplUIListDataArray::ReadListFile(DecodedText& content) const {
+    std::string bytes;
+    const FileError error = Services.FileSystem.Read(ListFilePath, bytes);
+    if (error == FileError::None) {
+        content = DecodeContent(std::move(bytes));
+    }
+    return error == FileError::NotFound ? FileError::None : error;
 }
 
 bool CPMXTemplUIListDataArray::LoadList() {
@@ -138,21 +129,25 @@ bool CPMXTemplUIListDataArray::LoadList() {
     }
     ListFileUnreadable = true; // until it has been read
     try {
-        const std::size_t bufferSize = ReadBufferSize(ListFilePath);
-        // A file that another program shuts off reads as if it were not there. Held open here, it cannot be
-        // shut off between this question and the reading.
-        const OpenResult held = HoldListFile();
-        const bool isShutOff = held.Error != FileError::None && held.Error != FileError::NotFound;
-        // The platform's string read gives one byte less than its buffer holds.
-        const std::size_t valueLimit = bufferSize > 0 ? bufferSize - 1 : 0;
-        const bool isRead =
-            ReadListFile(ListFilePath, valueLimit, Services,
-                         [this](std::unique_ptr<CPMXTemplUIListData> record) { Add(std::move(record)); });
-        ListFileUnreadable = isShutOff || !isRead;
+        DecodedText content;
+        const FileError error = ReadListFile(content);
+        const ListValues values = ReadListValues(content.Text);
+        Records.reserve(values.size());
+        for (const std::string_view value : values) {
+            if (std::unique_ptr<CPMXTemplUIListData> record = ParseListValue(value, LeadBytesIn(value))) {
+                Records.push_back(std::move(record));
+            }
+        }
+        ListFileUnreadable = error != FileError::None || !content.IsWhole;
     } catch (const std::bad_alloc&) {
         return false;
     }
     return true;
+}
+
+bool CPMXTemplUIListDataArray::Open(const char* folder) {
+    RemoveAll();
+    return SetFolder(folder) && LoadList();
 }
 
 bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUIListData*>& records,
@@ -161,10 +156,27 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
         return false;
     }
     try {
-        return ReplaceListFile(Folder, ListFilePath, MakeListEntries(records, count), Services);
+        std::vector<std::string> texts;
+        texts.reserve(records.size());
+        for (const CPMXTemplUIListData* const record : records) {
+            if (record->GetDeleteFlag() != 1) {
+                texts.push_back(FormatListValue(*record));
+            }
+        }
+        return ReplaceSection({texts.begin(), texts.end()}, count);
     } catch (const std::bad_alloc&) {
         return false;
     }
+}
+
+bool CPMXTemplUIListDataArray::ReplaceSection(const ListValues& values, std::int64_t count) const {
+    DecodedText content;
+    const FileError error = RetryBriefly(Services, [&] { return ReadListFile(content); });
+    if (error != FileError::None || !content.IsWhole) {
+        return false;
+    }
+    const std::string changed = WithSection(content.Text, FormatSection(values, count));
+    return ReplaceListFile(Services, ListFilePath, changed) == FileError::None;
 }
 
 bool CPMXTemplUIListDataArray::WriteListFile() const {
@@ -175,85 +187,87 @@ bool CPMXTemplUIListDataArray::WriteListFile() const {
     }
 }
 
-std::vector<const CPMXTemplUIListData*> CPMXTemplUIListDataArray::GetRecords() const {
-    std::vector<const CPMXTemplUIListData*> records;
-    records.reserve(Records.size());
-    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
-        records.push_back(record.get());
-    }
-    return records;
-}
-
-bool CPMXTemplUIListDataArray::IsSameName(const CPMXTemplUIListData& record, const std::string& name) const {
-    return EqualIgnoringCase(record.GetName(), name);
-}
-
-NameUse CPMXTemplUIListDataArray::CheckName(const std::string& name) const {
-    for (const std::unique_ptr<CPMXTemplUIListData>& record : Records) {
-        if (record && IsSameName(*record, name)) {
-            return record->IsStandard() ? NameUse::StandardFavorite : NameUse::UserFavorite;
-        }
-    }
-    return NameUse::Unused;
-}
-
-bool CPMXTemplUIListDataArray::IsNameUnique(std::int64_t index, const std::string& name) const {
-    if (!Contains(index)) {
-        return true;
-    }
-    for (std::int64_t other = 0; other < GetSize(); ++other) {
-        const CPMXTemplUIListData* const record = GetAt(other);
-        if (other != index && record != nullptr && IsSameName(*record, name)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-CPMXTemplUIListData* CPMXTemplUIListDataArray::FindByName(const std::string& name) const {
-    const auto found = std::find_if(Records.begin(), Records.end(),
-                                    [&name](const std::unique_ptr<CPMXTemplUIListData>& record) {
-                                        return record && record->GetName() == name;
-                                    });
-    return found != Records.end() ? found->get() : nullptr;
-}
-
 std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::string& name) const {
-    std::string base = SanitizeFileName(name, SystemLeadBytes());
-    if (base.empty()) {
-        base = DefaultBaseName;
+    std::int64_t number = 0;
+    return FreeFileName(SanitizeFileName(name), number);
+}
+
+/// The first free name with this or a higher number, 0 standing for none; `number` is then the next one.
+std::optional<std::string> CPMXTemplUIListDataArray::FreeFileName(const std::string& base,
+                                                                  std::int64_t& number) const {
+    const std::string stem = base.empty() ? DefaultBaseName : base;
+    if (number == 0) {
+        ++number;
+        std::string plain = stem + Extension;
+        // A device's name (NUL.pmt) is taken in every folder, the list file's even before there is one.
+        if (IsPlainFileName(plain) && !IsListFileName(plain) && !Services.FileSystem.Exists(Folder + plain)) {
+            return plain;
+        }
     }
-    const std::string plain = base + Extension;
-    // A device's name (NUL.pmt) is taken in every folder, the list file's even before there is one.
-    if (IsPlainFileName(plain, SystemLeadBytes()) && !IsListFileName(plain) &&
-        !Services.FileSystem.Exists(Folder + plain)) {
-        return plain;
-    }
-    for (std::int64_t number = 1; number <= Services.LastFileNumber; ++number) {
-        std::string candidate = base + "-" + std::to_string(number) + Extension;
+    while (number <= Services.LastFileNumber) {
+        std::string candidate = stem + "-" + std::to_string(number++) + Extension;
         // A folder would be refused as a file that is held is, and waited for.
         if (IsListFileName(candidate) || Services.FileSystem.IsFolder(Folder + candidate)) {
             continue;
         }
-        const OpenRequest request{.Path = Folder + candidate,
-                                  .Access = FileAccess::ReadWrite,
-                                  .Share = FileShare::ReadWrite,
-                                  .Disposition = FileDisposition::OpenExisting,
-                                  .Attributes = FileAttributes::Normal};
-        OpenResult opened = RetryCreateFile(Services.FileSystem, Services.Timer, request);
-        if (opened.Error != FileError::None) {
+        if (RetryCreateFile(Services, Folder + candidate) != FileError::None) {
             return candidate;
         }
-        opened.File.reset();
         Services.Timer.Sleep(1);
     }
     return std::nullopt;
 }
 
+StoreResult CPMXTemplUIListDataArray::MakeFavoriteFile(
+    const std::string& name, CPMXTemplUIListData& record,
+    const std::function<FileError(const std::string& path)>& make) const {
+    const std::string base = SanitizeFileName(name);
+    std::int64_t number = 0;
+    for (int collisions = 0; collisions < MostCollisions; ++collisions) {
+        const std::optional<std::string> fileName = FreeFileName(base, number);
+        if (!fileName) {
+            return StoreResult::NoFileName;
+        }
+        record.SetFileName(*fileName);
+        const std::optional<std::string> path = FavoritePath(record);
+        const FileError error = path ? make(*path) : FileError::Other;
+        if (error != FileError::Exists) {
+            return error == FileError::None ? StoreResult::Success : StoreResult::NotWritten;
+        }
+    }
+    return StoreResult::NotWritten;
+}
+
+StoreResult CPMXTemplUIListDataArray::AddFavorite(std::unique_ptr<CPMXTemplUIListData> record,
+                                                  const std::string& name, std::int32_t level) {
+    record->BecomeNewFavorite(name, level);
+    MakeRoom();
+    const StoreResult result = MakeFavoriteFile(
+        name, *record, [&](const std::string& path) { return SaveNewFavorite(*record, path); });
+    if (result == StoreResult::Success) {
+        Add(std::move(record));
+    }
+    return result;
+}
+
+/// Writes a document to a file that is made for it and must not exist yet.
+FileError CPMXTemplUIListDataArray::SaveNewFavorite(CPMXTemplUIListData& record,
+                                                    const std::string& path) const {
+    const FileError error = Services.FileSystem.CreateNew(path);
+    if (error != FileError::None) {
+        return error;
+    }
+    if (record.SaveDocument(path.c_str())) {
+        return FileError::None;
+    }
+    RetryDeleteFile(Services, path);
+    return FileError::Other;
+}
+
 std::optional<std::string> CPMXTemplUIListDataArray::FavoritePath(const CPMXTemplUIListData& record) const {
     const std::string& fileName = record.GetFileName();
     const bool isFolderSet = !ListFilePath.empty();
-    if (!isFolderSet || !IsPlainFileName(fileName, SystemLeadBytes()) || IsListFileName(fileName)) {
+    if (!isFolderSet || !IsPlainFileName(fileName) || IsListFileName(fileName)) {
         return std::nullopt;
     }
     return record.GetFilePath(Folder);
@@ -263,7 +277,13 @@ bool CPMXTemplUIListDataArray::IsListFileName(std::string_view fileName) const {
     return EqualIgnoringCase(WithoutEnd(fileName), WithoutEnd(ListFileName));
 }
 
-bool CPMXTemplUIListDataArray::LoadFavorite(CPMXTemplUIListData& record) const {
+bool CPMXTemplUIListDataArray::EnsureLoaded(CPMXTemplUIListData& record) const {
+    if (record.IsDocumentReady()) {
+        return true;
+    }
+    if (!record.ReleaseDocument() || !record.EnsureDocument()) {
+        return false;
+    }
     const std::optional<std::string> path = FavoritePath(record);
     return path && record.LoadDocument(path->c_str());
 }
@@ -273,25 +293,11 @@ bool CPMXTemplUIListDataArray::SaveFavorite(CPMXTemplUIListData& record) const {
     return path && record.SaveDocument(path->c_str());
 }
 
-bool CPMXTemplUIListDataArray::SaveNewFavorite(CPMXTemplUIListData& record) const {
-    const std::optional<std::string> path = FavoritePath(record);
-    if (!path) {
-        return false;
-    }
-    NewFile file(Services.FileSystem, Services.Timer, *path);
-    if (!file.IsMade() || !record.SaveDocument(path->c_str())) {
-        return false;
-    }
-    file.Keep();
-    return true;
-}
-
 bool CPMXTemplUIListDataArray::DeleteFavorite(const CPMXTemplUIListData& record) const {
     try {
         const std::optional<std::string> path = FavoritePath(record);
         // A folder would be refused as a file that is held is, and waited for.
-        return path && !Services.FileSystem.IsFolder(*path) &&
-               RetryDeleteFile(Services.FileSystem, Services.Timer, *path);
+        return path && !Services.FileSystem.IsFolder(*path) && RetryDeleteFile(Services, *path);
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -311,17 +317,14 @@ void CPMXTemplUIListDataArray::DeleteUnusedFiles(
     std::vector<const CPMXTemplUIListData*> deleted;
     std::unordered_set<std::string> stillUsed;
     for (const CPMXTemplUIListData* const record : records) {
-        if (record == nullptr) {
-            continue;
-        }
         if (record->GetDeleteFlag() == 1 && !record->IsStandard()) {
             deleted.push_back(record);
         } else {
-            stillUsed.insert(FoldedFileName(record->GetFileName(), SystemLeadBytes()));
+            stillUsed.insert(FoldedFileName(record->GetFileName()));
         }
     }
     for (const CPMXTemplUIListData* const record : deleted) {
-        if (!stillUsed.contains(FoldedFileName(record->GetFileName(), SystemLeadBytes()))) {
+        if (!stillUsed.contains(FoldedFileName(record->GetFileName()))) {
             DeleteFavorite(*record);
         }
     }

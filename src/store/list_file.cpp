@@ -1,53 +1,202 @@
 #include "store/list_file.h"
 
+#include "store/aside_file.h"
 #include "store/favorite_files.h"
 #include "store/levels.h"
-#include "store/temporary_file.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
-#include <map>
 #include <optional>
 
 namespace pmx {
 
 namespace {
 
-constexpr std::size_t LongestNumber = std::string_view("-2147483648").size();
-
-char* WriteNumber(std::int32_t number, char* to) {
-    if (number >= 0 && number <= 9) {
-        *to = static_cast<char>('0' + number);
-        return to + 1;
-    }
-    return std::to_chars(to, to + LongestNumber, number).ptr;
-}
-
-char* WriteFlag(bool set, char* to) {
-    *to = set ? '1' : '0';
-    return to + 1;
-}
-
-char* WriteText(std::string_view text, char* to) {
-    return std::copy(text.begin(), text.end(), to);
-}
-
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-bool EqualKey(std::string_view key, std::string_view wanted) {
+bool IsLineEnd(char character) {
+    return character == '\r' || character == '\n';
+}
+
+bool EqualWord(std::string_view left, std::string_view right) {
     const auto upper = [](char letter) {
         return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
     };
-    return key == wanted || std::equal(key.begin(), key.end(), wanted.begin(), wanted.end(),
-                                       [&](char left, char right) { return upper(left) == upper(right); });
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [&](char one, char other) { return upper(one) == upper(other); });
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && IsBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+// The fields of a value
+
+std::string_view FlagText(bool isSet) {
+    return isSet ? "1" : "0";
+}
+
+struct ListField {
+    void (*Append)(const CPMXTemplUIListData& record, std::string& value);
+
+    /// False when the text cannot be accepted.
+    bool (*Take)(CPMXTemplUIListData& record, std::string_view text);
+};
+
+/// The fields in the order in which they stand in a value. Texts are without blanks at their ends.
+constexpr std::array<ListField, 6> Fields = {{
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         value += FlagText(record.GetStandard() == 1);
+     },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetName(); },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetName(text);
+         return !text.empty();
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         value += std::to_string(record.GetLevel());
+     },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetLevel(LeadingNumber(text));
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         value += FlagText(record.GetToolbar() == 1);
+     },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) {
+         value += std::to_string(static_cast<std::int32_t>(record.GetIconIndex()));
+     },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetIconIndex(LeadingNumber(text));
+         return true;
+     }},
+    {[](const CPMXTemplUIListData& record, std::string& value) { value += record.GetFileName(); },
+     [](CPMXTemplUIListData& record, std::string_view text) {
+         record.SetFileName(text);
+         return !text.empty();
+     }},
+}};
+
+using FieldTexts = std::array<std::string_view, Fields.size()>;
+
+/// Takes a value apart, passing over empty fields; false unless there are exactly as many as a favorite has.
+bool Split(std::string_view value, const LeadByteTable& leadBytes, FieldTexts& texts) {
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin < value.size();) {
+        const std::size_t end =
+            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
+        if (end > begin) {
+            if (count == texts.size()) {
+                return false;
+            }
+            texts[count++] = Trimmed(value.substr(begin, end - begin), leadBytes);
+        }
+        begin = end + 1;
+    }
+    return count == texts.size();
+}
+
+// The lines of the file
+
+/// Takes the next line off the front of `rest`, and the line ends before it. Empty when there is none.
+std::string_view NextLine(std::string_view& rest) {
+    std::size_t begin = 0;
+    while (begin < rest.size() && IsLineEnd(rest[begin])) {
+        ++begin;
+    }
+    std::size_t end = begin;
+    while (end < rest.size() && !IsLineEnd(rest[end])) {
+        ++end;
+    }
+    const std::string_view line = rest.substr(begin, end - begin);
+    rest.remove_prefix(end);
+    return line;
+}
+
+/// The name of the section that a line begins; none for any other line. What follows the last bracket does
+/// not count.
+std::optional<std::string_view> SectionName(std::string_view line) {
+    const std::string_view text = WithoutBlanks(line);
+    if (!text.starts_with('[')) {
+        return std::nullopt;
+    }
+    std::size_t end = text.rfind(']');
+    while (end != std::string_view::npos && IsTrailByte(text, end, LeadBytesIn(text))) {
+        end = text.rfind(']', end - 1);
+    }
+    if (end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return WithoutBlanks(text.substr(1, end - 1));
+}
+
+/// A part of the content: a section from its first line on, or what stands before the first one.
+struct Part {
+    std::string_view Text;
+    std::string_view Body; ///< without the line that begins the section
+    bool IsList = false;
+};
+
+/// Takes the next part off the front of `rest`, which is not empty.
+Part NextPart(std::string_view& rest) {
+    const std::string_view all = rest;
+    const std::string_view first = NextLine(rest);
+    const std::optional<std::string_view> name = SectionName(first);
+    const auto partUpTo = [&](const char* end) {
+        const auto size = static_cast<std::size_t>(end - all.data());
+        rest = all.substr(size);
+        return all.substr(0, size);
+    };
+    if (name && first.data() != all.data()) {
+        return {partUpTo(first.data()), {}, false}; // empty lines at the beginning of the file
+    }
+    const char* const body = name ? rest.data() : all.data();
+    std::string_view line = NextLine(rest);
+    while (!line.empty() && !SectionName(line)) {
+        line = NextLine(rest);
+    }
+    const std::string_view text = partUpTo(line.empty() ? all.data() + all.size() : line.data());
+    return {text, text.substr(static_cast<std::size_t>(body - text.data())),
+            name && EqualWord(*name, ListSection)};
+}
+
+// The keys of the section
+
+/// A number as the platform reads one from a profile: a sign and digits, modulo 2 to the 32nd.
+std::int32_t ProfileNumber(std::string_view text) {
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    std::uint32_t number = 0;
+    for (; !text.empty() && IsDigit(text.front()); text.remove_prefix(1)) {
+        number = number * 10 + static_cast<std::uint32_t>(text.front() - '0');
+    }
+    return static_cast<std::int32_t>(isNegative ? 0 - number : number);
 }
 
 /// The number in a "TemplateData" key written as the writer would write it; none for any other key.
 std::optional<std::int32_t> DataKeyNumber(std::string_view key) {
-    if (key.size() <= DataKeyPrefix.size() || !EqualKey(key.substr(0, DataKeyPrefix.size()), DataKeyPrefix)) {
+    if (key.size() <= DataKeyPrefix.size() ||
+        !EqualWord(key.substr(0, DataKeyPrefix.size()), DataKeyPrefix)) {
         return std::nullopt;
     }
     const std::string_view digits = key.substr(DataKeyPrefix.size());
@@ -60,248 +209,89 @@ std::optional<std::int32_t> DataKeyNumber(std::string_view key) {
     return whole ? std::optional(number) : std::nullopt;
 }
 
-/// Position of the separator at or after `begin`, or of the value's end.
-std::size_t FieldEnd(std::string_view value, std::size_t begin, const LeadByteTable& leadBytes) {
-    // Most fields are short numbers.
-    std::size_t position = begin;
-    while (position < value.size() && IsDigit(value[position])) {
-        ++position;
-    }
-    if (position == value.size() || value[position] == FieldSeparator) {
-        return position;
-    }
-    do {
-        position = value.find(FieldSeparator, position + 1);
-    } while (position != std::string_view::npos && IsTrailByte(value, position, leadBytes, begin));
-    return std::min(position, value.size());
+std::string_view WithoutQuotes(std::string_view value) {
+    const bool isQuoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
 }
 
-// One structure for each field of a favorite's value: how much room it needs at most, how it is written
-// there, which gives its end, and how its text is taken over, which is false when the text cannot be
-// accepted.
-
-struct StandardField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return 1; }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteFlag(record.GetStandard() == 1, to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
-        record.SetStandard(LeadingNumber(text) != 0 ? 1 : 0);
-        return true;
-    }
+struct NumberedValue {
+    std::int32_t Number;
+    std::string_view Value;
 };
 
-struct NameField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& record) { return record.GetName().size(); }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteText(record.GetName(), to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-        record.SetName(Trimmed(text, leadBytes));
-        return !record.GetName().empty();
-    }
+bool ComesBefore(const NumberedValue& left, const NumberedValue& right) {
+    return left.Number < right.Number;
+}
+
+/// What the lines of a section say.
+struct SectionContent {
+    std::vector<NumberedValue> Values; ///< in the order of their numbers; the first of a number counts
+    std::int32_t Count = 0;
 };
 
-struct LevelField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return LongestNumber; }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteNumber(record.GetLevel(), to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
-        record.SetLevel(LeadingNumber(text));
-        return true;
-    }
-};
-
-struct ToolbarField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return 1; }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteFlag(record.GetToolbar() == 1, to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
-        record.SetToolbar(LeadingNumber(text) != 0 ? 1 : 0);
-        return true;
-    }
-};
-
-struct IconField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& /*record*/) { return LongestNumber; }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteNumber(static_cast<std::int32_t>(record.GetIconIndex()), to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& /*leadBytes*/) {
-        record.SetIconIndex(LeadingNumber(text));
-        return true;
-    }
-};
-
-struct FileField {
-    static std::size_t MostBytes(const CPMXTemplUIListData& record) { return record.GetFileName().size(); }
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        return WriteText(record.GetFileName(), to);
-    }
-    static bool Read(CPMXTemplUIListData& record, std::string_view text, const LeadByteTable& leadBytes) {
-        record.SetFileName(Trimmed(text, leadBytes));
-        return !record.GetFileName().empty();
-    }
-};
-
-/// The fields in the order in which they stand in a value.
-template <typename... Field>
-struct FieldOrder {
-    static constexpr std::size_t Count = sizeof...(Field);
-    using Texts = std::array<std::string_view, Count>;
-
-    static std::size_t MostBytes(const CPMXTemplUIListData& record) {
-        return (Field::MostBytes(record) + ...) + Count;
-    }
-
-    static char* Write(const CPMXTemplUIListData& record, char* to) {
-        ((to = Field::Write(record, to), *to++ = FieldSeparator), ...);
-        return to - 1; // no separator ends the value
-    }
-
-    static bool Read(CPMXTemplUIListData& record, const Texts& texts, const LeadByteTable& leadBytes) {
-        std::size_t number = 0;
-        return (Field::Read(record, texts[number++], leadBytes) && ...);
-    }
-};
-
-using ListFields = FieldOrder<StandardField, NameField, LevelField, ToolbarField, IconField, FileField>;
-
-/// How ProfileEntries writes the values of records; null and deleted ones have none.
-struct ListValue {
-    using Record = const CPMXTemplUIListData*;
-
-    static bool HasValue(Record record) { return record != nullptr && record->GetDeleteFlag() != 1; }
-    static std::size_t MostBytes(Record record) { return ListFields::MostBytes(*record); }
-    static char* Write(Record record, char* to) { return ListFields::Write(*record, to); }
-};
-
-/// Takes a value apart, passing over empty fields; false unless there are exactly as many as a favorite has.
-bool Split(std::string_view value, const LeadByteTable& leadBytes, ListFields::Texts& texts) {
-    std::size_t count = 0;
-    for (std::size_t begin = 0; begin < value.size();) {
-        const std::size_t end = FieldEnd(value, begin, leadBytes);
-        if (end > begin) {
-            if (count == texts.size()) {
-                return false;
-            }
-            texts[count++] = std::string_view(value.data() + begin, end - begin);
+SectionContent ReadSection(std::string_view body) {
+    SectionContent content;
+    bool hasCount = false;
+    for (std::string_view line = NextLine(body); !line.empty(); line = NextLine(body)) {
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos) {
+            continue;
         }
-        begin = end + 1;
-    }
-    return count == texts.size();
-}
-
-/// Puts the values of a section, met in any order and with duplicates, into the order of their numbers. Those
-/// that arrive in order, as the writer leaves them, are passed on at once; only the others are kept.
-class ListCollector {
-public:
-    ListCollector(std::size_t valueLimit, const LeadByteTable& leadBytes,
-                  const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take)
-        : ValueLimit(valueLimit), LeadBytes(leadBytes), Take(take) {}
-
-    void Visit(std::string_view key, std::string_view value) {
+        const std::string_view key = WithoutBlanks(line.substr(0, equals));
+        const std::string_view value = WithoutQuotes(WithoutBlanks(line.substr(equals + 1)));
         if (const std::optional<std::int32_t> number = DataKeyNumber(key)) {
-            VisitData(*number, value);
-            return;
-        }
-        if (!Count && EqualKey(key, CountKey)) {
-            Count = std::max(ProfileInteger(value, 0), 0);
-        }
-    }
-
-    void Finish() {
-        for (const auto& [number, value] : Early) {
-            if (number < Count.value_or(0)) {
-                Pass(value);
-            }
+            content.Values.push_back({*number, value});
+        } else if (!hasCount && EqualWord(key, CountKey)) {
+            content.Count = ProfileNumber(value);
+            hasCount = true;
         }
     }
-
-private:
-    void VisitData(std::int32_t number, std::string_view value) {
-        if (!Count) {
-            Early.emplace(number, std::string(value));
-            return;
-        }
-        if (number < Next || number >= *Count) {
-            return;
-        }
-        if (number > Next || !Early.empty()) {
-            Early.emplace(number, std::string(value));
-            return;
-        }
-        Pass(value);
-        ++Next;
+    if (!std::is_sorted(content.Values.begin(), content.Values.end(), ComesBefore)) {
+        std::stable_sort(content.Values.begin(), content.Values.end(), ComesBefore);
     }
-
-    void Pass(std::string_view value) {
-        const std::size_t length = LengthWithin(value, ValueLimit, LeadBytes);
-        if (std::unique_ptr<CPMXTemplUIListData> record =
-                ParseListValue(value.substr(0, length), LeadBytes)) {
-            Take(std::move(record));
-        }
-    }
-
-    std::size_t ValueLimit;
-    const LeadByteTable& LeadBytes;
-    const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& Take;
-    std::optional<std::int32_t> Count;
-    std::int32_t Next = 0; // every number below was passed on
-    std::map<std::int32_t, std::string>
-        Early; // values that came before their turn; the first of a number counts
-};
-
-std::int32_t AnyLeadingNumber(std::string_view text) {
-    std::size_t position = 0;
-    while (position < text.size() && IsBlank(text[position])) {
-        ++position;
-    }
-    const bool hasSign = position < text.size() && (text[position] == '-' || text[position] == '+');
-    const bool isNegative = hasSign && text[position] == '-';
-    position += hasSign ? 1 : 0;
-    constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
-    std::int64_t number = 0;
-    for (; position < text.size() && IsDigit(text[position]); ++position) {
-        number = std::min(number * 10 + (text[position] - '0'), Most + 1);
-    }
-    return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
+    return content;
 }
 
 } // namespace
 
 std::int32_t LeadingNumber(std::string_view text) {
-    // Most are a few digits.
-    constexpr std::size_t SurelyFits = std::numeric_limits<std::int32_t>::digits10;
-    if (text.size() > SurelyFits) {
-        return AnyLeadingNumber(text);
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    std::int32_t number = 0;
-    for (const char character : text) {
-        if (!IsDigit(character)) {
-            return AnyLeadingNumber(text);
-        }
-        number = number * 10 + (character - '0');
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+')) {
+        text.remove_prefix(1);
     }
-    return number;
+    constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
+    std::int64_t number = 0;
+    for (; !text.empty() && IsDigit(text.front()); text.remove_prefix(1)) {
+        number = std::min(number * 10 + (text.front() - '0'), Most + 1);
+    }
+    return static_cast<std::int32_t>(isNegative ? -number : std::min(number, Most));
 }
 
 std::string FormatListValue(const CPMXTemplUIListData& record) {
-    std::string value(ListFields::MostBytes(record), '\0');
-    value.resize(static_cast<std::size_t>(ListFields::Write(record, value.data()) - value.data()));
+    std::string value;
+    for (const ListField& field : Fields) {
+        if (!value.empty()) {
+            value += FieldSeparator;
+        }
+        field.Append(record, value);
+    }
     return value;
 }
 
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes) {
-    ListFields::Texts texts;
+    FieldTexts texts;
     if (!Split(value, leadBytes, texts)) {
         return nullptr;
     }
     auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!ListFields::Read(*record, texts, leadBytes)) {
-        return nullptr;
+    for (std::size_t position = 0; position < Fields.size(); ++position) {
+        if (!Fields[position].Take(*record, texts[position])) {
+            return nullptr;
+        }
     }
     if (IsStandardLevel(record->GetLevel()) && !IsKnownStandardNumber(LeadingNumber(record->GetFileName()))) {
         return nullptr;
@@ -309,42 +299,84 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
     return record;
 }
 
-bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
-                  const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take) {
-    ListCollector collector(valueLimit, SystemLeadBytes(), take);
-    const bool isRead = services.Profiles.VisitSection(
-        path, ListSection,
-        [&collector](std::string_view key, std::string_view value) { collector.Visit(key, value); });
-    collector.Finish();
-    return isRead;
+ListValues ReadListValues(std::string_view content) {
+    ListValues values;
+    while (!content.empty()) {
+        const Part part = NextPart(content);
+        if (!part.IsList) {
+            continue;
+        }
+        const SectionContent section = ReadSection(part.Body);
+        values.reserve(section.Values.size());
+        std::int32_t next = 0;
+        for (const NumberedValue& line : section.Values) {
+            if (line.Number >= next && line.Number < section.Count) {
+                values.push_back(line.Value);
+                next = line.Number + 1;
+            }
+        }
+        break;
+    }
+    return values;
 }
 
-ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) {
-    ProfileEntries entries;
-    entries.Add(CountKey, std::to_string(static_cast<std::int32_t>(count)));
-    entries.AddNumbered<ListValue>(DataKeyPrefix, records);
-    return entries;
+std::string FormatSection(const ListValues& values, std::int64_t count) {
+    constexpr std::string_view LineEnd = "\r\n";
+    std::string section;
+    std::size_t size = 64;
+    for (const std::string_view value : values) {
+        size += DataKeyPrefix.size() + 12 + value.size();
+    }
+    section.reserve(size);
+    section.append("[").append(ListSection).append("]").append(LineEnd);
+    section.append(CountKey).append("=").append(std::to_string(static_cast<std::int32_t>(count)));
+    section.append(LineEnd);
+    std::size_t number = 0;
+    for (const std::string_view value : values) {
+        section.append(DataKeyPrefix).append(std::to_string(number++)).append("=").append(value);
+        section.append(LineEnd);
+    }
+    return section;
 }
 
-bool ReplaceListFile(const std::string& folder, const std::string& path, const ProfileEntries& entries,
-                     const StoreServices& services) {
+std::string WithSection(std::string_view content, std::string_view section) {
+    std::string changed;
+    changed.reserve(content.size() + section.size() + 2);
+    while (!content.empty()) {
+        const Part part = NextPart(content);
+        if (!part.IsList) {
+            changed += part.Text;
+        }
+    }
+    if (!changed.empty() && !IsLineEnd(changed.back())) {
+        changed += "\r\n";
+    }
+    return changed += section;
+}
+
+FileError ReplaceListFile(const StoreServices& services, const std::string& path,
+                          const std::string& content) {
     Files& files = services.FileSystem;
     if (files.IsReadOnly(path)) {
-        return false;
+        return FileError::Held;
     }
-    TemporaryFile aside(files, services.Timer, folder);
-    if (aside.GetPath().empty()) {
-        return false;
+    AsideFile aside(services, FolderOf(path));
+    FileError error = aside.Error();
+    if (error == FileError::None) {
+        error = files.Overwrite(aside.Path(), content);
     }
-    const FileError written = RetryWhileHeld(files, services.Timer, [&] {
-        return services.Profiles.ReplaceSection(path, aside.GetPath(), ListSection, entries);
-    });
-    if (written != FileError::None || files.Flush(aside.GetPath()) != FileError::None ||
-        !RetryReplaceFile(files, services.Timer, aside.GetPath(), path)) {
-        return false;
+    if (error != FileError::None) {
+        return error;
     }
-    aside.Release();
-    return true;
+    error = RetryBriefly(services, [&] { return aside.PutOver(path); });
+    if (error != FileError::Held) {
+        return error;
+    }
+    error = files.Overwrite(path, content);
+    if (error == FileError::Other) {
+        aside.Keep();
+    }
+    return error;
 }
 
 } // namespace pmx

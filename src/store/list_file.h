@@ -4,22 +4,27 @@
 #include "store/list_data.h"
 #include "store/store_services.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+// The list file: an INI file, of which the library reads one section and replaces it, and keeps every other
+// byte. Section and key names ignore the case of A to Z; blanks around sections, keys and values do not count;
+// lines end with any run of CR and LF; of equal sections or keys the first counts; one pair of quotes around a
+// value is removed. docs/files.md has the format.
+
 namespace pmx {
 
-/// The list file's words: one section, the number of favorites, and one key a favorite, numbered from 0.
+inline constexpr const char* DefaultListFileName = "PmxTempleList.ini";
 inline constexpr std::string_view ListSection = "PMXTemplateList";
 inline constexpr std::string_view CountKey = "TemplateNum";
 inline constexpr std::string_view DataKeyPrefix = "TemplateData";
 inline constexpr char FieldSeparator = '~';
+
+/// The values of a list's entries, in order, as they stand in a list file or are to stand there.
+using ListValues = std::vector<std::string_view>;
 
 /// The number that a text begins with, as the C library's string-to-long conversion gives it with 32 bits:
 /// leading blanks and a sign allowed, saturating, 0 when there are no digits.
@@ -32,21 +37,22 @@ std::string FormatListValue(const CPMXTemplUIListData& record);
 /// or is a standard favorite with an unknown number. Throws std::bad_alloc.
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes);
 
-/// Reads a list file once and hands over its favorites in the order of their numbers. `valueLimit` is the
-/// most bytes of a value that are looked at. Cost depends on the size of the file, whatever count it states.
-/// False when the file is there and could not be read.
-bool ReadListFile(const std::string& path, std::size_t valueLimit, const StoreServices& services,
-                  const std::function<void(std::unique_ptr<CPMXTemplUIListData>)>& take);
+/// The values of the section in a list file with that content, in the order of their numbers, as many as the
+/// count allows; those that describe no favorite, too. They refer to `content`. The cost depends on the size
+/// of the content, whatever count it states. Throws std::bad_alloc.
+ListValues ReadListValues(std::string_view content);
 
-/// The entries of the section for the given records in order; null and deleted ones are left out. `count` is
-/// the number that is written.
-ProfileEntries MakeListEntries(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count);
+/// The lines of the section with these values. `count` is the number that is written.
+std::string FormatSection(const ListValues& values, std::int64_t count);
 
-/// Replaces the section in the list file at `path` in `folder` by these entries, atomically: the new
-/// file is written aside and renamed over it. At any moment the folder holds the old list file or the new
-/// one; a power failure may still lose the rename itself, never the old content. False when the file is
-/// read-only or the new one cannot be made; the old one is then as it was and nothing is left aside.
-bool ReplaceListFile(const std::string& folder, const std::string& path, const ProfileEntries& entries,
-                     const StoreServices& services);
+/// A list file's content with its section taken out and `section` put at the end.
+std::string WithSection(std::string_view content, std::string_view section);
+
+/// Gives a list file that content, which stands beside it whole before anything changes: it is put in the
+/// place of the old file by one renaming, or, while another program keeps the old one open for longer than a
+/// second, written over it. At any moment the folder holds the old list or the new one; a power failure may
+/// still lose a renaming, never the old content. Not None when the file is as it was; Other also when
+/// overwriting was begun and failed, and then the new list stays beside the file.
+FileError ReplaceListFile(const StoreServices& services, const std::string& path, const std::string& content);
 
 } // namespace pmx

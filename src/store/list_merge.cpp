@@ -2,7 +2,6 @@
 
 #include "store/favorite_files.h"
 #include "store/levels.h"
-#include "store/list_file.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,14 +1,8 @@
 #pragma once
 
-#include "platform/text.h"
-
-#include <string_view>
-#include <vector>
+#include "store/list_file.h"
 
 namespace pmx {
-
-/// The values of a list's entries, in order, as they stand in a list file or are to stand there.
-using ListValues = std::vector<std::string_view>;
 
 /// What a save writes when another program has changed the list file: `base` is what the file held when the
 /// list was read, or what of its own the list wrote last; `mine` is what the list holds now, `theirs` what

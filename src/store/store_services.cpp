@@ -3,7 +3,7 @@
 namespace pmx {
 
 const StoreServices& SystemStoreServices() {
-    static const StoreServices Services{SystemFiles(), SystemProfile(), SystemClock()};
+    static const StoreServices Services{SystemFiles(), SystemClock()};
     return Services;
 }
 

@@ -2,7 +2,6 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/profile.h"
 
 #include <cstdint>
 #include <limits>
@@ -13,7 +12,6 @@ namespace pmx {
 /// objects that were given it.
 struct StoreServices {
     Files& FileSystem;
-    Profile& Profiles;
     Clock& Timer;
 
     /// The highest number that a favorite's file name gets when the name itself is taken.

@@ -1,6 +1,7 @@
 // Files while there is no memory: what cannot be done leaves nothing behind.
 #include "memory/counting_new.h"
-#include "platform/files.h"
+#include "store/favorite_files.h"
+#include "store/list_file.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -36,23 +37,26 @@ void RefuseEachAllocation(Work work, Check check) {
     }
 }
 
-TEST(FilesMemoryTest, TemporaryFileWhosePathCannotBeToldIsNotLeftBehind) {
-    const TempFolder folder;
-    FileError error = FileError::None;
-    RefuseEachAllocation([&] { SystemFiles().CreateTemporary(folder.Path(), error); },
-                         [&] { EXPECT_EQ(folder.Names(), Names()); });
-    EXPECT_EQ(error, FileError::None);
-    EXPECT_EQ(folder.Names().size(), 1U);
-}
-
 TEST(FilesMemoryTest, CopyThatFailsLeavesNothingBehind) {
     const TempFolder folder;
     folder.Write("a", "A");
     const std::string source = folder.Path("a");
     const std::string target = folder.Path("b");
-    RefuseEachAllocation([&] { SystemFiles().Copy(source, target, true); },
+    RefuseEachAllocation([&] { RetryCopyFile(SystemStoreServices(), source, target); },
                          [&] { EXPECT_EQ(folder.Names(), Names{"a"}); });
     EXPECT_EQ(folder.Read("b"), "A");
+}
+
+TEST(FilesMemoryTest, ListFileThatIsNotReplacedStaysAndNothingBesideIt) {
+    const TempFolder folder;
+    folder.Write("list", "old");
+    const std::string path = folder.Path("list");
+    RefuseEachAllocation([&] { ReplaceListFile(SystemStoreServices(), path, "new"); },
+                         [&] {
+                             EXPECT_EQ(folder.Names(), Names{"list"});
+                             EXPECT_EQ(folder.Read("list"), "old");
+                         });
+    EXPECT_EQ(folder.Read("list"), "new");
 }
 
 } // namespace

@@ -1,71 +1,24 @@
-#include "platform/posix/files.h"
+#include "platform/files.h"
 
 #include "platform/posix/code_page.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace pmx {
 namespace {
 
-using test::TempFolder;
+namespace fs = std::filesystem;
+using test::DiskPath;
 using testing::ElementsAre;
-
-/// While it lives, no file of this process can grow beyond a size, and trying so is an error and no signal.
-class SmallFiles {
-public:
-    explicit SmallFiles(rlim_t size) : SignalBefore(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &Before);
-        const rlimit limit{size, Before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallFiles() {
-        setrlimit(RLIMIT_FSIZE, &Before);
-        std::signal(SIGXFSZ, SignalBefore);
-    }
-    SmallFiles(const SmallFiles&) = delete;
-    SmallFiles& operator=(const SmallFiles&) = delete;
-
-private:
-    rlimit Before{};
-    void (*SignalBefore)(int);
-};
-
-TEST(PosixFiles, LeavesNothingOfACopyThatFailsHalfWay) {
-    const TempFolder folder;
-    folder.Write("source", std::string(300000, 'x'));
-    folder.Write("target", "old");
-    {
-        const SmallFiles limit(100000);
-        EXPECT_EQ(SystemFiles().Copy(folder.Path("source"), folder.Path("new"), true), FileError::DiskFull);
-        EXPECT_EQ(SystemFiles().Copy(folder.Path("source"), folder.Path("target"), false),
-                  FileError::DiskFull);
-    }
-    EXPECT_EQ(folder.Read("target"), "old");
-    EXPECT_THAT(folder.Names(), ElementsAre("source", "target"));
-}
-
-TEST(PosixFiles, DoesNotWaitForAPipeUnderTheNameOfAFile) {
-    const TempFolder folder;
-    const std::string pipe = folder.Path("pipe.pmt");
-    ASSERT_EQ(mkfifo(posix::NativePath(pipe).c_str(), 0600), 0);
-    OpenRequest request;
-    request.Path = pipe;
-    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::AccessDenied);
-    EXPECT_EQ(SystemFiles().Copy(pipe, folder.Path("copy"), true), FileError::AccessDenied);
-    EXPECT_THAT(folder.Names(), ElementsAre("pipe.pmt"));
-}
 
 /// While it lives, this process has the rights of an ordinary user.
 class OrdinaryUser {
@@ -88,117 +41,126 @@ private:
     const uid_t Before;
 };
 
-TEST(PosixFiles, IsDeniedWhatTheUserMayNotDo) {
-    const TempFolder folder;
-    folder.Write("file", "old");
-    folder.Write("private", "private");
-    const auto place = test::DiskPath(folder.Path());
-    std::filesystem::permissions(test::DiskPath(folder.Path("private")), std::filesystem::perms::none);
-    std::filesystem::permissions(place, std::filesystem::perms(0555));
+class PosixFiles : public testing::Test {
+protected:
+    std::string Path(std::string_view name) const { return Folder.Path(name); }
+
+    void Link(const char* leadsTo, const char* name) const {
+        fs::create_symlink(leadsTo, DiskPath(Path(name)));
+    }
+
+    FileError ReadError(std::string_view name) const {
+        std::string content;
+        return Service.Read(Path(name), content);
+    }
+
+    const test::TempFolder Folder;
+    Files& Service = SystemFiles();
+};
+
+TEST_F(PosixFiles, DoesNotWaitForAPipeUnderTheNameOfAFile) {
+    ASSERT_EQ(mkfifo(posix::NativePath(Path("pipe.pmt")).c_str(), 0600), 0);
+    EXPECT_EQ(ReadError("pipe.pmt"), FileError::Held);
+    EXPECT_EQ(Service.TryOpen(Path("pipe.pmt")), FileError::Held);
+    EXPECT_THAT(Service.Overwrite(Path("pipe.pmt"), "x"), testing::Ne(FileError::None));
+}
+
+TEST_F(PosixFiles, IsDeniedWhatTheUserMayNotDo) {
+    Folder.Write("file", "old");
+    Folder.Write("private", "private");
+    const fs::path place = DiskPath(Folder.Path());
+    fs::permissions(DiskPath(Path("private")), fs::perms::none);
+    fs::permissions(place, fs::perms(0555));
     {
         const OrdinaryUser user;
-        if (!SystemFiles().Exists(folder.Path("file"))) {
+        if (!Service.Exists(Path("file"))) {
             GTEST_SKIP() << "ordinary users do not get to " << place;
         }
-        FileError error = FileError::None;
-        EXPECT_EQ(SystemFiles().CreateTemporary(folder.Path(), error), "");
-        EXPECT_EQ(error, FileError::AccessDenied);
-        EXPECT_EQ(SystemFiles().Copy(folder.Path("file"), folder.Path("new"), true), FileError::AccessDenied);
-        EXPECT_EQ(SystemFiles().Remove(folder.Path("file")), FileError::AccessDenied);
-        EXPECT_EQ(SystemFiles().Replace(folder.Path("file"), folder.Path("new")), FileError::AccessDenied);
-        OpenRequest request;
-        request.Path = folder.Path("private");
-        EXPECT_EQ(SystemFiles().Open(request).Error, FileError::AccessDenied);
-        EXPECT_TRUE(SystemFiles().IsReadOnly(folder.Path("private")));
+        EXPECT_EQ(Service.CreateNew(Path("new")), FileError::Held);
+        EXPECT_EQ(Service.Remove(Path("file")), FileError::Held);
+        EXPECT_EQ(Service.Replace(Path("file"), Path("new")), FileError::Held);
+        EXPECT_EQ(Service.Rename(Path("file"), Path("new")), FileError::Held);
+        EXPECT_EQ(ReadError("private"), FileError::Held);
+        EXPECT_TRUE(Service.IsReadOnly(Path("private")));
     }
-    EXPECT_THAT(folder.Names(), ElementsAre("file", "private"));
+    EXPECT_THAT(Folder.Names(), ElementsAre("file", "private"));
 }
 
-TEST(PosixFiles, DoesNotFollowALinkThatLeadsToItself) {
-    const TempFolder folder;
-    folder.Write("file", "old");
-    std::filesystem::create_symlink("loop", test::DiskPath(folder.Path("loop")));
-    OpenRequest request;
-    request.Path = folder.Path("loop");
-    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::Other);
-    EXPECT_EQ(SystemFiles().Copy(folder.Path("loop"), folder.Path("copy"), true), FileError::Other);
-    EXPECT_EQ(SystemFiles().Replace(folder.Path("loop"), folder.Path("file")), FileError::Other);
-    EXPECT_EQ(folder.Read("file"), "old");
-    EXPECT_THAT(folder.Names(), ElementsAre("file", "loop"));
-}
-
-TEST(PosixFiles, HasNothingToFlushInADevice) {
-    EXPECT_EQ(SystemFiles().Flush("\\dev\\null"), FileError::InvalidParameter);
-}
-
-TEST(PosixFiles, FindsAMereNameInTheCurrentFolder) {
-    EXPECT_EQ(SystemFiles().Remove("no such file"), FileError::NotFound);
-}
-
-TEST(PosixFiles, WhatCannotBeLookedAtExists) {
-    const TempFolder folder;
-    folder.AddFolder("private");
-    const auto inner = test::DiskPath(folder.Path("private"));
-    std::filesystem::permissions(inner, std::filesystem::perms::none);
+TEST_F(PosixFiles, WhatCannotBeLookedAtExists) {
+    Folder.AddFolder("private");
+    const fs::path inner = DiskPath(Path("private"));
+    fs::permissions(inner, fs::perms::none);
     {
         const OrdinaryUser user;
-        EXPECT_TRUE(SystemFiles().Exists(folder.Path("private\\file")));
+        EXPECT_TRUE(Service.Exists(Path("private\\file")));
     }
-    std::filesystem::permissions(inner, std::filesystem::perms::all);
-    EXPECT_FALSE(SystemFiles().Exists(folder.Path("private\\file")));
-    std::filesystem::create_symlink("loop", test::DiskPath(folder.Path("loop")));
-    EXPECT_TRUE(SystemFiles().Exists(folder.Path("loop\\file")));
-    EXPECT_FALSE(SystemFiles().Exists(folder.Path(std::string(300, 'n')))) << "no file can have that name";
+    fs::permissions(inner, fs::perms::all);
+    EXPECT_FALSE(Service.Exists(Path("private\\file")));
+    Link("loop", "loop");
+    EXPECT_TRUE(Service.Exists(Path("loop\\file")));
+    EXPECT_FALSE(Service.Exists(Path(std::string(300, 'n')))) << "no file can have that name";
 }
 
-TEST(PosixFiles, ALinkThatLeadsNowhereTakesItsName) {
-    const TempFolder folder;
-    std::filesystem::create_symlink("nowhere", test::DiskPath(folder.Path("link")));
-    EXPECT_TRUE(SystemFiles().Exists(folder.Path("link")));
-    OpenRequest request;
-    request.Path = folder.Path("link");
-    request.Access = FileAccess::Write;
-    request.Disposition = FileDisposition::CreateNew;
-    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::FileExists);
-    EXPECT_FALSE(folder.Exists("nowhere"));
+TEST_F(PosixFiles, FindsAMereNameInTheCurrentFolder) {
+    EXPECT_EQ(Service.Remove("no such file"), FileError::NotFound);
+    EXPECT_EQ(Service.Lock("no such file").Error, FileError::None);
 }
 
-TEST(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {
-    const TempFolder folder;
-    OpenRequest request;
-    request.Path = folder.Path("\x85\x40");
-    request.Access = FileAccess::Write;
-    request.Disposition = FileDisposition::CreateNew;
-    EXPECT_EQ(SystemFiles().Open(request).Error, FileError::None);
-    EXPECT_FALSE(SystemFiles().Exists(folder.Path("\x81\x45")));
-    EXPECT_FALSE(SystemFiles().Exists(folder.Path("\x85\x41")));
-    EXPECT_TRUE(SystemFiles().Exists(folder.Path("\x85\x40")));
+TEST_F(PosixFiles, KeepsBrokenNamesApartFromRealOnes) {
+    EXPECT_EQ(Service.CreateNew(Path("\x85\x40")), FileError::None);
+    EXPECT_FALSE(Service.Exists(Path("\x81\x45")));
+    EXPECT_FALSE(Service.Exists(Path("\x85\x41")));
+    EXPECT_TRUE(Service.Exists(Path("\x85\x40")));
 }
 
-TEST(PosixFiles, KeepsThePermissionsOfAReplacedFile) {
-    const TempFolder folder;
-    folder.Write("new", "new");
-    folder.Write("target", "old");
-    const auto target = test::DiskPath(folder.Path("target"));
-    std::filesystem::permissions(target, std::filesystem::perms(0640));
-    EXPECT_EQ(SystemFiles().Replace(folder.Path("new"), folder.Path("target")), FileError::None);
-    EXPECT_EQ(std::filesystem::status(target).permissions(), std::filesystem::perms(0640));
+TEST_F(PosixFiles, KeepsThePermissionsOfAReplacedFile) {
+    Folder.Write("new", "new");
+    Folder.Write("target", "old");
+    const fs::path target = DiskPath(Path("target"));
+    fs::permissions(target, fs::perms(0640));
+    EXPECT_EQ(Service.Replace(Path("new"), Path("target")), FileError::None);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
 }
 
-TEST(PosixFiles, AcceptsBothSeparators) {
-    const TempFolder folder;
-    folder.AddFolder("a");
-    folder.Write("a\\b", "1");
-    EXPECT_TRUE(SystemFiles().Exists(folder.Path("a\\b")));
-    EXPECT_TRUE(SystemFiles().Exists(folder.Path("a/b")));
+// Links
+
+TEST_F(PosixFiles, KnowsAFileThroughItsLinks) {
+    Folder.Write("file", "old");
+    Link("file", "symbolic");
+    fs::create_hard_link(DiskPath(Path("file")), DiskPath(Path("hard")));
+    EXPECT_TRUE(Service.IsSame(Path("file"), Path("symbolic")));
+    EXPECT_TRUE(Service.IsSame(Path("symbolic"), Path("hard")));
 }
 
-TEST(PosixFiles, KeepsTheLastErrorOfEachThread) {
-    SystemFiles().SetLastError(FileError::SharingViolation);
-    FileError other = FileError::Other;
-    std::thread([&] { other = posix::LastError(); }).join();
-    EXPECT_EQ(other, FileError::None);
-    EXPECT_EQ(posix::LastError(), FileError::SharingViolation);
+TEST_F(PosixFiles, WhatALinkLeadsToIsNeitherDeletedNorReplaced) {
+    Folder.Write("file", "old");
+    Folder.Write("new", "new");
+    Link("file", "deleted");
+    Link("file", "replaced");
+    EXPECT_EQ(Service.Remove(Path("deleted")), FileError::None);
+    EXPECT_EQ(Service.Replace(Path("new"), Path("replaced")), FileError::None);
+    EXPECT_EQ(Folder.Read("file"), "old");
+    EXPECT_EQ(Folder.Read("replaced"), "new");
+    EXPECT_THAT(Folder.Names(), ElementsAre("file", "replaced"));
+}
+
+TEST_F(PosixFiles, ALinkThatLeadsNowhereTakesItsName) {
+    Folder.Write("file", "old");
+    Link("nowhere", "link");
+    EXPECT_TRUE(Service.Exists(Path("link")));
+    EXPECT_EQ(Service.CreateNew(Path("link")), FileError::Exists);
+    EXPECT_EQ(Service.Rename(Path("file"), Path("link")), FileError::Exists);
+    EXPECT_TRUE(fs::is_symlink(DiskPath(Path("link"))));
+    EXPECT_EQ(Folder.Read("file"), "old");
+    EXPECT_FALSE(Folder.Exists("nowhere"));
+}
+
+TEST_F(PosixFiles, DoesNotFollowALinkThatLeadsToItself) {
+    Folder.Write("file", "old");
+    Link("loop", "loop");
+    EXPECT_EQ(ReadError("loop"), FileError::Other);
+    EXPECT_EQ(Service.Replace(Path("loop"), Path("file")), FileError::Other);
+    EXPECT_EQ(Folder.Read("file"), "old");
 }
 
 } // namespace

@@ -9,8 +9,8 @@ int main(int argumentCount, char** arguments) {
     if (argumentCount != 2) {
         return 2;
     }
-    const pmx::OpenResult lock = pmx::SystemFiles().Lock(arguments[1]);
-    if (!lock.File) {
+    const pmx::LockResult lock = pmx::SystemFiles().Lock(arguments[1]);
+    if (!lock.Lock) {
         return 1;
     }
     std::puts("held");

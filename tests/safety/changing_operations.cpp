@@ -205,7 +205,7 @@ void Import(World& world) {
         return;
     }
     FavoriteImport import(*list);
-    if (import.Read(world.Outside.Path("x.pmt")) == ImportResult::Success) {
+    if (import.Read(world.Outside.Path("x.pmt")) == StoreResult::Success) {
         import.Finish("Imported");
         list->WriteListFile();
     }
@@ -213,7 +213,7 @@ void Import(World& world) {
 
 void Export(World& world) {
     if (const auto list = Opened(world)) {
-        ExportFavorite(*list, *list->GetAt(0), world.Outside.Path("x.pmt"));
+        ExportFavorite(*list, list->At(0), world.Outside.Path("x.pmt"));
     }
 }
 
@@ -277,13 +277,13 @@ World::World() {
 FolderContent World::Content() {
     Host.Plan.Heal();
     FolderContent content;
-    CPMXTemplUIListDataArray list;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, SystemStoreServices());
     EXPECT_TRUE(list.SetFolder(Folder.Path().c_str()));
     EXPECT_TRUE(list.LoadList());
     for (const CPMXTemplUIListData* const record : list.GetRecords()) {
         content.List.push_back(FormatListValue(*record));
     }
-    content.Other = SystemProfile().ReadString(Folder.Path(ListFile), "Other", "x", "lost");
+    content.Other = Folder.Read(ListFile).find(OtherSection) != std::string::npos ? "1" : "lost";
     for (const std::string& name : Folder.Names()) {
         if (name.ends_with(".pmt")) {
             content.Favorites.emplace(name, Folder.Read(name));

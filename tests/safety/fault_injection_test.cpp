@@ -43,12 +43,8 @@ Source HostThat(const char* name, HostFailure failure) {
 }
 
 const Source Sources[] = {
-    FilesFailingWith("files denied", FileError::AccessDenied),
-    FilesFailingWith("files without room", FileError::DiskFull),
-    {"profiles", [](World& world) { return world.Store.Profiles.Plan.Calls(); },
-     [](World& world, std::size_t number, bool forGood) {
-         FailIn(world.Store.Profiles.Plan, number, forGood, ProfileFailure{});
-     }},
+    FilesFailingWith("files denied", FileError::Held),
+    FilesFailingWith("files without room", FileError::Other),
     {"dialogs, pictures and libraries", [](World& world) { return world.Desktop.Plan.Calls(); },
      [](World& world, std::size_t number, bool forGood) {
          FailIn(world.Desktop.Plan, number, forGood, DesktopFailure{});

@@ -1,9 +1,7 @@
 // What happens on a full disk. tools/with-small-disk makes a small one for these tests.
 #include "store/list_data_array.h"
-#include "store/list_file.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
-#include "support/profile_checks.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -51,8 +49,6 @@ protected:
         Folder->Write(Filler, std::string(room > kept ? static_cast<std::size_t>(room) - kept : 0, 'f'));
     }
 
-    std::string File() const { return Folder->Path(ListFile); }
-
     std::unique_ptr<TempFolder> Folder;
     FakeHost Host;
     FakeServices Fakes;
@@ -79,40 +75,6 @@ TEST_F(FullDisk, AListIsSavedWholeOrNotAtAll) {
     }
     EXPECT_GT(refused, 2U) << "the disk was not full";
     EXPECT_LE(refused, MostBlocks) << "there was room in the end";
-}
-
-TEST_F(FullDisk, AReplacedSectionIsWholeOrAFailure) {
-    const std::string old = "[PMXTemplateList]\nTemplateNum=0\n[Other]\nx=1\n";
-    ProfileEntries entries;
-    std::string replaced = "[Other]\r\nx=1\r\n[PMXTemplateList]\r\n";
-    for (int number = 0; number < 1000; ++number) {
-        const std::string key = "TemplateData" + std::to_string(number);
-        entries.Add(key, "value");
-        replaced += key + "=value\r\n";
-    }
-    std::size_t failures = 0;
-    for (std::size_t blocks = 0; blocks <= MostBlocks - 2; ++blocks) {
-        SCOPED_TRACE(blocks);
-        Folder->Write(ListFile, old);
-        Fill(blocks);
-        if (ReplaceInPlace(File(), "PMXTemplateList", entries)) {
-            EXPECT_TRUE(Folder->Read(ListFile) == replaced);
-        } else {
-            ++failures;
-        }
-        Folder->Remove(Filler);
-    }
-    EXPECT_EQ(failures, replaced.size() / BlockSize);
-}
-
-TEST_F(FullDisk, AShortSectionIsWholeOrAFailure) {
-    const std::string value(2 * BlockSize, 'v');
-    for (std::size_t blocks = 0; blocks < 2; ++blocks) {
-        Folder->Write(ListFile, "[S]\nk=1\n");
-        Fill(blocks);
-        EXPECT_FALSE(ReplaceInPlace(File(), "S", {{"k", value}}));
-        Folder->Remove(Filler);
-    }
 }
 
 } // namespace

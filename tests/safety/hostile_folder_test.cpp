@@ -72,8 +72,7 @@ protected:
             CPMXTemplUIListHolder holder(nullptr, nullptr, Store.Services);
             ASSERT_TRUE(holder.Open(FavoritesPath().c_str()));
             _LM_DOCUMENTLAYOUTTABLE table{};
-            holder.GetAttributeTable(list->GetAt(position)->GetName(), list->GetAt(position)->GetLevel(),
-                                     table);
+            holder.GetAttributeTable(list->At(position).GetName(), list->At(position).GetLevel(), table);
         }
     }
 

@@ -112,7 +112,6 @@ protected:
 
     static void ExpectNothingHeld(World& world) {
         EXPECT_EQ(world.Host.LiveDocuments, 0U);
-        EXPECT_EQ(world.Host.LiveFiles, 0U);
         EXPECT_EQ(world.Desktop.Inner.Libraries.Loaded, 0);
         EXPECT_EQ(world.Desktop.Inner.Dialogs.WaitCursors, 0);
         EXPECT_EQ(MemoryIcon::Count(), 0);

@@ -248,7 +248,7 @@ void ModelWorld::CompareListRead() {
     ASSERT_NE(list, nullptr);
     ASSERT_EQ(list->GetSize(), static_cast<std::int64_t>(Inside.List.size()));
     for (std::size_t position = 0; position < Inside.List.size(); ++position) {
-        ASSERT_EQ(FormatListValue(*list->GetAt(static_cast<std::int64_t>(position))),
+        ASSERT_EQ(FormatListValue(list->At(static_cast<std::int64_t>(position))),
                   Inside.List[position].Line());
     }
 }

@@ -29,37 +29,37 @@ protected:
         EXPECT_TRUE(favorite.EnsureDocument());
         EXPECT_TRUE(List.SetFolder(Folder.Path().c_str()));
         EXPECT_TRUE(List.SaveFavorite(favorite));
-        EXPECT_EQ(ExportFavorite(List, favorite, Outside.Path("Whole.pmt")), ExportResult::Success);
+        EXPECT_EQ(ExportFavorite(List, favorite, Outside.Path("Whole.pmt")), StoreResult::Success);
         Bytes = Outside.Read("Whole.pmt");
         Folder.Remove("Mine.pmt");
     }
 
-    ImportResult Import(const std::string& bytes) {
+    StoreResult Import(const std::string& bytes) {
         Outside.Write("X.pmt", bytes);
         FavoriteImport import(List);
-        const ImportResult result = import.Read(Outside.Path("X.pmt"));
-        if (result == ImportResult::Success) {
+        const StoreResult result = import.Read(Outside.Path("X.pmt"));
+        if (result == StoreResult::Success) {
             import.Finish("Imported");
         }
         return result;
     }
 
     void ExpectRefused(const std::string& bytes) {
-        EXPECT_EQ(Import(bytes), ImportResult::NotRead);
+        EXPECT_EQ(Import(bytes), StoreResult::NotRead);
         EXPECT_TRUE(Folder.Names().empty());
         EXPECT_EQ(List.GetSize(), 0);
     }
 
     TempFolder Folder{"favorites"};
     TempFolder Outside{"outside"};
-    CPMXTemplUIListDataArray List;
+    CPMXTemplUIListDataArray List{nullptr, nullptr, SystemStoreServices()};
     std::string Bytes; ///< of an exported favorite
 };
 
 TEST_F(SampleExchangeTest, ExportedFavoriteCarriesNameAndLevelAndCanBeImported) {
     EXPECT_EQ(Outside.Names(), std::vector<std::string>{"Whole.pmt"});
     FavoriteImport import(List);
-    ASSERT_EQ(import.Read(Outside.Path("Whole.pmt")), ImportResult::Success);
+    ASSERT_EQ(import.Read(Outside.Path("Whole.pmt")), StoreResult::Success);
     EXPECT_EQ(import.GetRecord().GetName(), Sjis(u8"表紙"));
     EXPECT_EQ(import.GetRecord().GetLevel(), 3);
     import.Finish("Other");
@@ -94,9 +94,9 @@ TEST_F(SampleExchangeTest, FileThatIsNoFavoriteIsRefusedAndLeavesNothingBehind) 
 }
 
 TEST_F(SampleExchangeTest, WholeFileIsTakenIn) {
-    EXPECT_EQ(Import(Bytes), ImportResult::Success);
+    EXPECT_EQ(Import(Bytes), StoreResult::Success);
     EXPECT_EQ(Folder.Names(), std::vector<std::string>{"X.pmt"});
-    EXPECT_EQ(Import(Bytes), ImportResult::Success);
+    EXPECT_EQ(Import(Bytes), StoreResult::Success);
     EXPECT_EQ(Folder.Names(), (std::vector<std::string>{"X-1.pmt", "X.pmt"}));
 }
 

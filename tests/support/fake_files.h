@@ -13,30 +13,26 @@ enum class FileOperation {
     Exists,
     IsFolder,
     IsReadOnly,
-    Open,
-    Copy,
-    Remove,
-    Flush,
+    IsSame,
+    Read,
+    TryOpen,
+    CreateNew,
+    Overwrite,
     Replace,
-    Lock,
-    CreateTemporary
+    Rename,
+    Remove,
+    Lock
 };
 
 /// Real files, some of whose operations fail as planned, without having done anything.
 ///
-/// IsFolder that fails says no; Exists and IsReadOnly that fail say yes.
+/// IsFolder and IsSame that fail say no; Exists and IsReadOnly that fail say yes.
 class FakeFiles : public Files {
 public:
     /// `files` must outlive this object.
     explicit FakeFiles(Files& files = SystemFiles()) : Inner(files) {}
 
     FailurePlan<FileOperation, FileError> Plan;
-
-    /// The last error that was set, if any was.
-    FileError LastError = FileError::None;
-
-    /// What was asked of Open last.
-    OpenRequest LastOpen;
 
     /// Called after Exists has found nothing, with the path: somebody else may take the name then.
     std::function<void(const std::string& path)> AfterAbsence;
@@ -59,27 +55,28 @@ public:
         return Plan.Next(FileOperation::IsReadOnly) || Inner.IsReadOnly(path);
     }
 
-    OpenResult Open(const OpenRequest& request) override {
-        LastOpen = request;
-        if (const auto failure = Plan.Next(FileOperation::Open)) {
-            return {nullptr, *failure};
-        }
-        return Inner.Open(request);
+    bool IsSame(const std::string& left, const std::string& right) override {
+        return !Plan.Next(FileOperation::IsSame) && Inner.IsSame(left, right);
     }
 
-    FileError Copy(const std::string& source, const std::string& target, bool failIfExists) override {
-        const auto failure = Plan.Next(FileOperation::Copy);
-        return failure ? *failure : Inner.Copy(source, target, failIfExists);
+    FileError Read(const std::string& path, std::string& content) override {
+        const auto failure = Plan.Next(FileOperation::Read);
+        return failure ? *failure : Inner.Read(path, content);
     }
 
-    FileError Remove(const std::string& path) override {
-        const auto failure = Plan.Next(FileOperation::Remove);
-        return failure ? *failure : Inner.Remove(path);
+    FileError TryOpen(const std::string& path) override {
+        const auto failure = Plan.Next(FileOperation::TryOpen);
+        return failure ? *failure : Inner.TryOpen(path);
     }
 
-    FileError Flush(const std::string& path) override {
-        const auto failure = Plan.Next(FileOperation::Flush);
-        return failure ? *failure : Inner.Flush(path);
+    FileError CreateNew(const std::string& path) override {
+        const auto failure = Plan.Next(FileOperation::CreateNew);
+        return failure ? *failure : Inner.CreateNew(path);
+    }
+
+    FileError Overwrite(const std::string& path, const std::string& content) override {
+        const auto failure = Plan.Next(FileOperation::Overwrite);
+        return failure ? *failure : Inner.Overwrite(path, content);
     }
 
     FileError Replace(const std::string& source, const std::string& target) override {
@@ -87,24 +84,21 @@ public:
         return failure ? *failure : Inner.Replace(source, target);
     }
 
-    OpenResult Lock(const std::string& path) override {
+    FileError Rename(const std::string& source, const std::string& target) override {
+        const auto failure = Plan.Next(FileOperation::Rename);
+        return failure ? *failure : Inner.Rename(source, target);
+    }
+
+    FileError Remove(const std::string& path) override {
+        const auto failure = Plan.Next(FileOperation::Remove);
+        return failure ? *failure : Inner.Remove(path);
+    }
+
+    LockResult Lock(const std::string& path) override {
         if (const auto failure = Plan.Next(FileOperation::Lock)) {
             return {nullptr, *failure};
         }
         return Inner.Lock(path);
-    }
-
-    std::string CreateTemporary(const std::string& folder, FileError& error) override {
-        if (const auto failure = Plan.Next(FileOperation::CreateTemporary)) {
-            error = *failure;
-            return {};
-        }
-        return Inner.CreateTemporary(folder, error);
-    }
-
-    void SetLastError(FileError error) override {
-        LastError = error;
-        Inner.SetLastError(error);
     }
 
 private:

@@ -15,10 +15,6 @@ struct PmxDocument {
     pmx::test::HostContent Content;
 };
 
-struct QrtFile {
-    mutable std::ifstream Stream;
-};
-
 namespace pmx::test {
 
 namespace {
@@ -267,38 +263,6 @@ int32_t CheckFileName(const char* name) {
     const bool accepted =
         Host().AcceptEveryFileName || (*name != '\0' && !pmx::test::HasForbiddenCharacter(name));
     return accepted ? 1 : 0;
-}
-
-int32_t QrtFileOpen(const char* path, int32_t mode, QrtFile** file) {
-    *file = nullptr;
-    if (IsRefused(HostCall::OpenFile) || mode != 0) {
-        return 0;
-    }
-    auto opened = std::make_unique<QrtFile>();
-    opened->Stream.open(pmx::test::DiskPath(path), std::ios::binary);
-    if (!opened->Stream) {
-        return 0;
-    }
-    ++Host().LiveFiles;
-    *file = opened.release();
-    return 1;
-}
-
-int64_t QrtFileGetSize(const QrtFile* file) {
-    if (IsRefused(HostCall::FileSize)) {
-        return -1;
-    }
-    if (Host().ReportedFileSize >= 0) {
-        return Host().ReportedFileSize;
-    }
-    return file->Stream.seekg(0, std::ios::end).tellg();
-}
-
-void QrtFileClose(QrtFile* file) {
-    const std::unique_ptr<QrtFile> owner(file);
-    if (file != nullptr) {
-        --Host().LiveFiles;
-    }
 }
 
 } // extern "C"

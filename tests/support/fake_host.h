@@ -26,9 +26,7 @@ enum class HostCall {
     SetLevel,
     SetName,
     Command,
-    CheckFileName,
-    OpenFile,
-    FileSize
+    CheckFileName
 };
 
 /// How they fail: with their failure result, or by raising an error. A function without a failure result
@@ -72,9 +70,8 @@ public:
     /// How a function raises an error; must not return.
     std::function<void()> RaiseError = [] { throw HostError(); };
 
-    /// Documents, and files opened through QrtCommon, that exist at present.
+    /// Documents that exist at present.
     std::size_t LiveDocuments = 0;
-    std::size_t LiveFiles = 0;
 
     /// The paths that documents were read from and written to, failed attempts included, and whether the
     /// options of the last reading were null.
@@ -87,9 +84,6 @@ public:
 
     /// CheckFileName accepts whatever it is asked.
     bool AcceptEveryFileName = false;
-
-    /// Size that QrtFileGetSize reports instead of the true one, when not negative.
-    std::int64_t ReportedFileSize = -1;
 
     /// Writes a favorite file.
     static void WriteFavorite(const TempFolder& folder, std::string_view fileName,

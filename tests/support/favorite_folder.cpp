@@ -16,6 +16,24 @@ ListedFavorite Standard(const std::string& name, std::int32_t level) {
     return favorite;
 }
 
+std::optional<std::string> ListedValue(const std::string& list, const std::string& key) {
+    const std::size_t section = list.find("[PMXTemplateList]\r\n");
+    const std::size_t begin = section == std::string::npos ? section : list.find("\r\n" + key + "=", section);
+    if (begin == std::string::npos) {
+        return std::nullopt;
+    }
+    const std::size_t value = begin + key.size() + 3;
+    return list.substr(value, list.find("\r\n", value) - value);
+}
+
+std::vector<std::string> ListedValuesIn(const std::string& list) {
+    std::vector<std::string> values;
+    while (const auto value = ListedValue(list, "TemplateData" + std::to_string(values.size()))) {
+        values.push_back(*value);
+    }
+    return values;
+}
+
 void FavoriteFolder::Given(std::vector<ListedFavorite> favorites) {
     std::ostringstream list;
     list << "[PMXTemplateList]\r\nTemplateNum=" << favorites.size() << "\r\n";
@@ -37,19 +55,11 @@ void FavoriteFolder::Given(std::vector<ListedFavorite> favorites) {
 }
 
 std::string FavoriteFolder::ListedCount() const {
-    return SystemProfile().ReadString(Folder.Path(ListFile), "PMXTemplateList", "TemplateNum", "none");
+    return ListedValue(Folder.Read(ListFile), "TemplateNum").value_or("none");
 }
 
 std::vector<std::string> FavoriteFolder::ListedValues() const {
-    std::vector<std::string> values;
-    for (;;) {
-        std::string value = SystemProfile().ReadString(Folder.Path(ListFile), "PMXTemplateList",
-                                                       "TemplateData" + std::to_string(values.size()), "");
-        if (value.empty()) {
-            return values;
-        }
-        values.push_back(std::move(value));
-    }
+    return ListedValuesIn(Folder.Read(ListFile));
 }
 
 std::vector<std::string> FavoriteFolder::ListedNames() const {

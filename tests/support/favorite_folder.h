@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,12 @@ struct ListedFavorite {
 
 /// A standard favorite as the exports make it.
 ListedFavorite Standard(const std::string& name, std::int32_t level = 101);
+
+/// The value of a key of the section in a list file as the library writes one; none without it.
+std::optional<std::string> ListedValue(const std::string& list, const std::string& key);
+
+/// The values of the numbered keys of the section in such a list file, up to the first gap.
+std::vector<std::string> ListedValuesIn(const std::string& list);
 
 /// A folder of favorites on disk, with the host's libraries faked.
 class FavoriteFolder {

@@ -31,4 +31,10 @@ private:
     std::unique_ptr<Child> Process;
 };
 
+/// Another process that holds the file at `path`, which others may read and write meanwhile, but not replace
+/// or delete.
+inline HoldingProcess HoldShared(const std::string& path) {
+    return {"pmx_hold_file", "shared:" + path};
+}
+
 } // namespace pmx::test

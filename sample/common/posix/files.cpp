@@ -134,15 +134,6 @@ bool IsReadOnly(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
 }
 
-class SystemFile : public OpenFile {
-public:
-    explicit SystemFile(Descriptor file) : File(std::move(file)) {}
-    std::int64_t Size() const override { return SizeOf(File); }
-
-private:
-    Descriptor File;
-};
-
 } // namespace
 
 std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::size_t maxSize) {
@@ -173,11 +164,6 @@ bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes) {
     }
     FlushFolderOf(target);
     return true;
-}
-
-std::unique_ptr<OpenFile> OpenFile::Open(const char* path) {
-    Descriptor file = OpenForReading(path);
-    return file.IsOpen() ? std::make_unique<SystemFile>(std::move(file)) : nullptr;
 }
 
 } // namespace pmx::sample

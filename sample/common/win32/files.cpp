@@ -75,15 +75,6 @@ bool IsReadOnly(const char* path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-class SystemFile : public OpenFile {
-public:
-    explicit SystemFile(FileHandle file) : File(std::move(file)) {}
-    std::int64_t Size() const override { return SizeOf(File); }
-
-private:
-    FileHandle File;
-};
-
 } // namespace
 
 std::optional<std::vector<unsigned char>> ReadWholeFile(const char* path, std::size_t maxSize) {
@@ -121,11 +112,6 @@ bool ReplaceWholeFile(const char* path, std::span<const unsigned char> bytes) {
     DeleteFileA(temporary.c_str());
     SetLastError(error);
     return false;
-}
-
-std::unique_ptr<OpenFile> OpenFile::Open(const char* path) {
-    FileHandle file = OpenForReading(path);
-    return file.IsOpen() ? std::make_unique<SystemFile>(std::move(file)) : nullptr;
 }
 
 } // namespace pmx::sample

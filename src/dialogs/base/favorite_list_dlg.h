@@ -78,7 +78,7 @@ protected:
 
     /// Where the favorite of a row stands in the dialog's list.
     std::int64_t IndexOf(int row) const { return Rows[static_cast<std::size_t>(row)]; }
-    CPMXTemplUIListData& FavoriteOf(int row) const { return *GetFavorites().GetAt(IndexOf(row)); }
+    CPMXTemplUIListData& FavoriteOf(int row) const { return GetFavorites().At(IndexOf(row)); }
 
     /// The favorites in the order of their rows.
     std::vector<const CPMXTemplUIListData*> FavoritesInRows() const;

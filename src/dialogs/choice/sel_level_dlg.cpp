@@ -96,9 +96,8 @@ bool CPMXTemplUISelLevelDlg::IsAcceptable() {
 bool CPMXTemplUISelLevelDlg::IsNameFree() {
     const std::int64_t count = List != nullptr ? List->GetSize() : 0;
     for (std::int64_t index = 0; index < count; ++index) {
-        const CPMXTemplUIListData* const record = List->GetAt(index);
-        if (record == nullptr || record->GetDeleteFlag() == 1 ||
-            !EqualIgnoringCase(record->GetName(), Name)) {
+        const CPMXTemplUIListData& record = List->At(index);
+        if (record.GetDeleteFlag() == 1 || !EqualIgnoringCase(record.GetName(), Name)) {
             continue;
         }
         if (!MayUseTakenName()) {

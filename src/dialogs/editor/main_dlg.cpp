@@ -49,7 +49,7 @@ bool CPMXTemplUIMainDlg::OnInitDialog() {
     LimitName(control::EditorName);
     IconImages = LoadFavoriteIcons(ServicesInUse().Images);
     LoadAttributeDialog();
-    OpenList();
+    List->Open(Folder.c_str()); // what could be read is shown
     FillListView();
     if (RowCount() > 0) {
         ShowRow(0);
@@ -65,16 +65,6 @@ void CPMXTemplUIMainDlg::LoadAttributeDialog() {
     if (PropUILibrary) {
         ShowPropUI = reinterpret_cast<PmxShowPropUI>(PropUILibrary->Find(PMX_PROPUI_ENTRY));
     }
-}
-
-void CPMXTemplUIMainDlg::OpenList() {
-    List->RemoveAll();
-    if (!List->SetFolder(Folder.c_str())) {
-        return;
-    }
-    Folder = List->GetFolder();
-    ListFilePath = List->GetListFilePath();
-    List->LoadList(); // what could be read is shown
 }
 
 void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
@@ -102,17 +92,6 @@ void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
 void CPMXTemplUIMainDlg::OnCancel() {
     DiscardChanges();
     EndDialog(CodeCancel);
-}
-
-bool CPMXTemplUIMainDlg::EnsureLoaded(CPMXTemplUIListData& record) const {
-    if (record.GetDocument() != nullptr) {
-        return true;
-    }
-    if (record.EnsureDocument() && List->LoadFavorite(record)) {
-        return true;
-    }
-    record.ReleaseDocument(); // an empty document must not pass for the file's content
-    return false;
 }
 
 } // namespace pmx

@@ -47,7 +47,6 @@ private:
     void OnControlEvent(const ControlEvent& event) override;
     void OnCancel() override;
     void LoadAttributeDialog();
-    void OpenList();
     void FillListView();
 
     // Rows
@@ -72,11 +71,10 @@ private:
     void EditOrCopy(bool copy);
     void EditFavorite(CPMXTemplUIListData& record);
     void CopyFavorite(const CPMXTemplUIListData& source, bool skipDialog);
-    bool DraftFrom(CPMXTemplUIListData& draft, const CPMXTemplUIListData& source);
-    void AddCopy(const std::string& name, std::int32_t level, const CPmxDocument& source);
-    bool AddFavorite(const std::string& name, std::int32_t level, const CPmxDocument& source,
-                     std::unique_ptr<CPMXTemplUIListData> record);
-    bool WriteNewFavorite(const CPmxDocument& source, CPMXTemplUIListData& record);
+    std::unique_ptr<CPMXTemplUIListData> DraftFrom(const CPMXTemplUIListData& source);
+    void AddEdited(std::unique_ptr<CPMXTemplUIListData> record, const std::string& name, std::int32_t level,
+                   bool skipDialog);
+    bool Report(StoreResult result);
 
     // The toolbar
 
@@ -92,31 +90,17 @@ private:
                                         bool skipDialog);
     AttributeOutcome FailAttributes(ResourceId id);
     std::optional<std::int32_t> ShowAttributes(std::int32_t level, void* tablePart);
-    bool TakeTable(const std::string& name, std::int32_t level, CPmxDocument& document,
-                   const _LM_DOCUMENTLAYOUTTABLE& table) const;
-
-    // Documents
-
-    bool EnsureLoaded(CPMXTemplUIListData& record) const;
-
-    /// Calls the host's libraries; false when they raised anything.
-    template <typename Work>
-    bool Guarded(Work work) const {
-        return CallHost(work);
-    }
 
     // Import and export
 
     void OnImport();
     void ImportFile(const std::string& path);
-    ImportResult ReadImport(FavoriteImport& import, const std::string& path) const;
+    StoreResult ReadImport(FavoriteImport& import, const std::string& path) const;
     void DiscardImport(FavoriteImport& import) const;
     bool ConfirmImport(const CPMXTemplUIListData& imported, CPMXTemplUISelLevelDlg& dialog);
-    bool ReportImport(ImportResult result);
     void OnExport();
     std::optional<std::string> AskExportPath(const CPMXTemplUIListData& record);
-    ExportResult WriteExport(const CPMXTemplUIListData& record, const std::string& path) const;
-    void ReportExport(ExportResult result);
+    StoreResult WriteExport(const CPMXTemplUIListData& record, const std::string& path) const;
     FileRequest FavoriteFileRequest() const;
 
     // The end
@@ -130,9 +114,8 @@ private:
     void DiscardChanges();
     void DeleteNewFavorites();
 
-    std::string Extension;    ///< of favorite files, with its dot
-    std::string Folder;       ///< once opened, as the list has it
-    std::string ListFilePath; ///< empty while the folder cannot be used
+    std::string Extension; ///< of favorite files, with its dot
+    std::string Folder;    ///< as it was given
     std::unique_ptr<CPMXTemplUIListDataArray> List;
     std::unique_ptr<DynamicLibrary> PropUILibrary; ///< null when there is none
     PmxShowPropUI ShowPropUI = nullptr;            ///< null when it cannot be used

@@ -18,7 +18,7 @@ CPMXTemplUIMainDlg::AttributeOutcome CPMXTemplUIMainDlg::RunAttributeDialog(cons
         return AttributeOutcome::Failed;
     }
     _LM_DOCUMENTLAYOUTTABLE table{};
-    if (!Guarded([&] { document.GetTable(table); })) {
+    if (!CallHost([&] { document.GetTable(table); })) {
         return FailAttributes(text::AttributeTableFailed);
     }
     const std::optional<std::int32_t> outcome =
@@ -32,8 +32,9 @@ CPMXTemplUIMainDlg::AttributeOutcome CPMXTemplUIMainDlg::RunAttributeDialog(cons
     if (*outcome != PMX_PROPUI_OK) {
         return FailAttributes(text::AttributeDialogFailed);
     }
-    const bool taken = TakeTable(name, level, document, table);
-    return taken ? AttributeOutcome::Accepted : FailAttributes(text::AttributeTableFailed);
+    bool isStamped = false;
+    const bool isCompleted = CallHost([&] { isStamped = StampDocument(document, name, level, &table); });
+    return isCompleted && isStamped ? AttributeOutcome::Accepted : FailAttributes(text::AttributeTableFailed);
 }
 
 CPMXTemplUIMainDlg::AttributeOutcome CPMXTemplUIMainDlg::FailAttributes(ResourceId id) {
@@ -53,22 +54,11 @@ std::optional<std::int32_t> CPMXTemplUIMainDlg::ShowAttributes(std::int32_t leve
     void* const owner = reinterpret_cast<void*>(Window().Handle());
     std::int32_t outcome = 0;
     const ModalScope scope(*this);
-    if (!Guarded([&] { outcome = ShowPropUI(Mode, kind, tablePart, Flag, owner, 0, 0, 0); })) {
+    if (!CallHost([&] { outcome = ShowPropUI(Mode, kind, tablePart, Flag, owner, 0, 0, 0); })) {
         ShowPropUI = nullptr;
         return std::nullopt;
     }
     return outcome;
-}
-
-bool CPMXTemplUIMainDlg::TakeTable(const std::string& name, std::int32_t level, CPmxDocument& document,
-                                   const _LM_DOCUMENTLAYOUTTABLE& table) const {
-    bool taken = false;
-    const bool completed = Guarded([&] {
-        const bool named = document.SetName(name);
-        document.SetTemplateLevel(level);
-        taken = document.SetTable(table, false) && named;
-    });
-    return completed && taken;
 }
 
 } // namespace pmx

@@ -17,16 +17,12 @@ void CPMXTemplUIMainDlg::OnNew() {
         return;
     }
     const auto level = static_cast<std::int32_t>(dialog.GetLevel());
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!record->EnsureDocument()) {
-        Fail(text::OutOfMemory);
+    std::unique_ptr<CPMXTemplUIListData> record = MakeFavorite();
+    if (!record) {
+        Report(StoreResult::OutOfMemory);
         return;
     }
-    CPmxDocument& document = *record->GetDocument();
-    if (RunAttributeDialog(dialog.GetName(), level, document, false) == AttributeOutcome::Accepted &&
-        AddFavorite(dialog.GetName(), level, document, std::move(record))) {
-        ReturnToList();
-    }
+    AddEdited(std::move(record), dialog.GetName(), level, false);
 }
 
 void CPMXTemplUIMainDlg::OnEdit() {
@@ -44,8 +40,8 @@ void CPMXTemplUIMainDlg::EditOrCopy(bool copy) {
         return;
     }
     CPMXTemplUIListData& record = FavoriteOf(row);
-    if (!EnsureLoaded(record)) {
-        Warn(text::EditorFavoriteUnreadable);
+    if (!List->EnsureLoaded(record)) {
+        Report(StoreResult::NotRead);
         return;
     }
     if (copy || record.IsStandard()) {
@@ -57,26 +53,24 @@ void CPMXTemplUIMainDlg::EditOrCopy(bool copy) {
 
 /// An edit is final: the favorite file is overwritten at once.
 void CPMXTemplUIMainDlg::EditFavorite(CPMXTemplUIListData& record) {
-    CPMXTemplUIListData draft;
-    if (!DraftFrom(draft, record)) {
+    const std::unique_ptr<CPMXTemplUIListData> draft = DraftFrom(record);
+    if (!draft) {
         return;
     }
-    CPmxDocument& edited = *draft.GetDocument();
+    CPmxDocument& edited = *draft->GetDocument();
     if (RunAttributeDialog(record.GetName(), record.GetLevel(), edited, false) !=
         AttributeOutcome::Accepted) {
         return;
     }
     record.SetStandard(0);
-    if (!Guarded([&] { *record.GetDocument() = std::as_const(edited); })) {
+    if (!CallHost([&] { *record.GetDocument() = std::as_const(edited); })) {
         record.ReleaseDocument(); // half-way content must not be used
-        Warn(text::FileNotCreated);
+        Report(StoreResult::NotWritten);
         return;
     }
-    if (!List->SaveFavorite(record)) {
-        Warn(text::FileNotCreated);
-        return;
+    if (Report(List->SaveFavorite(record) ? StoreResult::Success : StoreResult::NotWritten)) {
+        ReturnToList();
     }
-    ReturnToList();
 }
 
 /// Makes a new favorite with the attributes of `source` under a name that the user gives.
@@ -90,83 +84,66 @@ void CPMXTemplUIMainDlg::CopyFavorite(const CPMXTemplUIListData& source, bool sk
         return;
     }
     const auto level = static_cast<std::int32_t>(dialog.GetLevel());
-    CPMXTemplUIListData draft;
-    if (!DraftFrom(draft, source)) {
-        return;
-    }
-    CPmxDocument& content = *draft.GetDocument();
-    if (RunAttributeDialog(dialog.GetName(), level, content, skipDialog) == AttributeOutcome::Accepted) {
-        AddCopy(dialog.GetName(), level, content);
+    if (std::unique_ptr<CPMXTemplUIListData> copy = DraftFrom(source)) {
+        AddEdited(std::move(copy), dialog.GetName(), level, skipDialog);
     }
 }
 
-/// Gives `draft` a document with the content of the source's. False after a message.
-bool CPMXTemplUIMainDlg::DraftFrom(CPMXTemplUIListData& draft, const CPMXTemplUIListData& source) {
-    if (!draft.EnsureDocument()) {
-        Fail(text::OutOfMemory);
-        return false;
+/// A new record whose document has the content of the source's. Null after a message.
+std::unique_ptr<CPMXTemplUIListData> CPMXTemplUIMainDlg::DraftFrom(const CPMXTemplUIListData& source) {
+    std::unique_ptr<CPMXTemplUIListData> draft = MakeFavorite();
+    if (!draft) {
+        Report(StoreResult::OutOfMemory);
+        return nullptr;
     }
-    if (!Guarded([&] { *draft.GetDocument() = source.GetDocument(); })) {
+    if (!CallHost([&] { *draft->GetDocument() = source.GetDocument(); })) {
         Fail(text::FavoriteInfoFailed);
-        return false;
+        return nullptr;
     }
-    return true;
+    return draft;
 }
 
-void CPMXTemplUIMainDlg::AddCopy(const std::string& name, std::int32_t level, const CPmxDocument& source) {
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    if (!record->EnsureDocument()) {
-        Fail(text::OutOfMemory);
+/// Lets the user edit the attributes of a new favorite, or skips that, and adds it to the list and to the
+/// rows.
+void CPMXTemplUIMainDlg::AddEdited(std::unique_ptr<CPMXTemplUIListData> record, const std::string& name,
+                                   std::int32_t level, bool skipDialog) {
+    if (RunAttributeDialog(name, level, *record->GetDocument(), skipDialog) != AttributeOutcome::Accepted) {
         return;
     }
-    if (!Guarded([&] { *record->GetDocument() = source; })) {
-        Fail(text::FavoriteInfoFailed);
-        return;
+    StoreResult result = StoreResult::Success;
+    {
+        const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
+        result = List->AddFavorite(std::move(record), name, level);
     }
-    if (AddFavorite(name, level, source, std::move(record))) {
+    if (Report(result)) {
+        AppendRow(List->GetSize() - 1);
         ReturnToList();
     }
 }
 
-/// Writes the record's document to a new favorite file and appends the record to the list and to the rows.
-/// False after a message; nothing is added then, and the record is destroyed. The record's document already
-/// has its content; `source` may be the document itself.
-bool CPMXTemplUIMainDlg::AddFavorite(const std::string& name, std::int32_t level, const CPmxDocument& source,
-                                     std::unique_ptr<CPMXTemplUIListData> record) {
-    record->SetStandard(0);
-    record->SetName(name);
-    record->SetLevel(level);
-    record->SetToolbar(0);
-    record->SetIconIndex(NewFavoriteIcon);
-    record->SetNewFlag(1);
-    record->SetDeleteFlag(0);
-    record->SetImportFlag(0);
-    List->MakeRoom();
-    if (!WriteNewFavorite(source, *record)) {
-        return false;
-    }
-    AppendRow(List->Add(std::move(record)));
-    return true;
-}
-
-bool CPMXTemplUIMainDlg::WriteNewFavorite(const CPmxDocument& source, CPMXTemplUIListData& record) {
-    std::optional<std::string> fileName;
-    {
-        const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
-        fileName = List->MakeFileName(record.GetName());
-    }
-    if (!fileName) {
+/// False, after a message, for anything but success.
+bool CPMXTemplUIMainDlg::Report(StoreResult result) {
+    switch (result) {
+    case StoreResult::NoFileName:
         Fail(text::NoFileName);
         return false;
-    }
-    record.SetFileName(*fileName);
-    if (!List->SaveNewFavorite(record)) {
+    case StoreResult::OutOfMemory:
+        Fail(text::OutOfMemory);
+        return false;
+    case StoreResult::NotWritten:
         Warn(text::FileNotCreated);
         return false;
-    }
-    if (record.GetDocument() != &source && !Guarded([&] { *record.GetDocument() = source; })) {
-        // The file holds the favorite; the document is read from it again when it is needed.
-        record.ReleaseDocument();
+    case StoreResult::NotRead:
+        Warn(text::EditorFavoriteUnreadable);
+        return false;
+    case StoreResult::NotCopied:
+        Warn(text::ImportFailed);
+        return false;
+    case StoreResult::OwnFile:
+        Warn(text::ImportedNotOverwritable);
+        return false;
+    case StoreResult::Success:
+        break;
     }
     return true;
 }

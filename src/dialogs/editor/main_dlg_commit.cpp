@@ -26,7 +26,7 @@ void CPMXTemplUIMainDlg::DiscardChanges() {
 void CPMXTemplUIMainDlg::DeleteNewFavorites() {
     IsSettled = true;
     for (std::int64_t index = 0; index < List->GetSize(); ++index) {
-        const CPMXTemplUIListData& record = *List->GetAt(index);
+        const CPMXTemplUIListData& record = List->At(index);
         if (record.GetImportFlag() == 1 || record.GetNewFlag() == 1) {
             List->DeleteFavorite(record);
         }

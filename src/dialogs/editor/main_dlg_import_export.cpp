@@ -34,7 +34,7 @@ void CPMXTemplUIMainDlg::OnImport() {
 void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
     CPMXTemplUISelLevelDlg dialog(List.get(), Window().Handle(), ServicesInUse());
     FavoriteImport import(*List);
-    if (!ReportImport(ReadImport(import, path)) || !ConfirmImport(import.GetRecord(), dialog)) {
+    if (!Report(ReadImport(import, path)) || !ConfirmImport(import.GetRecord(), dialog)) {
         DiscardImport(import);
         return;
     }
@@ -44,7 +44,7 @@ void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
     ReturnToList();
 }
 
-ImportResult CPMXTemplUIMainDlg::ReadImport(FavoriteImport& import, const std::string& path) const {
+StoreResult CPMXTemplUIMainDlg::ReadImport(FavoriteImport& import, const std::string& path) const {
     const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
     return import.Read(path);
 }
@@ -72,40 +72,21 @@ bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMX
     return true;
 }
 
-/// False, after a message, when the file could not be read.
-bool CPMXTemplUIMainDlg::ReportImport(ImportResult result) {
-    switch (result) {
-    case ImportResult::NoFileName:
-        Fail(text::NoFileName);
-        return false;
-    case ImportResult::NotCopied:
-        Warn(text::ImportFailed);
-        return false;
-    case ImportResult::OutOfMemory:
-        Fail(text::OutOfMemory);
-        return false;
-    case ImportResult::NotRead:
-        Warn(text::EditorFavoriteUnreadable);
-        return false;
-    case ImportResult::Success:
-        break;
-    }
-    return true;
-}
-
 void CPMXTemplUIMainDlg::OnExport() {
     const int row = CurrentRow();
     if (row < 0) {
         return;
     }
     CPMXTemplUIListData& record = FavoriteOf(row);
-    if (!EnsureLoaded(record)) {
-        Warn(text::EditorFavoriteUnreadable);
+    if (!List->EnsureLoaded(record)) {
+        Report(StoreResult::NotRead);
         return;
     }
     const std::optional<std::string> path = AskExportPath(record);
     if (path) {
-        ReportExport(WriteExport(record, *path));
+        if (Report(WriteExport(record, *path))) {
+            ReturnToList();
+        }
     }
 }
 
@@ -117,27 +98,10 @@ std::optional<std::string> CPMXTemplUIMainDlg::AskExportPath(const CPMXTemplUILi
     return ServicesInUse().FileChoice.AskSave(request);
 }
 
-ExportResult CPMXTemplUIMainDlg::WriteExport(const CPMXTemplUIListData& record,
-                                             const std::string& path) const {
+StoreResult CPMXTemplUIMainDlg::WriteExport(const CPMXTemplUIListData& record,
+                                            const std::string& path) const {
     const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
     return ExportFavorite(*List, record, path);
-}
-
-void CPMXTemplUIMainDlg::ReportExport(ExportResult result) {
-    switch (result) {
-    case ExportResult::OwnFile:
-        Warn(text::ImportedNotOverwritable);
-        break;
-    case ExportResult::NotRead:
-        Warn(text::EditorFavoriteUnreadable);
-        break;
-    case ExportResult::NotWritten:
-        Warn(text::FileNotCreated);
-        break;
-    case ExportResult::Success:
-        ReturnToList();
-        break;
-    }
 }
 
 } // namespace pmx

@@ -48,11 +48,11 @@ bool CPMXTemplUIMainDlg::MayHaveIcon(const CPMXTemplUIListData& record) const {
 void CPMXTemplUIMainDlg::TakeName(int row, const std::string& name) {
     CPMXTemplUIListData& record = FavoriteOf(row);
     record.SetName(name);
-    if (!EnsureLoaded(record)) {
+    if (!List->EnsureLoaded(record)) {
         Warn(text::EditorFavoriteUnreadable);
         return;
     }
-    Guarded([&] { record.GetDocument()->SetName(name); });
+    CallHost([&] { record.GetDocument()->SetName(name); });
     ListView().SetCell(row, NameColumn, name);
 }
 

@@ -32,21 +32,24 @@ bool HasCode(wchar_t character) {
 
 } // namespace
 
-std::wstring ToWide(std::string_view narrow) {
+static_assert(AnsiCodePage == CP_ACP);
+
+std::wstring ToWide(std::string_view narrow, unsigned codePage) {
     const int length = static_cast<int>(narrow.size());
-    const int size = MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, nullptr, 0);
+    const int size = MultiByteToWideChar(codePage, 0, narrow.data(), length, nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, wide.data(), size);
+    MultiByteToWideChar(codePage, 0, narrow.data(), length, wide.data(), size);
     return wide;
 }
 
-std::string ToNarrow(std::wstring_view wide) {
+std::string ToNarrow(std::wstring_view wide, unsigned codePage) {
+    // UTF-8 has every character, and the system refuses flags for it.
+    const bool isUtf8 = codePage == CP_UTF8 || (codePage == CP_ACP && GetACP() == CP_UTF8);
+    const DWORD flags = isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS;
     const int length = static_cast<int>(wide.size());
-    const int size =
-        WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    const int size = WideCharToMultiByte(codePage, flags, wide.data(), length, nullptr, 0, nullptr, nullptr);
     std::string narrow(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), length, narrow.data(), size, nullptr,
-                        nullptr);
+    WideCharToMultiByte(codePage, flags, wide.data(), length, narrow.data(), size, nullptr, nullptr);
     return narrow;
 }
 

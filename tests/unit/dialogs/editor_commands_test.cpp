@@ -209,7 +209,7 @@ TYPED_TEST(EditorNew, WantOfAFileNameIsReportedAndNothingIsAdded) {
 
 TEST_F(EditorNewInMemory, FileNameThatNobodyCanProbeFreelyShowsTheWaitCursorMeanwhile) {
     Folder.Write("N.pmt", "");
-    Store.Disk.Plan.FailAt(test::FileOperation::Open, 2, FileError::SharingViolation); // 1: the list file
+    Store.Disk.Plan.FailAt(test::FileOperation::TryOpen, 1, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
     RunAndCancel([this](MemoryUser& user) { Create(user, "N"); });
     EXPECT_FALSE(Store.Clock.Sleeps.empty());
@@ -497,8 +497,6 @@ constexpr HostProblem CopyProblems[] = {
     {HostCall::SetName, 1, text::AttributeTableFailed, MessageIcon::Stop},
     {HostCall::SetLevel, 1, text::AttributeTableFailed, MessageIcon::Stop},
     {HostCall::SetTable, 1, text::AttributeTableFailed, MessageIcon::Stop},
-    {HostCall::Create, 3, text::OutOfMemory, MessageIcon::Stop},
-    {HostCall::Assign, 2, text::FavoriteInfoFailed, MessageIcon::Stop},
     {HostCall::Save, 1, text::FileNotCreated, MessageIcon::Exclamation},
 };
 
@@ -515,20 +513,6 @@ TYPED_TEST(EditorCopy, WantOfAFileNameIsReportedAndNothingIsAdded) {
     });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
     EXPECT_EQ(this->Host.LiveDocuments, 0U);
-}
-
-TYPED_TEST(EditorCopy, DocumentThatCannotBeTakenOverAfterTheFileIsWrittenIsReadAgainWhenNeeded) {
-    this->GivenThree();
-    this->Host.Plan.FailAt(HostCall::Assign, 3, HostFailure::Raise);
-    this->RunAndAccept([this](DialogUser& user) {
-        this->AnswerName("N");
-        user.Press(control::EditorCopy);
-        user.ClickRow(List, 3);
-        user.Press(control::EditorEdit);
-    });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C", "N"}));
-    EXPECT_TRUE(
-        SameTable(FakeHost::ReadFavorite(this->Folder, "N.pmt").Table, TableOf(TestFixture::SeedOf(0))));
 }
 
 // Delete

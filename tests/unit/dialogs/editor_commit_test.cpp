@@ -78,7 +78,7 @@ TYPED_TEST(EditorCommit, OtherSectionsOfTheListFileStay) {
     this->GivenThree();
     this->Folder.Write(test::ListFile, "[Other]\r\nKey=Value\r\n" + this->Folder.Read(test::ListFile));
     this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    EXPECT_EQ(SystemProfile().ReadString(this->Folder.Path(test::ListFile), "Other", "Key", ""), "Value");
+    EXPECT_TRUE(this->Folder.Read(test::ListFile).starts_with("[Other]\r\nKey=Value\r\n"));
 }
 
 TYPED_TEST(EditorCommit, FavoriteCreatedAndDeletedAgainLeavesNothing) {
@@ -94,7 +94,7 @@ TYPED_TEST(EditorCommit, FavoriteCreatedAndDeletedAgainLeavesNothing) {
 
 TYPED_TEST(EditorCommit, NewListFileIsInPlaceBeforeAnyFavoriteFileIsDeleted) {
     this->GivenThree();
-    this->Store.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::DiskFull);
+    this->Store.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Other);
     this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
     EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
@@ -111,7 +111,7 @@ TYPED_TEST(EditorCommit, ReadOnlyListFileLosesTheChangesAndNothingElse) {
 
 TYPED_TEST(EditorCommit, FavoriteFileThatCannotBeDeletedIsNotReported) {
     this->GivenThree();
-    this->Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::DiskFull);
+    this->Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Other);
     this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "C"}));
     EXPECT_TRUE(this->Folder.Exists("F1.pmt"));
@@ -119,7 +119,7 @@ TYPED_TEST(EditorCommit, FavoriteFileThatCannotBeDeletedIsNotReported) {
 
 TEST_F(EditorCommitInMemory, WaitCursorIsShownWhileALockedFileIsRetried) {
     GivenThree();
-    Store.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::SharingViolation);
+    Store.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
     RunAndAccept([](MemoryUser& user) { Delete(user, 1); });
     EXPECT_EQ(Store.Clock.Sleeps, std::vector<std::uint32_t>{1000});
@@ -225,7 +225,7 @@ TYPED_TEST(EditorCancel, FilesOfStandardFavoritesStay) {
 }
 
 TEST_F(EditorCancelInMemory, FileThatCannotBeDeletedIsRetriedUnderTheWaitCursorAndThenLeft) {
-    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::SharingViolation);
+    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
     RunAndCancel([this](MemoryUser& user) { Create(user, "N"); });
     EXPECT_EQ(Store.Clock.Total(), 28000U);

@@ -274,7 +274,7 @@ TYPED_TEST(EditorImport, WantOfAFileNameIsReported) {
 
 TEST_F(EditorImportInMemory, LockedFileIsRetriedUnderTheWaitCursor) {
     GivenFile("X.pmt", "N");
-    Store.Disk.Plan.FailAt(FileOperation::Copy, 1, FileError::SharingViolation);
+    Store.Disk.Plan.FailAt(FileOperation::Read, 2, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
     RunAndCancel([this](MemoryUser& user) {
         Import(user, "X.pmt");
@@ -310,7 +310,7 @@ TYPED_TEST(EditorImport, LevelsOfStandardFavoritesAreShownLikeTheOthers) {
 
 TEST_F(EditorImportInMemory, CopyThatCannotBeDeletedAfterAFailureIsNotReportedToo) {
     Outside.Write("X.pmt", "no favorite");
-    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::AccessDenied);
+    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
     Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
     RunAndAccept([this](MemoryUser& user) {

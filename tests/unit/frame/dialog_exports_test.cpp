@@ -51,7 +51,7 @@ TEST_F(ShowEditorTest, EditorThatCannotBeShownGivesMinus1) {
 
 TEST_F(ShowEditorTest, FolderIsCutTo519BytesAndNoCharacterIsSplit) {
     FolderNotingFiles files;
-    const StoreServices services{files, Store.Profiles, Store.Clock};
+    const StoreServices services{files, Store.Clock};
     const auto askedFor = [&](const std::string& folder) {
         Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) { user.Escape(); });
         ShowEditor(folder.c_str(), WindowHandle::None, Desktop.Services, services);
@@ -109,7 +109,7 @@ TEST_F(ShowRegisterDialogTest, MissingTableIsNoReasonToRefuse) {
 
 TEST_F(ShowRegisterDialogTest, LongFolderReachesTheDialogAsItIs) {
     FolderNotingFiles files;
-    const StoreServices services{files, Store.Profiles, Store.Clock};
+    const StoreServices services{files, Store.Clock};
     Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](MemoryUser& user) { user.Escape(); });
     ShowRegisterDialog(std::string(600, 'x').c_str(), "Mine.ini", ".fav", Table, 1, WindowHandle::None,
                        Desktop.Services, services);
@@ -146,7 +146,7 @@ TEST_F(ShowBasicListTest, ListThatCannotBeShownGivesMinus1) {
 
 TEST_F(ShowBasicListTest, LongFolderReachesTheListAsItIs) {
     FolderNotingFiles files;
-    const StoreServices services{files, Store.Profiles, Store.Clock};
+    const StoreServices services{files, Store.Clock};
     Desktop.Dialogs.OnOpened(dialog::BasicList, [](MemoryUser& user) { user.Escape(); });
     ShowBasicList(std::string(600, 'x').c_str(), "Mine.ini", ".fav", WindowHandle::None, Desktop.Services,
                   services);

@@ -38,7 +38,7 @@ protected:
         record->SetLevel(level);
         record->SetFileName(fileName);
         record->SetStandard(standard);
-        return *List->GetAt(List->Add(std::move(record)));
+        return List->At(List->Add(std::move(record)));
     }
 
     /// The summaries that are copied out for a level, into a buffer of exactly their size.
@@ -82,7 +82,7 @@ TEST_F(ListExportsTest, AFolderIsOpenedWithTheListInIt) {
     const auto list = OpenList(Folder.Path().c_str(), nullptr, nullptr, Fakes.Services);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->GetSize(), 1);
-    EXPECT_EQ(list->GetListFileName(), ListFile);
+    EXPECT_EQ(list->GetListFilePath(), Folder.Path(ListFile));
     EXPECT_EQ(list->GetExtension(), ".pmt");
 }
 
@@ -102,18 +102,15 @@ TEST_F(ListExportsTest, NoFolderIsNoList) {
     EXPECT_EQ(OpenList(nullptr, nullptr, nullptr, Fakes.Services), nullptr);
 }
 
-/// Profiles that lack memory for reading.
-class PoorReader : public FakeProfile {
+/// Files for whose content there is no memory.
+class PoorFiles : public FakeFiles {
 public:
-    bool VisitSection(const std::string& /*path*/, std::string_view /*section*/,
-                      const Visitor& /*visit*/) override {
-        throw std::bad_alloc();
-    }
+    FileError Read(const std::string& /*path*/, std::string& /*content*/) override { throw std::bad_alloc(); }
 };
 
 TEST_F(ListExportsTest, AListThatCannotBeReadIsNone) {
-    PoorReader profiles;
-    const StoreServices services{Fakes.Disk, profiles, Fakes.Clock};
+    PoorFiles files;
+    const StoreServices services{files, Fakes.Clock};
     EXPECT_EQ(OpenList(Folder.Path().c_str(), nullptr, nullptr, services), nullptr);
 }
 
@@ -136,7 +133,6 @@ TEST_F(ListExportsTest, ALevelAbove100AddsTheStandardFavoritesWithAKnownNumberIn
     Add("S5", 101, "5", 1);
     Add("A", 1, "a");
     Add("S7", 101, "7", 1);
-    List->Add(nullptr);
     Add("S1", 101, "1", 1);
     Add("B", 2, "b");
     Add("S0", 101, "0", 1);
@@ -205,13 +201,12 @@ TEST_F(ListExportsTest, AStandardFavoritesPathIsItsNumber) {
 
 TEST_F(ListExportsTest, PositionsCountOverTheWholeList) {
     Add("A", 1, "a");
-    List->Add(nullptr);
     Add("B", 2, "b");
     Add("C", 1, "c");
     const auto summaries = Summaries(1);
     ASSERT_EQ(summaries.size(), 2U);
     EXPECT_EQ(std::int64_t{summaries[0].Position}, 0);
-    EXPECT_EQ(std::int64_t{summaries[1].Position}, 3);
+    EXPECT_EQ(std::int64_t{summaries[1].Position}, 2);
 }
 
 TEST_F(ListExportsTest, AnEmptyListCopiesNothing) {
@@ -242,20 +237,20 @@ TEST(SummaryText, IsNeverCutInsideACharacter) {
         text += Sjis(u8"表");
     }
     std::memset(target, 0xEE, sizeof target);
-    FillSummaryText(target, text, SystemLeadBytes());
+    FillSummaryText(target, text);
     EXPECT_EQ(std::string(target), text.substr(0, 259)) << "the cut falls between characters";
-    FillSummaryText(target, text.substr(1), SystemLeadBytes());
+    FillSummaryText(target, text.substr(1));
     EXPECT_EQ(std::string(target), text.substr(1, 258)) << "half of a character would be left";
     EXPECT_EQ(target[258], '\0');
     EXPECT_EQ(target[259], '\0');
-    FillSummaryText(target, std::string(300, '\xB1'), SystemLeadBytes());
+    FillSummaryText(target, std::string(300, '\xB1'));
     EXPECT_EQ(std::string(target), std::string(259, '\xB1')) << "half-width letters are single bytes";
 }
 
 TEST(SummaryText, FillsTheRestWithZeros) {
     char target[PMX_TEMPLINFO_TEXT_SIZE];
     std::memset(target, 0xEE, sizeof target);
-    FillSummaryText(target, "abc", SystemLeadBytes());
+    FillSummaryText(target, "abc");
     EXPECT_STREQ(target, "abc");
     EXPECT_THAT(std::vector<char>(target + 3, target + sizeof target), Each('\0'));
 }
@@ -297,11 +292,9 @@ TEST_F(ListExportsTest, UnknownPartsAreRefused) {
     EXPECT_THAT(buffer, Each(0xEE));
 }
 
-TEST_F(ListExportsTest, PositionsOutsideTheListAndEmptySlotsAreRefused) {
-    List->Add(nullptr);
+TEST_F(ListExportsTest, PositionsOutsideTheListAreRefused) {
     Add("A", 1, "missing.pmt");
-    for (const std::int64_t position :
-         {std::int64_t{-1}, std::int64_t{0}, std::int64_t{2}, std::int64_t{1} << 40}) {
+    for (const std::int64_t position : {std::int64_t{-1}, std::int64_t{1}, std::int64_t{1} << 40}) {
         EXPECT_THAT(Part(position, 1), IsEmpty());
     }
     EXPECT_EQ(Host.Plan.Calls(HostCall::Create), 0U);
@@ -373,7 +366,7 @@ TEST_F(ListExportsTest, AStandardFavoriteIsAppendedAndWritten) {
     Add("A", 1, "a.pmt");
     AddStandardFavorite(*List, Sjis(u8"中とじ").c_str(), 4, 21, true);
     ASSERT_EQ(List->GetSize(), 2);
-    const CPMXTemplUIListData& record = *List->GetAt(1);
+    const CPMXTemplUIListData& record = List->At(1);
     EXPECT_EQ(record.GetStandard(), 1U);
     EXPECT_EQ(record.GetName(), Sjis(u8"中とじ"));
     EXPECT_EQ(record.GetLevel(), 101);
@@ -392,7 +385,7 @@ TEST_F(ListExportsTest, AStandardFavoriteIsAppendedAndWritten) {
 
 TEST_F(ListExportsTest, AStandardFavoriteMayStayOffTheToolbar) {
     AddStandardFavorite(*List, "S", 1, 0, false);
-    EXPECT_EQ(List->GetAt(0)->GetToolbar(), 0);
+    EXPECT_EQ(List->At(0).GetToolbar(), 0);
 }
 
 TEST_F(ListExportsTest, NamesAreNeitherCheckedForUniquenessNorForEmptiness) {
@@ -401,7 +394,7 @@ TEST_F(ListExportsTest, NamesAreNeitherCheckedForUniquenessNorForEmptiness) {
     AddStandardFavorite(*List, "", 1, 0, false);
     AddStandardFavorite(*List, nullptr, 1, 0, false);
     EXPECT_EQ(List->GetSize(), 4);
-    EXPECT_EQ(List->GetAt(3)->GetName(), "");
+    EXPECT_EQ(List->At(3).GetName(), "");
 }
 
 TEST_F(ListExportsTest, AnUnknownNumberIsWrittenButNeverReturned) {
@@ -413,10 +406,10 @@ TEST_F(ListExportsTest, AnUnknownNumberIsWrittenButNeverReturned) {
 
 TEST_F(ListExportsTest, NumbersAreWrittenWith32Bits) {
     AddStandardFavorite(*List, "S", 0x1'0000'0003, 0x1'0000'0004, false);
-    EXPECT_EQ(List->GetAt(0)->GetFileName(), "3");
-    EXPECT_EQ(List->GetAt(0)->GetIconIndex(), 0x1'0000'0004) << "in memory the icon is as given";
+    EXPECT_EQ(List->At(0).GetFileName(), "3");
+    EXPECT_EQ(List->At(0).GetIconIndex(), 0x1'0000'0004) << "in memory the icon is as given";
     AddStandardFavorite(*List, "S", -1, -1, false);
-    EXPECT_EQ(List->GetAt(1)->GetFileName(), "-1");
+    EXPECT_EQ(List->At(1).GetFileName(), "-1");
 }
 
 TEST_F(ListExportsTest, MakingAStandardFavoriteDeletesNoFile) {
@@ -429,7 +422,7 @@ TEST_F(ListExportsTest, MakingAStandardFavoriteDeletesNoFile) {
 }
 
 TEST_F(ListExportsTest, AListFileThatCannotBeWrittenDoesNotUndoTheFavorite) {
-    Fakes.Profiles.Plan.FailFromAny(1, {});
+    Fakes.Disk.Plan.FailFrom(FileOperation::Overwrite, 1, FileError::Other);
     AddStandardFavorite(*List, "S", 1, 0, false);
     EXPECT_EQ(List->GetSize(), 1);
     EXPECT_THAT(Folder.Names(), IsEmpty());

@@ -1,11 +1,8 @@
 #include "support/failure_plan.h"
 #include "support/fake_clock.h"
 #include "support/fake_files.h"
-#include "support/fake_profile.h"
 
 #include <gmock/gmock.h>
-
-#include <stdexcept>
 
 namespace pmx::test {
 namespace {

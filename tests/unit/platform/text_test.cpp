@@ -162,5 +162,30 @@ TEST(Trimmed, KeepsDoubleByteBlanksAndSecondBytes) {
     EXPECT_EQ(Trimmed("\x83 ", LeadBytes()), "\x83 ");
 }
 
+TEST(IsUtf8, IsTrueForWellFormedSequencesOnly) {
+    for (const char* const text :
+         {"", "abc", "\xC2\x80", "\xDF\xBFz", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+          "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "a\xE3\x83\x9F~"}) {
+        EXPECT_TRUE(IsUtf8(text)) << testing::PrintToString(text);
+    }
+    for (const char* const text :
+         {"\x80", "\xBF", "\xC1\xBF", "\xF5\x80\x80\x80", "\xFF",                    // begin nothing
+          "a\xC2", "\xE3\x83", "\xF0\x90\x80", "\xC2z", "\xE3\x83z", "\xE3\x83\xC0", // end too early
+          "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",    // longer than they need be
+          "\xED\xA0\x80", "\xF4\x90\x80\x80"}) { // a half of a pair, and beyond the last character
+        EXPECT_FALSE(IsUtf8(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(LeadBytesIn, AreTheSystemsWhereItHasAnyOtherwiseThoseThatTheTextNeeds) {
+    const std::string sjis = Sjis(u8"ミ");
+    const std::string utf8 = test::Utf8(sjis);
+    constexpr LeadByteTable None{};
+    EXPECT_EQ(LeadBytesIn(utf8, LeadBytesOf932()), LeadBytesOf932());
+    EXPECT_EQ(LeadBytesIn(sjis, None), LeadBytesOf932());
+    EXPECT_EQ(LeadBytesIn(utf8, None), None);
+    EXPECT_EQ(LeadBytesIn("ascii", None), None);
+}
+
 } // namespace
 } // namespace pmx

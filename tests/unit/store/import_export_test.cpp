@@ -26,32 +26,6 @@ using test::TempFolder;
 
 using Names = std::vector<std::string>;
 
-TEST(BaseName, IsTheFileNameWithoutFolderAndExtension) {
-    const LeadByteTable& leadBytes = SystemLeadBytes();
-    EXPECT_EQ(BaseNameOf("C:\\a.b\\Name.pmt", leadBytes), "Name");
-    EXPECT_EQ(BaseNameOf("C:/x/a.b.pmt", leadBytes), "a.b");
-    EXPECT_EQ(BaseNameOf("C:Name", leadBytes), "Name");
-    EXPECT_EQ(BaseNameOf("C:\\x.y\\Name", leadBytes), "Name");
-    EXPECT_EQ(BaseNameOf("C:\\x\\.pmt", leadBytes), "");
-    EXPECT_EQ(BaseNameOf("", leadBytes), "");
-}
-
-TEST(BaseName, TakesNoSecondByteForASeparator) {
-    const LeadByteTable& leadBytes = SystemLeadBytes();
-    EXPECT_EQ(BaseNameOf(Sjis(u8"C:\\表\\ソ表.pmt"), leadBytes), Sjis(u8"ソ表"));
-    EXPECT_EQ(FolderOf(Sjis(u8"C:\\表\\ソ表.pmt"), leadBytes), Sjis(u8"C:\\表\\"));
-}
-
-TEST(BaseName, HasAtMost255BytesAndNoHalfCharacter) {
-    const LeadByteTable& leadBytes = SystemLeadBytes();
-    EXPECT_EQ(BaseNameOf(std::string(300, 'x'), leadBytes), std::string(255, 'x'));
-    std::string doubleByte;
-    for (int count = 0; count < 130; ++count) {
-        doubleByte += Sjis(u8"表");
-    }
-    EXPECT_EQ(BaseNameOf(doubleByte, leadBytes).size(), 254U);
-}
-
 class ImportExport : public testing::Test {
 protected:
     ImportExport() { List.SetFolder(Folder.Path().c_str()); }
@@ -64,14 +38,14 @@ protected:
         record->SetFileName(fileName);
         record->SetStandard(standard);
         FakeHost::WriteFavorite(Folder, fileName, {.Table = TableOf(9), .Level = 1, .Name = name});
-        return *List.GetAt(List.Add(std::move(record)));
+        return List.At(List.Add(std::move(record)));
     }
 
     void GivenFile(const std::string& fileName, const std::string& name) {
         FakeHost::WriteFavorite(Outside, fileName, {.Table = TableOf(8), .Level = 4, .Name = name});
     }
 
-    ExportResult Export(const CPMXTemplUIListData& record, const std::string& path) {
+    StoreResult Export(const CPMXTemplUIListData& record, const std::string& path) {
         return ExportFavorite(List, record, path);
     }
 
@@ -88,12 +62,12 @@ using ExportTest = ImportExport;
 TEST_F(ImportTest, TakesNameLevelAndDocumentFromTheFile) {
     GivenFile("X.pmt", "Inside");
     FavoriteImport import(List);
-    ASSERT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::Success);
+    ASSERT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::Success);
     EXPECT_EQ(import.GetRecord().GetName(), "Inside");
     EXPECT_EQ(import.GetRecord().GetLevel(), 4);
     EXPECT_EQ(List.GetSize(), 0);
     EXPECT_EQ(import.Finish("Given"), 0);
-    const CPMXTemplUIListData& record = *List.GetAt(0);
+    const CPMXTemplUIListData& record = List.At(0);
     EXPECT_EQ(record.GetStandard(), 0U);
     EXPECT_EQ(record.GetName(), "Given");
     EXPECT_EQ(record.GetFileName(), "X.pmt");
@@ -114,7 +88,7 @@ TEST_F(ImportTest, FinishedFileStaysAndAnUnfinishedOneGoes) {
         finished.Read(Outside.Path("X.pmt"));
         finished.Finish("N");
         FavoriteImport unfinished(List);
-        EXPECT_EQ(unfinished.Read(Outside.Path("X.pmt")), ImportResult::Success);
+        EXPECT_EQ(unfinished.Read(Outside.Path("X.pmt")), StoreResult::Success);
         EXPECT_EQ(Folder.Names(), (Names{"X-1.pmt", "X.pmt"}));
     }
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
@@ -130,7 +104,7 @@ TEST_F(ImportTest, FileWithoutABaseNameGetsTheDefaultOne) {
 TEST_F(ImportTest, FileWithAnotherExtensionGetsTheListsOne) {
     GivenFile("X.backup", "N");
     FavoriteImport import(List);
-    EXPECT_EQ(import.Read(Outside.Path("X.backup")), ImportResult::Success);
+    EXPECT_EQ(import.Read(Outside.Path("X.backup")), StoreResult::Success);
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
 }
 
@@ -140,7 +114,7 @@ TEST_F(ImportTest, NameOfTheNewFileCanStandInTheListFile) {
                                       std::pair<std::string, std::string>{" .pmt", "Template.pmt"}}) {
         GivenFile(given, "N");
         FavoriteImport import(List);
-        ASSERT_EQ(import.Read(Outside.Path(given)), ImportResult::Success);
+        ASSERT_EQ(import.Read(Outside.Path(given)), StoreResult::Success);
         EXPECT_EQ(import.GetRecord().GetFileName(), made);
     }
 }
@@ -149,22 +123,21 @@ TEST_F(ImportTest, FavoriteFromAnyFileIsInTheListThatIsReadAgain) {
     GivenFile(" a~b.pmt", "N");
     {
         FavoriteImport import(List);
-        ASSERT_EQ(import.Read(Outside.Path(" a~b.pmt")), ImportResult::Success);
+        ASSERT_EQ(import.Read(Outside.Path(" a~b.pmt")), StoreResult::Success);
         import.Finish("N");
     }
     ASSERT_TRUE(List.WriteListFile());
     ASSERT_TRUE(List.LoadList());
     ASSERT_EQ(List.GetSize(), 1);
-    EXPECT_TRUE(List.GetAt(0)->EnsureDocument());
-    EXPECT_TRUE(List.LoadFavorite(*List.GetAt(0)));
+    EXPECT_TRUE(List.EnsureLoaded(List.At(0)));
 }
 
 TEST_F(ImportTest, EveryFailureLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
     const struct {
         HostCall Call;
-        ImportResult Result;
-    } problems[] = {{HostCall::Create, ImportResult::OutOfMemory}, {HostCall::Load, ImportResult::NotRead}};
+        StoreResult Result;
+    } problems[] = {{HostCall::Create, StoreResult::OutOfMemory}, {HostCall::Load, StoreResult::NotRead}};
     for (const auto& problem : problems) {
         Host.Plan.Heal();
         Host.Plan.FailFrom(problem.Call, 1, HostFailure::Raise);
@@ -185,7 +158,7 @@ TEST_F(ImportTest, FileForWhichThereIsNoNameIsNotCopied) {
     ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
     {
         FavoriteImport import(list);
-        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NoFileName);
+        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::NoFileName);
     }
     EXPECT_EQ(Folder.Names(), Names{"X.pmt"});
     EXPECT_EQ(Folder.Read("X.pmt"), "somebody else's");
@@ -193,29 +166,48 @@ TEST_F(ImportTest, FileForWhichThereIsNoNameIsNotCopied) {
 
 TEST_F(ImportTest, FileThatCannotBeCopiedIsRetriedAndLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
-    Store.Disk.Plan.FailFrom(FileOperation::Copy, 1, FileError::SharingViolation);
+    Store.Disk.Plan.FailFrom(FileOperation::Read, 1, FileError::Held);
     FavoriteImport import(List);
-    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
+    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::NotCopied);
     EXPECT_EQ(Store.Clock.Total(), 28000U);
     EXPECT_TRUE(Folder.Names().empty());
 }
 
-TEST_F(ImportTest, FileThatAppearsUnderTheNewNameMeanwhileIsNeitherOverwrittenNorDeleted) {
+TEST_F(ImportTest, FileThatAppearsUnderTheNewNameMeanwhileStaysAndTheNextNumberIsTaken) {
     GivenFile("X.pmt", "N");
-    Store.Disk.AfterAbsence = [this](const std::string&) { Folder.Write("X.pmt", "somebody else's"); };
-    {
-        FavoriteImport import(List);
-        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
-    }
+    Store.Disk.AfterAbsence = [this](const std::string&) {
+        Store.Disk.AfterAbsence = nullptr;
+        Folder.Write("X.pmt", "somebody else's");
+    };
+    FavoriteImport import(List);
+    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::Success);
+    EXPECT_EQ(import.GetRecord().GetFileName(), "X-1.pmt");
     EXPECT_EQ(Folder.Read("X.pmt"), "somebody else's");
+}
+
+/// Files that lack memory when something of theirs is to be made.
+class PoorFiles : public test::FakeFiles {
+public:
+    FileError CreateNew(const std::string& /*path*/) override { throw std::bad_alloc(); }
+};
+
+TEST_F(ImportTest, LackOfMemoryIsAResultAndLeavesNothingBehind) {
+    GivenFile("X.pmt", "N");
+    PoorFiles files;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, {files, Store.Clock});
+    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    FavoriteImport import(list);
+    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::OutOfMemory);
+    EXPECT_EQ(list.GetSize(), 0);
+    EXPECT_TRUE(Folder.Names().empty());
 }
 
 TEST_F(ImportTest, CopyThatCannotBeDeletedIsRetriedAndThenLeft) {
     Outside.Write("X.pmt", "no favorite");
-    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::AccessDenied);
+    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Held);
     {
         FavoriteImport import(List);
-        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotRead);
+        EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::NotRead);
     }
     EXPECT_EQ(Store.Clock.Total(), 28000U);
     EXPECT_TRUE(Folder.Exists("X.pmt"));
@@ -226,7 +218,7 @@ TEST_F(ImportTest, ListWithoutAFolderTakesNothingIn) {
     CPMXTemplUIListDataArray homeless(nullptr, nullptr, Store.Services);
     homeless.SetFolder(Folder.Path("Missing").c_str());
     FavoriteImport import(homeless);
-    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), ImportResult::NotCopied);
+    EXPECT_EQ(import.Read(Outside.Path("X.pmt")), StoreResult::NotCopied);
     EXPECT_TRUE(Folder.Names().empty());
 }
 
@@ -239,7 +231,7 @@ TEST_F(ExportTest, TargetIsReplacedByAWholeFile) {
     record.SetName("New name");
     record.SetLevel(3);
     Outside.Write("X.pmt", "old");
-    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::Success);
+    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::Success);
     const test::HostContent content = FakeHost::ReadFavorite(Outside, "X.pmt");
     EXPECT_EQ(content.Name, "New name");
     EXPECT_EQ(content.Level, 3);
@@ -253,7 +245,7 @@ TEST_F(ExportTest, DocumentThatIsLoadedStaysAsItIs) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     record.EnsureDocument();
     record.GetDocument()->SetName("edited, not saved");
-    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::Success);
+    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::Success);
     EXPECT_EQ(record.GetDocument()->GetName(), "edited, not saved");
     EXPECT_EQ(FakeHost::ReadFavorite(Outside, "X.pmt").Name, "A");
 }
@@ -261,11 +253,10 @@ TEST_F(ExportTest, DocumentThatIsLoadedStaysAsItIs) {
 TEST_F(ExportTest, EveryFailureLeavesTheTargetAsItWas) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Outside.Write("X.pmt", "old");
-    for (const FileOperation operation :
-         {FileOperation::CreateTemporary, FileOperation::Flush, FileOperation::Replace}) {
+    for (const FileOperation operation : {FileOperation::CreateNew, FileOperation::Replace}) {
         Store.Disk.Plan.Heal();
-        Store.Disk.Plan.FailFrom(operation, 1, FileError::DiskFull);
-        EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::NotWritten);
+        Store.Disk.Plan.FailFrom(operation, 1, FileError::Other);
+        EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::NotWritten);
         EXPECT_EQ(Outside.Read("X.pmt"), "old");
         EXPECT_EQ(Outside.Names(), Names{"X.pmt"});
     }
@@ -273,7 +264,7 @@ TEST_F(ExportTest, EveryFailureLeavesTheTargetAsItWas) {
     for (const HostCall call : {HostCall::SetName, HostCall::SetLevel, HostCall::Save}) {
         Host.Plan.Heal();
         Host.Plan.FailFrom(call, 1, HostFailure::Raise);
-        EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::NotWritten);
+        EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::NotWritten);
         EXPECT_EQ(Outside.Read("X.pmt"), "old");
         EXPECT_EQ(Outside.Names(), Names{"X.pmt"});
     }
@@ -283,7 +274,7 @@ TEST_F(ExportTest, EveryFailureLeavesTheTargetAsItWas) {
 TEST_F(ExportTest, FavoriteThatCannotBeReadIsNotWritten) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Folder.Write("A.pmt", "damaged");
-    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::NotRead);
+    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::NotRead);
     EXPECT_TRUE(Outside.Names().empty());
 }
 
@@ -292,21 +283,37 @@ TEST_F(ExportTest, FileOutsideTheFolderCountsAsMissing) {
     Folder.AddFolder("Sub");
     FakeHost::WriteFavorite(Folder, "Sub\\X.pmt", {.Level = 1, .Name = "A"});
     record.SetFileName("Sub\\X.pmt");
-    EXPECT_EQ(Export(record, Outside.Path("Y.pmt")), ExportResult::NotRead);
+    EXPECT_EQ(Export(record, Outside.Path("Y.pmt")), StoreResult::NotRead);
 }
 
 TEST_F(ExportTest, FilesOfUserFavoritesAreNoTargetsInAnyCase) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Add("S", "S.pmt", 1);
-    List.Add(nullptr);
-    EXPECT_EQ(Export(record, Folder.Path("a.PMT")), ExportResult::OwnFile);
-    EXPECT_EQ(Export(record, Folder.Path("S.pmt")), ExportResult::Success);
+    EXPECT_EQ(Export(record, Folder.Path("a.PMT")), StoreResult::OwnFile);
+    EXPECT_EQ(Export(record, Folder.Path("S.pmt")), StoreResult::Success);
+}
+
+TEST_F(ExportTest, FilesOfUserFavoritesAreNoTargetsHoweverTheirFolderIsSpelt) {
+    CPMXTemplUIListData& record = Add("A", "A.pmt");
+    Add("B", "B.pmt");
+    const std::string before = Folder.Read("B.pmt");
+    const std::string folder = Folder.Path();
+    const std::string bare = folder.substr(0, folder.size() - 1);
+    for (const std::string& spelling : {bare + "\\\\", folder + ".\\", bare + "/"}) {
+        EXPECT_EQ(Export(record, spelling + "B.pmt"), StoreResult::OwnFile) << spelling;
+        EXPECT_EQ(Export(record, spelling + "PmxTempleList.ini"), StoreResult::NotWritten) << spelling;
+        EXPECT_EQ(Export(record, spelling + "C.pmt"), StoreResult::Success) << spelling;
+    }
+    EXPECT_EQ(Folder.Read("B.pmt"), before);
+    Folder.Remove("B.pmt");
+    EXPECT_EQ(Export(record, folder + ".\\B.pmt"), StoreResult::OwnFile) << "a missing one, too";
+    EXPECT_FALSE(Folder.Exists("B.pmt"));
 }
 
 TEST_F(ExportTest, ListFileIsNoTarget) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Folder.Write("PmxTempleList.ini", "the list");
-    EXPECT_EQ(Export(record, Folder.Path("pmxtemplelist.INI")), ExportResult::NotWritten);
+    EXPECT_EQ(Export(record, Folder.Path("pmxtemplelist.INI")), StoreResult::NotWritten);
     EXPECT_EQ(Folder.Read("PmxTempleList.ini"), "the list");
 }
 
@@ -314,7 +321,7 @@ TEST_F(ExportTest, ReadOnlyTargetStaysAndIsNotWaitedFor) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Outside.Write("X.pmt", "old");
     Outside.SetReadOnly("X.pmt", true);
-    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), ExportResult::NotWritten);
+    EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::NotWritten);
     EXPECT_TRUE(Store.Clock.Sleeps.empty());
     EXPECT_EQ(Outside.Read("X.pmt"), "old");
     Outside.SetReadOnly("X.pmt", false);

@@ -19,10 +19,7 @@ using testing::IsEmpty;
 
 class ListDataArrayTest : public testing::Test {
 protected:
-    ~ListDataArrayTest() override {
-        EXPECT_EQ(Host.LiveDocuments, 0U) << "a document was not destroyed";
-        EXPECT_EQ(Host.LiveFiles, 0U) << "a file was not closed";
-    }
+    ~ListDataArrayTest() override { EXPECT_EQ(Host.LiveDocuments, 0U) << "a document was not destroyed"; }
 
     /// A list on the test's folder.
     std::unique_ptr<CPMXTemplUIListDataArray> MakeList(const char* listFileName = nullptr,
@@ -53,8 +50,7 @@ std::unique_ptr<CPMXTemplUIListData> FavoriteIn(const std::string& fileName, std
 }
 
 TEST_F(ListDataArrayTest, ANewListHasTheDefaultNamesAndNoFolder) {
-    const CPMXTemplUIListDataArray list;
-    EXPECT_EQ(list.GetListFileName(), "PmxTempleList.ini");
+    const CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
     EXPECT_EQ(list.GetExtension(), ".pmt");
     EXPECT_EQ(list.GetFolder(), "");
     EXPECT_EQ(list.GetListFilePath(), "");
@@ -62,12 +58,12 @@ TEST_F(ListDataArrayTest, ANewListHasTheDefaultNamesAndNoFolder) {
 }
 
 TEST_F(ListDataArrayTest, GivenNamesReplaceTheDefaultsOneByOne) {
-    const CPMXTemplUIListDataArray first("My.ini", nullptr);
-    EXPECT_EQ(first.GetListFileName(), "My.ini");
-    EXPECT_EQ(first.GetExtension(), ".pmt");
-    const CPMXTemplUIListDataArray second(nullptr, ".fav");
-    EXPECT_EQ(second.GetListFileName(), "PmxTempleList.ini");
-    EXPECT_EQ(second.GetExtension(), ".fav");
+    const auto first = MakeList("My.ini", nullptr);
+    EXPECT_EQ(first->GetListFilePath(), Folder.Path("My.ini"));
+    EXPECT_EQ(first->GetExtension(), ".pmt");
+    const auto second = MakeList(nullptr, ".fav");
+    EXPECT_EQ(second->GetListFilePath(), Folder.Path("PmxTempleList.ini"));
+    EXPECT_EQ(second->GetExtension(), ".fav");
 }
 
 TEST_F(ListDataArrayTest, AFolderGetsASeparatorWhenItHasNone) {
@@ -122,13 +118,11 @@ TEST_F(ListDataArrayTest, AListThatLosesItsFolderLosesItsListFile) {
 TEST_F(ListDataArrayTest, RecordsKeepTheOrderInWhichTheyAreAppended) {
     const auto list = MakeList();
     EXPECT_EQ(list->Add(Favorite("first")), 0);
-    EXPECT_EQ(list->Add(nullptr), 1);
-    EXPECT_EQ(list->Add(Favorite("third")), 2);
-    EXPECT_EQ(list->GetSize(), 3);
-    EXPECT_EQ(list->GetAt(0)->GetName(), "first");
-    EXPECT_EQ(list->GetAt(1), nullptr);
-    EXPECT_EQ(list->GetAt(2)->GetName(), "third");
-    EXPECT_THAT(list->GetRecords(), ElementsAre(list->GetAt(0), nullptr, list->GetAt(2)));
+    EXPECT_EQ(list->Add(Favorite("second")), 1);
+    EXPECT_EQ(list->GetSize(), 2);
+    EXPECT_EQ(list->At(0).GetName(), "first");
+    EXPECT_EQ(list->At(1).GetName(), "second");
+    EXPECT_THAT(list->GetRecords(), ElementsAre(&list->At(0), &list->At(1)));
 }
 
 TEST_F(ListDataArrayTest, AccessOutsideTheListIsAnInvalidArgument) {
@@ -136,7 +130,7 @@ TEST_F(ListDataArrayTest, AccessOutsideTheListIsAnInvalidArgument) {
     list->Add(Favorite("only"));
     for (const std::int64_t index : {std::int64_t{-1}, std::int64_t{1}, std::int64_t{1} << 40}) {
         EXPECT_FALSE(list->Contains(index));
-        EXPECT_THROW(list->GetAt(index), std::invalid_argument);
+        EXPECT_THROW(list->At(index), std::invalid_argument);
     }
     EXPECT_TRUE(list->Contains(0));
 }
@@ -148,7 +142,6 @@ TEST_F(ListDataArrayTest, RemovingAllDestroysEveryRecordAndItsDocument) {
         ASSERT_TRUE(record->EnsureDocument());
         list->Add(std::move(record));
     }
-    list->Add(nullptr);
     Host.Plan.FailAt(HostCall::Destroy, 2, HostFailure::Raise);
     EXPECT_NO_THROW(list->RemoveAll());
     EXPECT_EQ(list->GetSize(), 0);
@@ -164,23 +157,8 @@ TEST_F(ListDataArrayTest, DestroyingAListDestroysItsRecords) {
     EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
-TEST_F(ListDataArrayTest, RemovingTheLastShortensTheListByOne) {
-    const auto list = MakeList();
-    list->RemoveLast();
-    EXPECT_EQ(list->GetSize(), 0);
-    list->Add(Favorite("first"));
-    auto record = Favorite("second");
-    ASSERT_TRUE(record->EnsureDocument());
-    list->Add(std::move(record));
-    list->RemoveLast();
-    EXPECT_EQ(list->GetSize(), 1);
-    EXPECT_EQ(list->GetAt(0)->GetName(), "first");
-    EXPECT_EQ(Host.LiveDocuments, 0U);
-}
-
 TEST_F(ListDataArrayTest, TheFirstRecordOfANameDecidesItsUseWhateverTheCase) {
     const auto list = MakeList();
-    list->Add(nullptr);
     list->Add(Favorite("ABC", 1));
     list->Add(Favorite("abc", 0));
     list->Add(Favorite("user", 0));
@@ -209,12 +187,11 @@ TEST_F(ListDataArrayTest, DoubleByteNamesCompareExactly) {
 TEST_F(ListDataArrayTest, ANameIsUniqueWhenNoOtherRecordHasItWhateverTheCase) {
     const auto list = MakeList();
     list->Add(Favorite("first"));
-    list->Add(nullptr);
     list->Add(Favorite("Second"));
     EXPECT_TRUE(list->IsNameUnique(0, "FIRST")) << "the record itself does not count";
     EXPECT_FALSE(list->IsNameUnique(0, "SECOND"));
-    EXPECT_FALSE(list->IsNameUnique(1, "second"));
-    EXPECT_TRUE(list->IsNameUnique(2, "third"));
+    EXPECT_TRUE(list->IsNameUnique(1, "second"));
+    EXPECT_TRUE(list->IsNameUnique(1, "third"));
 }
 
 TEST_F(ListDataArrayTest, ANameIsUniqueForAPositionOutsideTheList) {
@@ -226,11 +203,10 @@ TEST_F(ListDataArrayTest, ANameIsUniqueForAPositionOutsideTheList) {
 
 TEST_F(ListDataArrayTest, FindingByNameIsExactAndGivesTheFirst) {
     const auto list = MakeList();
-    list->Add(nullptr);
     list->Add(Favorite("Name"));
     list->Add(Favorite("name"));
     list->Add(Favorite("name"));
-    EXPECT_EQ(list->FindByName("name"), list->GetAt(2));
+    EXPECT_EQ(list->FindByName("name"), &list->At(1));
     EXPECT_EQ(list->FindByName("NAME"), nullptr);
     EXPECT_EQ(list->FindByName(""), nullptr);
 }
@@ -280,30 +256,20 @@ TEST_F(ListDataArrayTest, ATakenFileIsClosedAgainBeforeThePause) {
     Folder.Write("Name.pmt", "");
     Folder.Write("Name-1.pmt", "");
     Fakes.Clock.OnSleep = [this] {
-        EXPECT_EQ(SystemFiles().Open({.Path = Folder.Path("Name-1.pmt")}).Error, FileError::None);
+        EXPECT_EQ(SystemFiles().Remove(Folder.Path("Name-1.pmt")), FileError::None);
     };
     EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-2.pmt");
     EXPECT_EQ(Fakes.Clock.Sleeps.size(), 1U);
 }
 
-TEST_F(ListDataArrayTest, NumberedProbesOpenAnExistingFileForReadingAndWriting) {
-    Folder.Write("Name.pmt", "");
-    MakeList()->MakeFileName("Name");
-    EXPECT_EQ(Fakes.Disk.LastOpen.Path, Folder.Path("Name-1.pmt"));
-    EXPECT_EQ(Fakes.Disk.LastOpen.Access, FileAccess::ReadWrite);
-    EXPECT_EQ(Fakes.Disk.LastOpen.Share, FileShare::ReadWrite);
-    EXPECT_EQ(Fakes.Disk.LastOpen.Disposition, FileDisposition::OpenExisting);
-    EXPECT_EQ(Fakes.Disk.LastOpen.Attributes, FileAttributes::Normal);
-}
-
 TEST_F(ListDataArrayTest, TheFirstProbeOnlyAsksWhetherTheFileExists) {
     EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name.pmt");
     EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Exists), 1U);
-    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Open), 0U);
+    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::TryOpen), 0U);
 }
 
 TEST_F(ListDataArrayTest, ANameThatCannotBeLookedAtIsTaken) {
-    Fakes.Disk.Plan.FailAt(FileOperation::Exists, 1, FileError::AccessDenied);
+    Fakes.Disk.Plan.FailAt(FileOperation::Exists, 1, FileError::Held);
     EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-1.pmt");
 }
 
@@ -314,40 +280,71 @@ TEST_F(ListDataArrayTest, AFolderTakesANumberWithoutAWait) {
     EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
 }
 
-TEST_F(ListDataArrayTest, ANewFavoriteIsNotWrittenOverAFile) {
-    const auto list = MakeList();
-    CPMXTemplUIListData record;
-    record.SetFileName("New.pmt");
-    ASSERT_TRUE(record.EnsureDocument());
-    Folder.Write("New.pmt", "somebody else's");
-    EXPECT_FALSE(list->SaveNewFavorite(record));
-    EXPECT_EQ(Folder.Read("New.pmt"), "somebody else's");
-    Folder.Remove("New.pmt");
-    EXPECT_TRUE(list->SaveNewFavorite(record));
-    EXPECT_TRUE(list->LoadFavorite(record));
-    EXPECT_FALSE(list->SaveNewFavorite(record)) << "it is not new any more";
+std::unique_ptr<CPMXTemplUIListData> WithDocument(const std::string& nameInside) {
+    auto record = MakeFavorite();
+    EXPECT_NE(record, nullptr);
+    record->GetDocument()->SetName(nameInside);
+    return record;
 }
 
-TEST_F(ListDataArrayTest, ANewFavoriteThatCannotBeWrittenLeavesNoFile) {
+TEST_F(ListDataArrayTest, ANewFavoriteIsAppendedWithAFileOfItsOwn) {
     const auto list = MakeList();
-    CPMXTemplUIListData record;
-    EXPECT_FALSE(list->SaveNewFavorite(record)) << "without a file name";
-    record.SetFileName("New.pmt");
-    EXPECT_FALSE(list->SaveNewFavorite(record)) << "without a document";
-    ASSERT_TRUE(record.EnsureDocument());
+    auto record = WithDocument("inside");
+    record->SetStandard(1);
+    record->SetToolbar(1);
+    record->SetDeleteFlag(1);
+    record->SetImportFlag(1);
+    EXPECT_EQ(list->AddFavorite(std::move(record), "Name", 3), StoreResult::Success);
+    ASSERT_EQ(list->GetSize(), 1);
+    const CPMXTemplUIListData& added = list->At(0);
+    EXPECT_EQ(added.GetStandard(), 0U);
+    EXPECT_EQ(added.GetName(), "Name");
+    EXPECT_EQ(added.GetLevel(), 3);
+    EXPECT_EQ(added.GetToolbar(), 0);
+    EXPECT_EQ(added.GetIconIndex(), 14);
+    EXPECT_EQ(added.GetFileName(), "Name.pmt");
+    EXPECT_EQ(added.GetNewFlag(), 1);
+    EXPECT_EQ(added.GetDeleteFlag(), 0);
+    EXPECT_EQ(added.GetImportFlag(), 0);
+    EXPECT_TRUE(added.IsDocumentReady());
+    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "Name.pmt").Name, "inside");
+}
+
+TEST_F(ListDataArrayTest, AFileThatAppearsUnderANewFavoritesNameStaysAndTheNextNumberIsTaken) {
+    Fakes.Disk.AfterAbsence = [this](const std::string& path) {
+        Folder.Write("Name.pmt", "somebody else's");
+        Folder.Write("Name-1.pmt", "and held");
+        Fakes.Disk.AfterAbsence = nullptr;
+        EXPECT_EQ(path, Folder.Path("Name.pmt"));
+    };
+    Fakes.Disk.Plan.FailFrom(FileOperation::TryOpen, 1, FileError::Held);
+    const auto list = MakeList();
+    EXPECT_EQ(list->AddFavorite(WithDocument("inside"), "Name", 1), StoreResult::Success);
+    EXPECT_EQ(list->At(0).GetFileName(), "Name-2.pmt");
+    EXPECT_EQ(Folder.Read("Name.pmt"), "somebody else's");
+    EXPECT_EQ(Folder.Read("Name-1.pmt"), "and held");
+}
+
+TEST_F(ListDataArrayTest, ANewFavoriteThatCannotBeWrittenIsNotAddedAndLeavesNoFile) {
+    const auto list = MakeList();
     Host.Plan.FailAt(HostCall::Save, 1, HostFailure::Refuse);
-    EXPECT_FALSE(list->SaveNewFavorite(record));
-    Fakes.Disk.Plan.FailFrom(FileOperation::Open, 1, FileError::AccessDenied);
-    EXPECT_FALSE(list->SaveNewFavorite(record));
+    EXPECT_EQ(list->AddFavorite(WithDocument("inside"), "Name", 1), StoreResult::NotWritten);
+    Fakes.Disk.Plan.FailFrom(FileOperation::CreateNew, 1, FileError::Held);
+    EXPECT_EQ(list->AddFavorite(WithDocument("inside"), "Name", 1), StoreResult::NotWritten);
+    Fakes.Disk.Plan.Heal();
+    Fakes.Disk.Plan.FailFrom(FileOperation::CreateNew, 1, FileError::Exists);
+    Fakes.Services.LastFileNumber = 2;
+    EXPECT_EQ(MakeList()->AddFavorite(WithDocument("inside"), "Name", 1), StoreResult::NoFileName);
+    EXPECT_EQ(list->GetSize(), 0);
     EXPECT_THAT(Folder.Names(), IsEmpty());
 }
 
 TEST_F(ListDataArrayTest, ANumberedFileThatStaysLockedCountsAsFreeAfterAllRetries) {
     Folder.Write("Name.pmt", "");
     Folder.Write("Name-1.pmt", "");
-    Fakes.Disk.Plan.FailFrom(FileOperation::Open, 1, FileError::SharingViolation);
+    Fakes.Disk.Plan.FailFrom(FileOperation::TryOpen, 1, FileError::Held);
     EXPECT_EQ(MakeList()->MakeFileName("Name"), "Name-1.pmt");
-    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Open), 13U);
+    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::TryOpen), 13U);
     EXPECT_EQ(Fakes.Clock.Total(), 28'000U);
 }
 
@@ -376,12 +373,28 @@ TEST_F(ListDataArrayTest, FavoritesAreReadFromAndWrittenToTheFolder) {
     EXPECT_TRUE(list->SaveFavorite(record));
     EXPECT_EQ(FakeHost::ReadFavorite(Folder, Sjis(u8"表.pmt")).Name, "inside");
     record.GetDocument()->SetName("changed");
-    EXPECT_TRUE(list->LoadFavorite(record));
+    EXPECT_TRUE(list->EnsureLoaded(record));
+    EXPECT_EQ(record.GetDocument()->GetName(), "changed") << "what is loaded stays";
+    record.ReleaseDocument();
+    EXPECT_TRUE(list->EnsureLoaded(record));
     EXPECT_EQ(record.GetDocument()->GetName(), "inside");
     EXPECT_TRUE(list->DeleteFavorite(record));
     EXPECT_THAT(Folder.Names(), IsEmpty());
     EXPECT_FALSE(list->DeleteFavorite(record));
-    EXPECT_FALSE(list->LoadFavorite(record));
+}
+
+TEST_F(ListDataArrayTest, ADocumentThatCouldNotBeLoadedIsLoadedAtTheNextNeed) {
+    const auto list = MakeList();
+    CPMXTemplUIListData record;
+    record.SetFileName("a.pmt");
+    EXPECT_FALSE(list->EnsureLoaded(record));
+    EXPECT_NE(record.GetDocument(), nullptr) << "empty";
+    EXPECT_FALSE(record.IsDocumentReady());
+    FakeHost::WriteFavorite(Folder, "a.pmt", {.Level = 1, .Name = "inside"});
+    Host.Plan.FailAt(HostCall::Create, 2, HostFailure::Refuse);
+    EXPECT_FALSE(list->EnsureLoaded(record));
+    EXPECT_TRUE(list->EnsureLoaded(record));
+    EXPECT_EQ(record.GetDocument()->GetName(), "inside");
 }
 
 TEST_F(ListDataArrayTest, FileFieldsThatLeadOutOfTheFolderAreMissingFiles) {
@@ -429,7 +442,7 @@ TEST_F(ListDataArrayTest, FileFieldsThatLeadOutOfTheFolderAreMissingFiles) {
         record.SetFileName(field);
         ASSERT_TRUE(record.EnsureDocument());
         EXPECT_EQ(list.FavoritePath(record), std::nullopt) << field;
-        EXPECT_FALSE(list.LoadFavorite(record)) << field;
+        EXPECT_FALSE(list.EnsureLoaded(record)) << field;
         EXPECT_FALSE(list.SaveFavorite(record)) << field;
         EXPECT_FALSE(list.DeleteFavorite(record)) << field;
     }
@@ -465,7 +478,7 @@ TEST_F(ListDataArrayTest, FileFieldsInTheFolderKeepTheirName) {
 TEST_F(ListDataArrayTest, DeletingWaitsForAFileThatIsHeld) {
     FakeHost::WriteFavorite(Folder, "a.pmt", {});
     const auto list = MakeList();
-    Fakes.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::SharingViolation);
+    Fakes.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::Held);
     EXPECT_TRUE(list->DeleteFavorite(*FavoriteIn("a.pmt")));
     EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(1000));
     EXPECT_THAT(Folder.Names(), IsEmpty());
@@ -477,7 +490,6 @@ TEST_F(ListDataArrayTest, OnlyFilesOfDeletedUserFavoritesAreDeleted) {
     }
     const auto list = MakeList();
     list->Add(FavoriteIn("user.pmt", 0, 1));
-    list->Add(nullptr);
     list->Add(FavoriteIn("kept.pmt", 0, 0));
     list->Add(FavoriteIn("standard.pmt", 1, 1));
     list->Add(FavoriteIn("missing.pmt", 0, 1));

@@ -156,7 +156,7 @@ TEST_F(ListDataTest, EnsuringADocumentMakesOneOnce) {
     EXPECT_TRUE(record.EnsureDocument());
     const CPmxDocument* const document = record.GetDocument();
     ASSERT_NE(document, nullptr);
-    EXPECT_TRUE(record.IsDocumentReady());
+    EXPECT_FALSE(record.IsDocumentReady());
     EXPECT_TRUE(record.EnsureDocument());
     EXPECT_EQ(record.GetDocument(), document);
     EXPECT_EQ(Host.Plan.Calls(HostCall::Create), 1U);
@@ -268,24 +268,30 @@ TEST_F(ListDataTest, WhateverTheHostRefusesOrRaisesIsAFalseResult) {
     EXPECT_TRUE(record.SaveDocument(path.c_str()));
 }
 
-TEST_F(ListDataTest, ADocumentMarkedUnreadyIsReadyOnceItIsReadOrWritten) {
+TEST_F(ListDataTest, ADocumentIsReadyOnceItIsReadOrWrittenOrSaidToBe) {
     const TempFolder folder;
     const std::string path = folder.Path("a.pmt");
     CPMXTemplUIListData record;
     ASSERT_TRUE(record.EnsureDocument());
-    record.SetDocumentReady(false);
     EXPECT_FALSE(record.LoadDocument(path.c_str()));
-    EXPECT_FALSE(record.IsDocumentReady());
-    EXPECT_TRUE(record.SaveDocument(path.c_str()));
-    EXPECT_TRUE(record.IsDocumentReady());
-    record.SetDocumentReady(false);
-    EXPECT_TRUE(record.LoadDocument(path.c_str()));
-    EXPECT_TRUE(record.IsDocumentReady());
     CPMXTemplUIListData copy;
     ASSERT_TRUE(copy.EnsureDocument());
-    record.SetDocumentReady(false);
     copy = record;
-    EXPECT_FALSE(copy.IsDocumentReady()) << "the content that was copied lacks what belongs into it";
+    EXPECT_FALSE(record.IsDocumentReady());
+    EXPECT_FALSE(copy.IsDocumentReady());
+    EXPECT_TRUE(record.SaveDocument(path.c_str()));
+    EXPECT_TRUE(record.IsDocumentReady());
+    copy = record;
+    EXPECT_TRUE(copy.IsDocumentReady());
+    record.ReleaseDocument();
+    ASSERT_TRUE(record.EnsureDocument());
+    EXPECT_FALSE(record.IsDocumentReady());
+    EXPECT_TRUE(record.LoadDocument(path.c_str()));
+    EXPECT_TRUE(record.IsDocumentReady());
+    record.ReleaseDocument();
+    ASSERT_TRUE(record.EnsureDocument());
+    record.SetDocumentReady();
+    EXPECT_TRUE(record.IsDocumentReady());
 }
 
 } // namespace

@@ -1,29 +1,32 @@
 #include "store/list_file.h"
 
 #include "store/list_data_array.h"
-#include "support/fake_host.h"
 #include "support/fake_services.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <memory>
+#include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pmx::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::IsEmpty;
+using testing::StartsWith;
 
-constexpr const char* ListFile = "PmxTempleList.ini";
+constexpr const char* ListFile = DefaultListFileName;
 
-std::unique_ptr<CPMXTemplUIListData> Record(std::uint32_t standard, const std::string& name,
-                                            std::int32_t level, std::int32_t toolbar, std::int64_t icon,
-                                            const std::string& fileName) {
+std::unique_ptr<CPMXTemplUIListData> Record(std::uint32_t standard, std::string_view name, std::int32_t level,
+                                            std::int32_t toolbar, std::int64_t icon,
+                                            std::string_view fileName) {
     auto record = std::make_unique<CPMXTemplUIListData>();
     record->SetStandard(standard);
     record->SetName(name);
@@ -47,30 +50,17 @@ std::string Section(const std::string& count, const std::vector<std::string>& va
     return text;
 }
 
-class ListFileTest : public testing::Test {
-protected:
-    ListFileTest() { EXPECT_TRUE(List.SetFolder(Folder.Path().c_str())); }
+/// The value and the section of favorites of which only the name matters.
+std::string Named(const std::string& name) {
+    return "0~" + name + "~1~0~14~f.pmt";
+}
 
-    /// Reads a list file with this content; the names of the favorites in it.
-    std::vector<std::string> NamesIn(const std::string& content) {
-        Folder.Write(ListFile, content);
-        EXPECT_TRUE(List.LoadList());
-        return Names();
+std::string SectionOf(std::vector<std::string> names) {
+    for (std::string& name : names) {
+        name = Named(name);
     }
-
-    std::vector<std::string> Names() const {
-        std::vector<std::string> names;
-        for (const CPMXTemplUIListData* const record : List.GetRecords()) {
-            names.push_back(record->GetName());
-        }
-        return names;
-    }
-
-    FakeHost Host;
-    FakeServices Fakes;
-    TempFolder Folder;
-    CPMXTemplUIListDataArray List{nullptr, nullptr, Fakes.Services};
-};
+    return Section(std::to_string(names.size()), names);
+}
 
 // The value of one favorite
 
@@ -82,7 +72,6 @@ TEST(ListValue, IsSixFieldsInTheirOrder) {
 
 TEST(ListValue, FlagsAreOneOnlyForOne) {
     EXPECT_EQ(FormatListValue(*Record(7, "A", 1, 2, 0, "f")), "0~A~1~0~0~f");
-    EXPECT_EQ(FormatListValue(*Record(0, "A", 1, -1, 0, "f")), "0~A~1~0~0~f");
     EXPECT_EQ(FormatListValue(*Record(1, "A", 1, 1, 0, "f")), "1~A~1~1~0~f");
 }
 
@@ -143,9 +132,8 @@ TEST(ListValue, IsDroppedWithoutExactlySixFields) {
     EXPECT_EQ(Parse("0~A~1~1~14~a.pmt~x"), nullptr) << "seven";
     EXPECT_EQ(Parse("0~A~~1~14~a.pmt"), nullptr) << "an empty field shifts the others";
     EXPECT_EQ(Parse("0~A~1~1~14~"), nullptr) << "five";
-    EXPECT_EQ(Parse("0~~1~1~14~a.pmt"), nullptr);
-    EXPECT_EQ(Parse(""), nullptr);
     EXPECT_EQ(Parse("~~~~~"), nullptr);
+    EXPECT_EQ(Parse(""), nullptr);
 }
 
 TEST(ListValue, RunsOfSeparatorsCountAsOneAndThoseAtTheEndsAsNone) {
@@ -161,49 +149,189 @@ TEST(ListValue, IsDroppedWhenNameOrFileIsBlank) {
 }
 
 TEST(ListValue, AStandardFavoriteNeedsAKnownNumber) {
-    for (const char* const known : {"1", "2", "3", "4", "5", " 5 ", "4x", "+1"}) {
+    for (const char* const known : {"1", "5", " 5 ", "4x", "+1"}) {
         EXPECT_NE(Parse(std::string("1~Duplex~101~0~0~") + known), nullptr) << known;
     }
-    for (const char* const unknown : {"0", "6", "7", "-1", "Template.pmt", "x3", "4294967297"}) {
+    for (const char* const unknown : {"0", "6", "-1", "Template.pmt", "x3", "4294967297"}) {
         EXPECT_EQ(Parse(std::string("1~Duplex~101~0~0~") + unknown), nullptr) << unknown;
     }
     EXPECT_NE(Parse("1~Duplex~100~0~0~Template.pmt"), nullptr) << "only levels above 100 are asked";
     EXPECT_EQ(Parse("0~Duplex~105~0~0~Template.pmt"), nullptr) << "whatever the kind";
 }
 
-TEST(ListValue, TheSeparatorAsASecondByteSplitsNothing) {
-    for (const std::u8string_view name : {u8"ミ", u8"×", u8"ミ×ミ"}) {
-        const std::string text = Sjis(name);
-        ASSERT_EQ(text.back(), '~');
-        const auto record = Parse("0~" + text + "~1~0~14~" + text + ".pmt");
-        ASSERT_NE(record, nullptr);
-        EXPECT_EQ(record->GetName(), text);
-        EXPECT_EQ(record->GetFileName(), text + ".pmt");
-    }
-}
-
-TEST(ListValue, TheSeparatorAfterADoubleByteCharacterSplits) {
+TEST(ListValue, TheSeparatorAsASecondByteSplitsNothingAndAfterACharacterItDoes) {
+    const std::string name = Sjis(u8"ミ×");
+    ASSERT_EQ(name, "\x83~\x81~");
+    const auto record = Parse("0~" + name + "~1~0~14~" + name);
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(record->GetName(), name);
+    EXPECT_EQ(record->GetFileName(), name);
     EXPECT_EQ(Parse("0~" + Sjis(u8"ミ~ミ") + "~1~0~14~a.pmt"), nullptr) << "seven fields";
 }
 
-TEST(ListValue, DoubleByteAndHalfWidthTextsKeepTheirBytes) {
-    for (const std::u8string_view name : {u8"表ソ能", u8"ア", u8"ヂ", u8"ｱｲｳﾞ", u8"　全角　", u8"×"}) {
-        const std::string text = Sjis(name);
-        const auto record = Record(0, text, 1, 0, 14, text + ".pmt");
-        const auto again = Parse(FormatListValue(*record));
-        ASSERT_NE(again, nullptr) << Utf8(text);
-        EXPECT_EQ(again->GetName(), text);
-        EXPECT_EQ(again->GetFileName(), text + ".pmt");
+TEST(ListValue, IsTakenApartUnderACodePageWithoutDoubleByteCharactersToo) {
+    const std::u8string_view utf8 = u8"ミシン目ミ";
+    for (const std::string& name : {Sjis(utf8), std::string(utf8.begin(), utf8.end())}) {
+        const std::string value = Named(name);
+        const auto record = ParseListValue(value, LeadBytesIn(value, LeadByteTable{}));
+        ASSERT_NE(record, nullptr) << value;
+        EXPECT_EQ(record->GetName(), name);
     }
 }
 
-// Reading
+// The content of the file
 
-TEST_F(ListFileTest, AMissingFileIsAnEmptyList) {
-    List.Add(Record(0, "before", 1, 0, 14, "f"));
+std::vector<std::string> ValuesIn(const std::string& content) {
+    const ListValues values = ReadListValues(content);
+    return {values.begin(), values.end()};
+}
+
+TEST(ListContent, FavoritesAreReadInTheOrderOfTheirNumbers) {
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateData2=C\r\nTemplateData0=A\r\nTemplateNum=12\r\n"
+                         "TemplateData11=D\r\nTemplateData1=B\r\n"),
+                ElementsAre("A", "B", "C", "D"));
+}
+
+TEST(ListContent, GapsAreSkipped) {
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=A\r\nTemplateData2=C\r\n"),
+                ElementsAre("A", "C"));
+}
+
+TEST(ListContent, OnlyAsManyAsTheCountSaysAreRead) {
+    const auto read = [](const std::string& count) { return ValuesIn(Section(count, {"A", "B", "C"})); };
+    EXPECT_THAT(read("2"), ElementsAre("A", "B"));
+    EXPECT_THAT(read("+2"), ElementsAre("A", "B"));
+    EXPECT_THAT(read("2 favorites"), ElementsAre("A", "B"));
+    EXPECT_THAT(read("4294967298"), ElementsAre("A", "B")) << "modulo 2 to the 32nd";
+    EXPECT_THAT(read("-4294967294"), ElementsAre("A", "B"));
+    for (const char* const none : {"0", "-1", "4294967295", "2147483648", "abc", "", "0x2"}) {
+        EXPECT_THAT(read(none), IsEmpty()) << none;
+    }
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateData0=A\r\n"), IsEmpty()) << "no count";
+}
+
+TEST(ListContent, AHugeCountCostsWhatTheKeysCost) {
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=2147483647\r\nTemplateData2147483646=Z\r\n"
+                         "TemplateData2147483647=beyond\r\nTemplateData5=A\r\n"),
+                ElementsAre("A", "Z"));
+}
+
+TEST(ListContent, TheFirstOfEqualKeysCountsWhateverTheCaseOfTheirNames) {
+    EXPECT_THAT(ValuesIn("[pmxtemplatelist]\r\ntemplatedata0=A\r\nTEMPLATENUM=2\r\nTemplateNum=1\r\n"
+                         "TemplateData0=X\r\nTEMPLATEDATA1=B\r\nTemplateData1=Y\r\n"),
+                ElementsAre("A", "B"));
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=1\r\nTemplateData0=\r\nTemplateData0=A\r\n"),
+                ElementsAre(""))
+        << "even an empty one";
+}
+
+TEST(ListContent, OtherKeysAreNotRead) {
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=20\r\nTemplateData00=a\r\nTemplateData=b\r\n"
+                         "TemplateData1x=c\r\nTemplateData-1=d\r\nTemplateData+2=e\r\n"
+                         "TemplateData99999999999=f\r\nTemplateData4294967299=g\r\nTemplateDate3=h\r\n"
+                         ";TemplateData4=i\r\n ; TemplateData5=j\r\nTemplateData6\r\nTemplateData12=G\r\n"),
+                ElementsAre("G"));
+}
+
+TEST(ListContent, TheFirstSectionOfTheNameIsRead) {
+    EXPECT_THAT(ValuesIn("TemplateNum=1\r\nTemplateData0=v\r\n[Other]\r\nTemplateNum=1\r\n"
+                         "TemplateData0=w\r\n;[PMXTemplateList]\r\nTemplateData0=x\r\n" +
+                         Section("2", {"A"}) + "[More]\r\nTemplateData1=y\r\n" + Section("2", {"B", "C"})),
+                ElementsAre("A"));
+}
+
+TEST(ListContent, LinesEndWithAnyRunOfCrAndLf) {
+    for (const char* const end : {"\n", "\r", "\r\n", "\n\r", "\r\r\n\n"}) {
+        const std::string content = std::string(end) + "[PMXTemplateList]" + end + "TemplateNum=2" + end +
+                                    "TemplateData0=A" + end + "TemplateData1=B";
+        EXPECT_THAT(ValuesIn(content), ElementsAre("A", "B")) << testing::PrintToString(end);
+    }
+}
+
+TEST(ListContent, BlanksAroundSectionsKeysAndValuesDoNotCount) {
+    EXPECT_THAT(ValuesIn(" \t[ PMXTemplateList\t] ; mine\r\n TemplateNum\t= 3 \r\n"
+                         "\tTemplateData0 =\v A b \f\r\nTemplateData1=B=c;d\r\nTemplateData2= \r\n"),
+                ElementsAre("A b", "B=c;d", ""));
+}
+
+TEST(ListContent, OnePairOfQuotesAroundAValueIsRemoved) {
+    const std::string content = Section("'6'", {"\" A \"", "'B'", "\"\"C\"\"", "\"D'", "\"", "\"E\";"});
+    EXPECT_THAT(ValuesIn(content), ElementsAre(" A ", "B", "\"C\"", "\"D'", "\"", "\"E\";"));
+}
+
+TEST(ListContent, ASecondByteEndsNoSectionName) {
+    const std::string notClosed = Sjis(u8"[ゾ");
+    ASSERT_EQ(notClosed.back(), ']');
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=1\r\n" + notClosed + "\r\n[x\r\nTemplateData0=A"),
+                ElementsAre("A"));
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]" + Sjis(u8"ゾ") + "\r\nTemplateNum=1\r\nTemplateData0=A"),
+                ElementsAre("A"));
+    EXPECT_THAT(ValuesIn("[PMXTemplateList]\r\nTemplateNum=1\r\n" + notClosed + "]\r\nTemplateData0=A"),
+                IsEmpty());
+}
+
+TEST(ListContent, EveryByteOutsideTheSectionStaysAndTheSectionGoesToTheEnd) {
+    const std::string section = Section("1", {"New"});
+    const std::string old = "[pmxTEMPLATElist]\nTemplateNum=9\r\n; gone\r\n\r\nx=1\r\n";
+    const std::string above = "\r\n\n; mine\r\n\r\nloose line\r\n  TemplateNum = 3\r\n";
+    const std::string alpha = "  [ Alpha ]\n\nx = 1 \n; a comment\n" + Sjis(u8"[ゾ\nミ=ソ~×\n");
+    const std::string beta = Sjis(u8"[表]\r\r\ny=\"2\"\t\r\n\r\n\r\n");
+    EXPECT_EQ(WithSection("", section), section);
+    EXPECT_EQ(WithSection(old, section), section);
+    EXPECT_EQ(WithSection("\r\n\r\n" + old, section), "\r\n\r\n" + section);
+    EXPECT_EQ(WithSection(above, section), above + section);
+    EXPECT_EQ(WithSection(old + alpha + beta, section), alpha + beta + section);
+    EXPECT_EQ(WithSection(above + alpha + old + beta, section), above + alpha + beta + section);
+    EXPECT_EQ(WithSection(alpha + beta + old, section), alpha + beta + section);
+    EXPECT_EQ(WithSection(old + alpha + old + beta + old, section), alpha + beta + section);
+    EXPECT_EQ(WithSection(old + "[Alpha]\nx=1", section), "[Alpha]\nx=1\r\n" + section);
+    EXPECT_EQ(WithSection("[Alpha]\n[PMXTemplateList]", section), "[Alpha]\n" + section);
+}
+
+// The file
+
+class ListFileTest : public testing::Test {
+protected:
+    ListFileTest() { EXPECT_TRUE(List.SetFolder(Folder.Path().c_str())); }
+
+    /// Reads a list file with this content; the names of the favorites in it.
+    std::vector<std::string> NamesIn(const std::string& content) {
+        Folder.Write(ListFile, content);
+        EXPECT_TRUE(List.LoadList());
+        return Names();
+    }
+
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const CPMXTemplUIListData* const record : List.GetRecords()) {
+            names.push_back(record->GetName());
+        }
+        return names;
+    }
+
+    void Add(const std::string& name) { List.Add(Record(0, name, 1, 0, 14, "f.pmt")); }
+
+    /// Expects a save to fail, with the list file as it was and nothing beside it.
+    void ExpectRefused() {
+        const std::string before = Folder.Read(ListFile);
+        EXPECT_FALSE(List.WriteListFile());
+        EXPECT_EQ(Folder.Read(ListFile), before);
+        EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
+    }
+
+    FakeServices Fakes;
+    TempFolder Folder;
+    CPMXTemplUIListDataArray List{nullptr, nullptr, Fakes.Services};
+};
+
+TEST_F(ListFileTest, AMissingOrEmptyFileIsAnEmptyList) {
+    Add("before");
     EXPECT_TRUE(List.LoadList());
     EXPECT_EQ(List.GetSize(), 0);
     EXPECT_THAT(Folder.Names(), IsEmpty());
+    EXPECT_THAT(NamesIn(""), IsEmpty());
+    EXPECT_TRUE(List.WriteListFile());
+    EXPECT_EQ(Folder.Read(ListFile), SectionOf({}));
 }
 
 TEST_F(ListFileTest, AListWithoutAFolderCannotBeRead) {
@@ -214,344 +342,171 @@ TEST_F(ListFileTest, AListWithoutAFolderCannotBeRead) {
     EXPECT_FALSE(list.WriteListFile());
 }
 
-TEST_F(ListFileTest, FavoritesAreReadInTheOrderOfTheirNumbers) {
-    EXPECT_THAT(NamesIn(Section("3", {"0~A~1~0~14~a", "1~B~101~1~0~3", "0~C~5~0~14~c"})),
-                ElementsAre("A", "B", "C"));
-    EXPECT_EQ(List.GetAt(1)->GetStandard(), 1U);
-    EXPECT_EQ(List.GetAt(2)->GetLevel(), 5);
-    EXPECT_EQ(List.GetAt(0)->GetNewFlag(), 0);
+TEST_F(ListFileTest, DamagedEntriesAreLeftOutAndDuplicateNamesAndUnknownLevelsAreNot) {
+    EXPECT_THAT(NamesIn(Section("7", {"0~A~1~1~14~a.pmt~x", "0~B~~1~14~b.pmt", "", "1~D~101~0~0~d.pmt",
+                                      "0~E~9~0~14~e.pmt", "0~E~-1~0~14~e.pmt", "0~e~1~0~14~e.pmt"})),
+                ElementsAre("E", "E", "e"));
 }
-
-TEST_F(ListFileTest, TheOrderOfTheLinesDoesNotMatter) {
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateData2=0~C~1~0~14~c\r\nTemplateData0=0~A~1~0~14~a\r\n"
-                        "TemplateNum=4\r\nTemplateData3=0~D~1~0~14~d\r\nTemplateData1=0~B~1~0~14~b\r\n"),
-                ElementsAre("A", "B", "C", "D"));
-}
-
-TEST_F(ListFileTest, TheFirstValueOfANumberCountsEvenBeforeTheCount) {
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateData0=0~A~1~0~14~a\r\nTemplateNum=3\r\n"
-                        "TemplateData0=0~X~1~0~14~x\r\nTemplateData1=0~B~1~0~14~b\r\n"
-                        "TemplateData2=0~C~1~0~14~c\r\nTemplateData1=0~Y~1~0~14~y\r\n"),
-                ElementsAre("A", "B", "C"));
-}
-
-TEST_F(ListFileTest, GapsAreSkipped) {
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=0~A~1~0~14~a\r\n"
-                        "TemplateData2=0~C~1~0~14~c\r\n"),
-                ElementsAre("A", "C"));
-}
-
-TEST_F(ListFileTest, DamagedEntriesAreLeftOut) {
-    EXPECT_THAT(NamesIn(Section("5", {"0~A~1~1~14~a.pmt~x", "0~B~~1~14~b.pmt", "", "1~D~101~0~0~d.pmt",
-                                      "0~E~1~0~14~e.pmt"})),
-                ElementsAre("E"));
-}
-
-TEST_F(ListFileTest, OnlyAsManyAsTheCountSaysAreRead) {
-    const std::vector<std::string> values = {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"};
-    EXPECT_THAT(NamesIn(Section("2", values)), ElementsAre("A", "B"));
-    EXPECT_THAT(NamesIn(Section("0", values)), IsEmpty());
-    EXPECT_THAT(NamesIn(Section("-1", values)), IsEmpty());
-    EXPECT_THAT(NamesIn(Section("4294967295", values)), IsEmpty());
-    EXPECT_THAT(NamesIn(Section("abc", values)), IsEmpty());
-    EXPECT_THAT(NamesIn(Section("", values)), IsEmpty());
-    EXPECT_THAT(NamesIn(Section("0x2", values)), ElementsAre("A", "B"));
-    EXPECT_THAT(NamesIn(Section("2 favorites", values)), ElementsAre("A", "B"));
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateData0=0~A~1~0~14~a\r\n"), IsEmpty()) << "no count";
-}
-
-TEST_F(ListFileTest, KeysAreFoundWhateverTheirCaseAndTheFirstOfAKindCounts) {
-    EXPECT_THAT(NamesIn("[pmxtemplatelist]\r\nTEMPLATENUM=2\r\ntemplatenum=1\r\n"
-                        "templatedata0=0~A~1~0~14~a\r\nTemplateData0=0~X~1~0~14~x\r\n"
-                        "TEMPLATEDATA1=0~B~1~0~14~b\r\n[PMXTemplateList]\r\nTemplateData0=0~Y~1~0~14~y\r\n"),
-                ElementsAre("A", "B"));
-}
-
-TEST_F(ListFileTest, AnEmptyFirstValueHidesASecondOfThatNumber) {
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=\r\n"
-                        "TemplateData0=0~A~1~0~14~a\r\nTemplateData1=0~B~1~0~14~b\r\n"),
-                ElementsAre("B"));
-}
-
-TEST_F(ListFileTest, KeysWithOtherNumberFormatsAreNotAskedFor) {
-    EXPECT_THAT(NamesIn("[PMXTemplateList]\r\nTemplateNum=20\r\nTemplateData00=0~A~1~0~14~a\r\n"
-                        "TemplateData=0~B~1~0~14~b\r\nTemplateData1x=0~C~1~0~14~c\r\n"
-                        "TemplateData-1=0~D~1~0~14~d\r\nTemplateData+2=0~E~1~0~14~e\r\n"
-                        "TemplateData99999999999=0~F~1~0~14~f\r\nTemplateData12=0~G~1~0~14~g\r\n"),
-                ElementsAre("G"));
-}
-
-TEST_F(ListFileTest, OtherSectionsAreNotRead) {
-    EXPECT_THAT(NamesIn("[Other]\r\nTemplateNum=1\r\nTemplateData0=0~X~1~0~14~x\r\n" +
-                        Section("1", {"0~A~1~0~14~a"}) + "[More]\r\nTemplateData0=0~Y~1~0~14~y\r\n"),
-                ElementsAre("A"));
-}
-
-TEST_F(ListFileTest, DuplicateNamesAndUnknownLevelsAreKept) {
-    EXPECT_THAT(NamesIn(Section("3", {"0~A~9~0~14~a", "0~A~-1~0~14~a", "0~a~1~0~14~missing"})),
-                ElementsAre("A", "A", "a"));
-}
-
-TEST_F(ListFileTest, AHugeCountCostsWhatTheKeysCost) {
-    const std::vector<std::string> values = {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"};
-    EXPECT_EQ(NamesIn(Section("3", values)).size(), 3U);
-    const std::size_t profileCalls = Fakes.Profiles.Plan.Calls();
-    const std::size_t fileCalls = Fakes.Disk.Plan.Calls();
-    for (const char* const count : {"2147483647", "-1", "garbage", "4294967295", "2147483648"}) {
-        const std::size_t profileBefore = Fakes.Profiles.Plan.Calls();
-        const std::size_t filesBefore = Fakes.Disk.Plan.Calls();
-        const std::size_t found = NamesIn(Section(count, values)).size();
-        EXPECT_EQ(found, std::string(count) == "2147483647" ? 3U : 0U) << count;
-        EXPECT_EQ(Fakes.Profiles.Plan.Calls() - profileBefore, profileCalls) << count;
-        EXPECT_LE(Fakes.Disk.Plan.Calls() - filesBefore, fileCalls) << count;
-    }
-    EXPECT_EQ(Fakes.Profiles.Plan.Calls(ProfileOperation::VisitSection), 6U);
-    EXPECT_EQ(profileCalls, 1U) << "one pass over the section";
-}
-
-TEST_F(ListFileTest, AKeyWithAHugeNumberIsReadInItsPlace) {
-    EXPECT_THAT(
-        NamesIn("[PMXTemplateList]\r\nTemplateNum=2147483647\r\nTemplateData2147483646=0~Z~1~0~14~z\r\n"
-                "TemplateData5=0~A~1~0~14~a\r\n"),
-        ElementsAre("A", "Z"));
-}
-
-TEST_F(ListFileTest, TheReadBufferHasTheFilesSizeAndCutsLongerValuesBetweenCharacters) {
-    Folder.Write(ListFile, Section("1", {"0~A~1~0~14~" + Sjis(u8"表表") + ".pmt"}));
-    Host.ReportedFileSize = 15; // room for 14 bytes: the first character and half of the second
-    EXPECT_TRUE(List.LoadList());
-    ASSERT_EQ(List.GetSize(), 1);
-    EXPECT_EQ(List.GetAt(0)->GetFileName(), Sjis(u8"表"));
-}
-
-TEST_F(ListFileTest, AFileThatCannotBeMeasuredIsReadWithTheSmallestBuffer) {
-    const std::string longName(5000, 'n');
-    Folder.Write(ListFile, Section("2", {"0~A~1~0~14~a", "0~" + longName + "~1~0~14~b"}));
-    Host.Plan.FailAt(HostCall::OpenFile, 1, HostFailure::Refuse);
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), ElementsAre("A")) << "the second is longer than 4096 bytes";
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), ElementsAre("A", longName));
-}
-
-TEST_F(ListFileTest, AnEmptyFileIsAnEmptyListAndOneOfUnknownSizeIsRead) {
-    EXPECT_THAT(NamesIn(""), IsEmpty());
-    Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}));
-    Host.Plan.FailAt(HostCall::FileSize, 2, HostFailure::Refuse);
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), ElementsAre("A"));
-    EXPECT_EQ(Host.LiveFiles, 0U);
-}
-
-/// Profiles that lack memory after some entries.
-class PoorProfile : public FakeProfile {
-public:
-    std::size_t Entries = 0;
-
-    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
-        std::size_t count = 0;
-        return FakeProfile::VisitSection(path, section, [&](std::string_view key, std::string_view value) {
-            if (count++ == Entries) {
-                throw std::bad_alloc();
-            }
-            visit(key, value);
-        });
-    }
-};
-
-TEST_F(ListFileTest, LackOfMemoryIsAFalseResultWithWhatWasReadSoFar) {
-    Folder.Write(ListFile, Section("3", {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"}));
-    PoorProfile profiles;
-    profiles.Entries = 3;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
-    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
-    EXPECT_FALSE(list.LoadList());
-    ASSERT_EQ(list.GetSize(), 2);
-    EXPECT_EQ(list.GetAt(1)->GetName(), "B");
-    EXPECT_FALSE(list.WriteListFile()) << "a part must not take the place of the whole";
-    EXPECT_EQ(Folder.Read(ListFile), Section("3", {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"}));
-}
-
-/// Profiles during whose reading somebody tries to shut the file off.
-class WatchingProfile : public FakeProfile {
-public:
-    FileError ShutOff = FileError::None;
-
-    bool VisitSection(const std::string& path, std::string_view section, const Visitor& visit) override {
-        ShutOff = SystemFiles().Open({.Path = path, .Access = FileAccess::ReadWrite}).Error;
-        return FakeProfile::VisitSection(path, section, visit);
-    }
-};
-
-TEST_F(ListFileTest, NobodyCanShutTheFileOffWhileItIsRead) {
-    Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}));
-    WatchingProfile profiles;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
-    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
-    EXPECT_TRUE(list.LoadList());
-    EXPECT_EQ(profiles.ShutOff, FileError::SharingViolation);
-    EXPECT_EQ(list.GetSize(), 1);
-    EXPECT_EQ(SystemFiles().Open({.Path = Folder.Path(ListFile), .Access = FileAccess::ReadWrite}).Error,
-              FileError::None)
-        << "and it is free again afterwards";
-}
-
-// Writing
 
 TEST_F(ListFileTest, AListIsWrittenAsItsCountAndItsFavorites) {
     List.Add(Record(0, Sjis(u8"両面印刷"), 1, 1, 14, "Template.pmt"));
     List.Add(Record(1, "Duplex", 101, 0, 3, "3"));
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=" +
-                                         Sjis(u8"0~両面印刷~1~1~14~Template.pmt") +
-                                         "\r\nTemplateData1=1~Duplex~101~0~3~3\r\n");
+    EXPECT_EQ(Folder.Read(ListFile),
+              Section("2", {Sjis(u8"0~両面印刷~1~1~14~Template.pmt"), "1~Duplex~101~0~3~3"}));
     EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
-}
-
-TEST_F(ListFileTest, AnEmptyListIsItsCountAlone) {
-    EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=0\r\n");
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
 }
 
 TEST_F(ListFileTest, DeletedFavoritesCountButAreNotWritten) {
-    List.Add(Record(0, "A", 1, 0, 14, "a"));
-    List.Add(Record(0, "B", 1, 0, 14, "b"));
-    List.Add(nullptr);
-    List.Add(Record(0, "C", 1, 0, 14, "c"));
-    List.GetAt(1)->SetDeleteFlag(1);
-    List.GetAt(3)->SetDeleteFlag(2);
-    Folder.Write("b", "");
+    for (const char* const name : {"A", "B", "C"}) {
+        Add(name);
+    }
+    List.At(1).SetDeleteFlag(1);
+    List.At(2).SetDeleteFlag(2);
+    Folder.Write("f.pmt", "");
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), Section("4", {"0~A~1~0~14~a", "0~C~1~0~14~c"}));
-    EXPECT_TRUE(Folder.Exists("b")) << "writing alone deletes no favorite file";
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), ElementsAre("A", "C"));
+    EXPECT_EQ(Folder.Read(ListFile), Section("3", {Named("A"), Named("C")}));
+    EXPECT_TRUE(Folder.Exists("f.pmt")) << "writing alone deletes no favorite file";
 }
 
 TEST_F(ListFileTest, TheCountAndOrderCanBeGiven) {
-    List.Add(Record(0, "A", 1, 0, 14, "a"));
-    List.Add(Record(0, "B", 1, 0, 14, "b"));
-    EXPECT_TRUE(List.WriteListFile({List.GetAt(1), List.GetAt(0)}, 7));
-    EXPECT_EQ(Folder.Read(ListFile), Section("7", {"0~B~1~0~14~b", "0~A~1~0~14~a"}));
+    Add("A");
+    Add("B");
+    EXPECT_TRUE(List.WriteListFile({&List.At(1), &List.At(0)}, 7));
+    EXPECT_EQ(Folder.Read(ListFile), Section("7", {Named("B"), Named("A")}));
 }
 
-TEST_F(ListFileTest, StaleEntriesOfALongerListVanish) {
-    Folder.Write(ListFile, Section("3", {"0~A~1~0~14~a", "0~B~1~0~14~b", "0~C~1~0~14~c"}));
-    List.Add(Record(0, "D", 1, 0, 14, "d"));
+TEST_F(ListFileTest, WhatOthersWriteOutsideTheSectionMeanwhileStays) {
+    EXPECT_THAT(NamesIn(SectionOf({"A", "B"})), ElementsAre("A", "B"));
+    List.At(0).SetDeleteFlag(1);
+    Folder.Write(ListFile, SectionOf({"A", "B", "C"}) + "[Beta]\nz=3\n");
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), Section("1", {"0~D~1~0~14~d"}));
+    EXPECT_EQ(Folder.Read(ListFile), "[Beta]\nz=3\n" + Section("2", {Named("B")}));
 }
 
-/// Writes the list as the plain sequence of profile writes.
-void WritePlainly(const std::string& path, const ProfileEntries& entries) {
-    Profile& profile = SystemProfile();
-    EXPECT_TRUE(profile.WriteString(path, "PMXTemplateList", std::nullopt, std::nullopt));
-    for (const ProfileEntry& entry : entries) {
-        EXPECT_TRUE(profile.WriteString(path, "PMXTemplateList", entry.Key, entry.Value));
-    }
-}
-
-TEST_F(ListFileTest, TheBytesAreThoseOfThePlainSequenceOfProfileWrites) {
-    const std::string old = Section("2", {"0~Old~1~0~14~old", "0~Older~1~0~14~older"});
-    const std::string alpha = "[Alpha]\r\nx=1\r\n; a comment\r\ny = 2\r\n";
-    const std::string beta = "[Beta]\r\nz=3\r\n";
-    const std::vector<std::string> files = {
-        "",
-        old,
-        old + "\r\n\r\n",
-        alpha,
-        old + alpha + beta,
-        alpha + old + beta,
-        alpha + beta + old,
-        alpha + beta,
-        "; above everything\r\nloose line\r\n" + alpha + old + "; below\r\n" + beta,
-        "[Alpha]\nx=1\n[PMXTemplateList]\nTemplateNum=1\nTemplateData0=0~O~1~0~14~o\n[Beta]\nz=3",
-        "[Alpha]\r\nx=1\r\n[PMXTemplateList]\r\nTemplateNum=1",
-        "[ALPHA]\r\n[pmxTEMPLATElist]\r\ntemplatenum=1\r\n",
-        Sjis(u8"[表]\r\nミ=ソ~×\r\n") + old,
-        "[Alpha]\r\n\r\n\r\nx=1\r\n\r\n",
-    };
-    List.Add(Record(0, Sjis(u8"ミ表ソ能×ｱ"), 1, 1, 14, Sjis(u8"ミ.pmt")));
-    List.Add(Record(1, "", 101, 0, 3, "3"));
-    List.Add(Record(0, " blanks ", 5, 0, 59, " x.pmt "));
-    List.Add(Record(0, "\"quoted\"", 2, 0, -1, "'q'"));
-    List.Add(Record(0, "a=b;c#d[e]", 3, 0, 0, "x"));
-    const ProfileEntries entries = MakeListEntries(List.GetRecords(), List.GetSize());
-    for (const std::string& content : files) {
-        if (content.empty()) {
-            std::filesystem::remove(DiskPath(Folder.Path(ListFile)));
-            std::filesystem::remove(DiskPath(Folder.Path("plain.ini")));
-        } else {
-            Folder.Write(ListFile, content);
-            Folder.Write("plain.ini", content);
+TEST_F(ListFileTest, EveryDoubleByteNameKeepsItsBytes) {
+    std::vector<std::string> values;
+    for (int first = 0x81; first <= 0xFC; first = first == 0x9F ? 0xE0 : first + 1) {
+        for (int second = 0x40; second <= 0xFC; second = second == 0x7E ? 0x80 : second + 1) {
+            const std::string character = {static_cast<char>(first), static_cast<char>(second)};
+            values.push_back("0~" + character + "~1~0~14~" + character + ".pmt");
         }
-        WritePlainly(Folder.Path("plain.ini"), entries);
-        EXPECT_TRUE(List.WriteListFile());
-        EXPECT_EQ(Folder.Read(ListFile), Folder.Read("plain.ini")) << content;
     }
-    EXPECT_THAT(Folder.Names(), ElementsAre(ListFile, "plain.ini"));
-}
-
-TEST_F(ListFileTest, OtherSectionsAndCommentsSurvive) {
-    Folder.Write(ListFile,
-                 "; mine\r\n[Alpha]\r\nx=1\r\n" + Section("1", {"0~A~1~0~14~a"}) + "[Beta]\r\nz=3\r\n");
-    EXPECT_TRUE(List.LoadList());
+    const std::string content = Section(std::to_string(values.size()), values);
+    EXPECT_EQ(NamesIn(content).size(), 60U * 188U);
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile),
-              "; mine\r\n[Alpha]\r\nx=1\r\n[Beta]\r\nz=3\r\n" + Section("1", {"0~A~1~0~14~a"}));
+    EXPECT_TRUE(Folder.Read(ListFile) == content);
 }
 
-TEST_F(ListFileTest, ASecondSectionOfTheNameIsReplacedToo) {
-    Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}) + "[Alpha]\r\nx=1\r\n" +
-                               Section("1", {"0~B~1~0~14~b", "0~stale~1~0~14~s"}));
-    EXPECT_TRUE(List.LoadList());
+TEST_F(ListFileTest, ListsOfAnySizeAreReadAndWrittenWhole) {
+    std::vector<std::string> names(100'000, "A");
+    names.back() = std::string(10'000'000, 'n');
+    const std::string content = SectionOf(names);
+    EXPECT_TRUE(NamesIn(content) == names);
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), "[Alpha]\r\nx=1\r\n" + Section("1", {"0~A~1~0~14~a"}));
+    EXPECT_TRUE(Folder.Read(ListFile) == content);
 }
 
-TEST_F(ListFileTest, AReadOnlyListFileIsLeftAlone) {
-    const std::string before = Section("1", {"0~A~1~0~14~a"}) + "; no line end";
-    Folder.Write(ListFile, before);
+TEST_F(ListFileTest, ListsInFoldersWithDoubleByteNamesAreReadAndWritten) {
+    for (const std::u8string_view name : {u8"表", u8"ミ", u8"ソ×能", u8"ｱｲｳ"}) {
+        Folder.AddFolder(Sjis(name));
+        ASSERT_TRUE(List.Open(Folder.Path(Sjis(name)).c_str()));
+        Add(Sjis(name));
+        EXPECT_TRUE(List.WriteListFile());
+        EXPECT_TRUE(List.LoadList());
+        EXPECT_THAT(Names(), ElementsAre(Sjis(name)));
+        EXPECT_TRUE(Folder.Exists(Sjis(name) + "\\" + ListFile));
+    }
+}
+
+// Files with a mark
+
+std::string Bytes(std::u8string_view text) {
+    return {text.begin(), text.end()};
+}
+
+std::string Utf16(std::u16string_view text, bool isBigEndian) {
+    std::string bytes;
+    for (const char16_t unit : text) {
+        const std::string pair = {static_cast<char>(unit & 0xFFU), static_cast<char>(unit >> 8U)};
+        bytes += isBigEndian ? std::string(pair.rbegin(), pair.rend()) : pair;
+    }
+    return bytes;
+}
+
+TEST_F(ListFileTest, AFileWithAMarkIsReadAndIsWrittenInTheCodePage) {
+    const std::u16string content =
+        u"\uFEFF[表]\r\n[PMXTemplateList]\r\nTemplateNum=1\r\nTemplateData0=0~ミ~1~0~14~f.pmt\r\n";
+    for (const std::string& bytes : {Bytes(u8"\uFEFF[表]\r\n[PMXTemplateList]\r\nTemplateNum=1\r\n"
+                                           u8"TemplateData0=0~ミ~1~0~14~f.pmt\r\n"),
+                                     Utf16(content, false), Utf16(content, true)}) {
+        EXPECT_THAT(NamesIn(bytes), ElementsAre(Sjis(u8"ミ"))) << testing::PrintToString(bytes);
+        EXPECT_TRUE(List.WriteListFile());
+        EXPECT_EQ(Folder.Read(ListFile), Sjis(u8"[表]\r\n") + SectionOf({Sjis(u8"ミ")}));
+    }
+}
+
+TEST_F(ListFileTest, AFileWithAMarkThatLosesACharacterIsShownAndNotOverwritten) {
+    const std::u16string content = u"\uFEFF[PMXTemplateList]\r\nTemplateNum=2\r\n"
+                                   u"TemplateData0=0~A~1~0~14~f.pmt\r\nTemplateData1=0~é~1~0~14~f.pmt\r\n";
+    const std::string utf16 = Utf16(content, false);
+    const std::string utf8 = "\xEF\xBB\xBF" + SectionOf({"A", Bytes(u8"\U0001F600")});
+    const std::string oddLength = Utf16(content.substr(0, content.find(u"TemplateData1")), false) + "x";
+    for (const std::string& bytes : {utf8, utf16, oddLength}) {
+        const std::vector<std::string> names = NamesIn(bytes);
+        ASSERT_FALSE(names.empty());
+        EXPECT_EQ(names.front(), "A");
+        ExpectRefused();
+
+        NamesIn(SectionOf({"B"}));
+        Folder.Write(ListFile, bytes);
+        ExpectRefused(); // somebody has put it there since the list was read
+    }
+}
+
+// Files that are held, or cannot be read or written
+
+TEST_F(ListFileTest, AReadOnlyListFileIsLeftAloneAtOnce) {
+    Folder.Write(ListFile, SectionOf({"A"}) + "; no line end");
     Folder.SetReadOnly(ListFile, true);
     EXPECT_TRUE(List.LoadList());
     EXPECT_THAT(Names(), ElementsAre("A"));
-    List.Add(Record(0, "B", 1, 0, 14, "b"));
-    EXPECT_FALSE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), before);
-    EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
+    ExpectRefused();
     EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty()) << "it does not become writable by waiting";
     Folder.SetReadOnly(ListFile, false);
     EXPECT_TRUE(List.WriteListFile());
 }
 
 TEST_F(ListFileTest, AFileThatCouldNotBeReadIsNotOverwrittenLater) {
-    const std::string before = Section("1", {"0~A~1~0~14~a"});
-    Folder.Write(ListFile, before);
-    {
-        const OpenResult held =
-            SystemFiles().Open({.Path = Folder.Path(ListFile), .Access = FileAccess::ReadWrite});
-        ASSERT_EQ(held.Error, FileError::None);
+    for (const FileError error : {FileError::Held, FileError::Other}) {
+        Fakes.Disk.Plan.FailFrom(FileOperation::Read, 1, error);
+        EXPECT_THAT(NamesIn(SectionOf({"A"})), IsEmpty());
+        Fakes.Disk.Plan.Heal();
+        ExpectRefused();
         EXPECT_TRUE(List.LoadList());
+        EXPECT_THAT(Names(), ElementsAre("A"));
+        EXPECT_TRUE(List.WriteListFile()) << "once read, it may be written";
     }
-    EXPECT_FALSE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), before);
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_THAT(Names(), ElementsAre("A"));
-    EXPECT_TRUE(List.WriteListFile()) << "once read, it may be written";
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty()) << "nobody waits for a list to be shown";
 }
 
-TEST_F(ListFileTest, AFileWhoseReadingFailedIsNotOverwrittenLater) {
-    const std::string before = Section("1", {"0~A~1~0~14~a"});
-    Folder.Write(ListFile, before);
-    Fakes.Profiles.Plan.FailAt(ProfileOperation::VisitSection, 1, {});
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_FALSE(List.WriteListFile());
-    Host.Plan.FailAt(HostCall::OpenFile, 2, HostFailure::Raise);
-    EXPECT_THROW(List.LoadList(), HostError);
-    EXPECT_FALSE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), before);
-    EXPECT_TRUE(List.LoadList());
-    EXPECT_TRUE(List.WriteListFile());
+/// Files that lack memory for reading.
+class PoorFiles : public FakeFiles {
+public:
+    FileError Read(const std::string& /*path*/, std::string& /*content*/) override { throw std::bad_alloc(); }
+};
+
+TEST_F(ListFileTest, LackOfMemoryWhileReadingIsAFailureAndNothingIsOverwrittenLater) {
+    Folder.Write(ListFile, SectionOf({"A"}));
+    PoorFiles files;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, {files, Fakes.Clock});
+    EXPECT_FALSE(list.Open(Folder.Path().c_str()));
+    EXPECT_FALSE(list.WriteListFile());
+    CPMXTemplUIListDataArray unread(nullptr, nullptr, {files, Fakes.Clock});
+    EXPECT_TRUE(unread.SetFolder(Folder.Path().c_str()));
+    EXPECT_FALSE(unread.WriteListFile());
+    EXPECT_EQ(Folder.Read(ListFile), SectionOf({"A"}));
 }
 
 TEST_F(ListFileTest, AFolderInTheListFilesPlaceIsNeitherReadNorWritten) {
@@ -563,154 +518,71 @@ TEST_F(ListFileTest, AFolderInTheListFilesPlaceIsNeitherReadNorWritten) {
 }
 
 TEST_F(ListFileTest, AFileThatIsHeldForAMomentIsReadAndReplacedLater) {
-    Folder.Write(ListFile, Section("1", {"0~A~1~0~14~a"}) + "[Beta]\r\nz=3\r\n");
-    EXPECT_TRUE(List.LoadList());
-    Fakes.Profiles.Plan.FailAt(ProfileOperation::ReplaceSection, 1, {FileError::SharingViolation});
-    Fakes.Disk.Plan.FailAt(FileOperation::Replace, 1, FileError::AccessDenied);
+    Folder.Write(ListFile, SectionOf({"A"}) + "[Beta]\r\nz=3\r\n");
+    Add("B");
+    for (const std::size_t call : {1U, 2U}) {
+        Fakes.Disk.Plan.FailAt(FileOperation::Read, call, FileError::Held);
+        Fakes.Disk.Plan.FailAt(FileOperation::Replace, call, FileError::Held);
+    }
     EXPECT_TRUE(List.WriteListFile());
-    EXPECT_EQ(Folder.Read(ListFile), "[Beta]\r\nz=3\r\n" + Section("1", {"0~A~1~0~14~a"}));
-    EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(1000, 1000));
+    EXPECT_EQ(Folder.Read(ListFile), "[Beta]\r\nz=3\r\n" + SectionOf({"B"}));
+    EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
+    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Overwrite), 1U) << "only what was made aside is written";
+    EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(50, 50, 50, 50));
+}
+
+TEST_F(ListFileTest, AFileThatCannotBeReadForASecondIsNotReplaced) {
+    Folder.Write(ListFile, SectionOf({"A"}));
+    Fakes.Disk.Plan.FailFrom(FileOperation::Read, 1, FileError::Held);
+    ExpectRefused();
+    EXPECT_EQ(Fakes.Clock.Total(), 1000U);
+}
+
+TEST_F(ListFileTest, AFileThatIsHeldForLongerThanASecondIsOverwrittenWhereItLies) {
+    Folder.Write(ListFile, SectionOf({"A", "a longer list"}));
+    Add("B");
+    Fakes.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Held);
+    EXPECT_TRUE(List.WriteListFile());
+    EXPECT_EQ(Folder.Read(ListFile), SectionOf({"B"}));
+    EXPECT_THAT(Folder.Names(), ElementsAre(ListFile));
+    EXPECT_EQ(Fakes.Clock.Total(), 1000U);
+}
+
+TEST_F(ListFileTest, AFileThatCannotBeOverwrittenEitherStaysAsItIs) {
+    Folder.Write(ListFile, SectionOf({"A"}));
+    Fakes.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Held);
+    Fakes.Disk.Plan.FailAt(FileOperation::Overwrite, 2, FileError::Held);
+    ExpectRefused();
+    EXPECT_EQ(Fakes.Clock.Total(), 1000U);
+}
+
+TEST_F(ListFileTest, WhenOverwritingBreaksOffTheNewListStaysBesideTheFile) {
+    Folder.Write(ListFile, "[Beta]\r\n" + SectionOf({"A"}));
+    Add("B");
+    Fakes.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Held);
+    Fakes.Disk.Plan.FailAt(FileOperation::Overwrite, 2, FileError::Other);
+    EXPECT_FALSE(List.WriteListFile());
+    Folder.Remove(ListFile);
+    ASSERT_THAT(Folder.Names(), ElementsAre(AllOf(StartsWith("Pmx"), EndsWith(".tmp"))));
+    EXPECT_EQ(Folder.Read(Folder.Names().front()), "[Beta]\r\n" + SectionOf({"B"}));
+}
+
+TEST_F(ListFileTest, WhatCannotBeWrittenAsideLeavesTheFileAtOnce) {
+    Folder.Write(ListFile, SectionOf({"A"}));
+    for (const FileOperation operation :
+         {FileOperation::Read, FileOperation::CreateNew, FileOperation::Overwrite, FileOperation::Replace}) {
+        Fakes.Disk.Plan.FailAt(operation, Fakes.Disk.Plan.Calls(operation) + 1, FileError::Other);
+        ExpectRefused();
+    }
+    EXPECT_THAT(Fakes.Clock.Sleeps, IsEmpty());
 }
 
 TEST_F(ListFileTest, AFileMadeAsideThatIsHeldForAMomentIsDeletedLater) {
-    Fakes.Profiles.Plan.FailAt(ProfileOperation::ReplaceSection, 1, {});
-    Fakes.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::SharingViolation);
-    EXPECT_FALSE(List.WriteListFile());
-    EXPECT_THAT(Folder.Names(), IsEmpty());
+    Folder.Write(ListFile, SectionOf({"A"}));
+    Fakes.Disk.Plan.FailAt(FileOperation::Replace, 1, FileError::Other);
+    Fakes.Disk.Plan.FailAt(FileOperation::Remove, 1, FileError::Held);
+    ExpectRefused();
     EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(1000));
-}
-
-/// Saves a list of one new favorite over an old file while the services fail as planned.
-class FailingSave {
-public:
-    FailingSave() {
-        Folder.Write(ListFile, Old);
-        Folder.Write("a", "favorite");
-        EXPECT_TRUE(List.SetFolder(Folder.Path().c_str()));
-        List.Add(Record(0, "New", 1, 0, 14, "a"));
-        Before = Fakes.Disk.Plan.Calls();
-    }
-
-    /// Saves; the file must then be the old one or, on success, the new one, whole, with nothing beside it.
-    bool Save() {
-        const bool saved = List.WriteListFile();
-        EXPECT_EQ(Folder.Read(ListFile), saved ? New : Old);
-        EXPECT_THAT(Folder.Names(), ElementsAre(ListFile, "a"));
-        EXPECT_EQ(Folder.Read("a"), "favorite");
-        return saved;
-    }
-
-    FakeHost Host;
-    FakeServices Fakes;
-    TempFolder Folder;
-    CPMXTemplUIListDataArray List{nullptr, nullptr, Fakes.Services};
-    const std::string Old = Section("1", {"0~Old~1~0~14~o"}) + "[Beta]\r\nz=3\r\n";
-    const std::string New = "[Beta]\r\nz=3\r\n" + Section("1", {"0~New~1~0~14~a"});
-    std::size_t Before = 0; ///< calls of the file service before the list is saved
-};
-
-const std::vector<FileError> Errors = {FileError::AccessDenied, FileError::SharingViolation,
-                                       FileError::DiskFull, FileError::Other};
-
-TEST(FailingListFile, EveryFileCallThatFailsOnceLeavesTheOldListOrTheNewOne) {
-    for (const FileError error : Errors) {
-        bool reachedTheEnd = false;
-        for (std::size_t call = 1; !reachedTheEnd; ++call) {
-            SCOPED_TRACE(testing::Message() << "error " << static_cast<int>(error) << " at call " << call);
-            FailingSave save;
-            save.Fakes.Disk.Plan.FailAtAny(save.Before + call, error);
-            const bool saved = save.Save();
-            reachedTheEnd = save.Fakes.Disk.Plan.Calls() < save.Before + call;
-            EXPECT_TRUE(saved || !reachedTheEnd);
-            ASSERT_LT(call, 20U);
-        }
-    }
-}
-
-TEST(FailingListFile, EveryFileOperationThatFailsForGoodLeavesTheOldListOrTheNewOne) {
-    for (const FileOperation operation :
-         {FileOperation::Exists, FileOperation::IsFolder, FileOperation::IsReadOnly, FileOperation::Open,
-          FileOperation::Remove, FileOperation::Flush, FileOperation::Replace,
-          FileOperation::CreateTemporary}) {
-        for (const FileError error : Errors) {
-            SCOPED_TRACE(testing::Message() << "operation " << static_cast<int>(operation) << " with error "
-                                            << static_cast<int>(error));
-            FailingSave save;
-            const std::size_t before = save.Fakes.Disk.Plan.Calls(operation);
-            save.Fakes.Disk.Plan.FailFrom(operation, before + 1, error);
-            const bool saved = save.Save();
-            EXPECT_EQ(saved, save.Fakes.Disk.Plan.Calls(operation) == before);
-        }
-    }
-}
-
-TEST(FailingListFile, WhenAllFileOperationsFailForGoodTheOldListStays) {
-    for (std::size_t call = 1; call <= 4; ++call) {
-        FailingSave save;
-        save.Fakes.Disk.Plan.FailFromAny(save.Before + call, FileError::Other);
-        EXPECT_FALSE(save.List.WriteListFile());
-        EXPECT_EQ(save.Folder.Read(ListFile), save.Old);
-    }
-}
-
-TEST(FailingListFile, AProfileThatCannotBeWrittenOnceLeavesTheOldListUntilTheNextAttempt) {
-    FailingSave save;
-    save.Fakes.Profiles.Plan.FailAt(ProfileOperation::ReplaceSection, 1, {});
-    EXPECT_FALSE(save.Save());
-    EXPECT_TRUE(save.Save());
-}
-
-TEST(FailingListFile, AProfileThatCannotBeWrittenAtAllLeavesTheOldList) {
-    FailingSave save;
-    save.Fakes.Profiles.Plan.FailFromAny(1, {});
-    EXPECT_FALSE(save.Save());
-    EXPECT_FALSE(save.Save());
-}
-
-TEST(FailingListFile, AProfileThatIsHeldForGoodIsTriedForHalfAMinuteAndLeavesTheOldList) {
-    FailingSave save;
-    save.Fakes.Profiles.Plan.FailFromAny(1, {FileError::AccessDenied});
-    EXPECT_FALSE(save.Save());
-    EXPECT_EQ(save.Fakes.Profiles.Plan.Calls(ProfileOperation::ReplaceSection), 13U);
-}
-
-/// Profiles that lack memory for writing.
-class PoorWriter : public FakeProfile {
-public:
-    FileError ReplaceSection(const std::string& /*source*/, const std::string& /*target*/,
-                             std::string_view /*section*/, const ProfileEntries& /*entries*/) override {
-        throw std::bad_alloc();
-    }
-};
-
-TEST_F(ListFileTest, LackOfMemoryWhileWritingIsAFalseResultWithNothingLeftBehind) {
-    PoorWriter profiles;
-    CPMXTemplUIListDataArray list(nullptr, nullptr, {Fakes.Disk, profiles, Fakes.Clock});
-    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
-    EXPECT_FALSE(list.WriteListFile());
-    EXPECT_THAT(Folder.Names(), IsEmpty());
-}
-
-TEST_F(ListFileTest, TheNewListIsFlushedBeforeItTakesThePlaceOfTheOld) {
-    Folder.Write(ListFile, Section("0", {}));
-    Fakes.Disk.Plan.FailAt(FileOperation::Flush, 1, FileError::DiskFull);
-    EXPECT_FALSE(List.WriteListFile());
-    EXPECT_EQ(Fakes.Disk.Plan.Calls(FileOperation::Replace), 0U);
-}
-
-TEST_F(ListFileTest, ListsInFoldersWithDoubleByteNamesAreReadAndWritten) {
-    for (const std::u8string_view name : {u8"表", u8"ミ", u8"ソ×能", u8"ｱｲｳ"}) {
-        Folder.AddFolder(Sjis(name));
-        CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
-        ASSERT_TRUE(list.SetFolder(Folder.Path(Sjis(name)).c_str()));
-        list.Add(Record(0, Sjis(name), 1, 0, 14, Sjis(name) + ".pmt"));
-        EXPECT_TRUE(list.WriteListFile());
-        EXPECT_TRUE(list.LoadList());
-        ASSERT_EQ(list.GetSize(), 1);
-        EXPECT_EQ(list.GetAt(0)->GetName(), Sjis(name));
-        EXPECT_EQ(list.GetAt(0)->GetFileName(), Sjis(name) + ".pmt");
-        EXPECT_TRUE(Folder.Exists(Sjis(name) + "\\" + ListFile));
-    }
 }
 
 } // namespace

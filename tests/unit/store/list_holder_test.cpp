@@ -100,24 +100,12 @@ TEST_F(ListHolderTest, OpeningTakesOtherListFilesAndExtensions) {
 TEST_F(ListHolderTest, AccessOutsideTheListIsNull) {
     EXPECT_EQ(Holder.GetAt(-1), nullptr);
     EXPECT_EQ(Holder.GetAt(2), nullptr);
-    Holder.GetList().Add(nullptr);
-    EXPECT_EQ(Holder.GetAt(2), nullptr);
-    EXPECT_EQ(Holder.GetCount(), 3);
 }
 
 TEST_F(ListHolderTest, FindingByNameIsExact) {
     EXPECT_EQ(Holder.FindByName("Second"), Holder.GetAt(1));
     EXPECT_EQ(Holder.FindByName("second"), nullptr);
 }
-
-TEST_F(ListHolderTest, ANewNameIsUniqueOnlyForAPositionInTheList) {
-    EXPECT_TRUE(Holder.IsNewNameUnique(0, "FIRST"));
-    EXPECT_FALSE(Holder.IsNewNameUnique(0, "SECOND"));
-    EXPECT_FALSE(Holder.IsNewNameUnique(-1, "unused"));
-    EXPECT_FALSE(Holder.IsNewNameUnique(2, "unused"));
-}
-
-// Loading
 
 TEST(StoreResult, HasTheCodesOfTheInterface) {
     EXPECT_EQ(static_cast<int>(StoreResult::Success), 0);
@@ -126,34 +114,21 @@ TEST(StoreResult, HasTheCodesOfTheInterface) {
     EXPECT_EQ(static_cast<int>(StoreResult::NotRead), 16384);
 }
 
-TEST_F(ListHolderTest, LoadingAlwaysReadsTheFileAfresh) {
+TEST_F(ListHolderTest, WhateverFailsWhileLoadingGivesNoTable) {
     CPMXTemplUIListData& record = *Holder.GetAt(0);
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
-    record.GetDocument()->SetTable(TableOf(99), false);
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
-    EXPECT_TRUE(SameTable(FakeHost::ContentOf(*record.GetDocument()).Table, TableOf(10)));
-    EXPECT_EQ(Host.Plan.Calls(HostCall::Create), 2U);
-    EXPECT_EQ(Host.LiveDocuments, 1U);
-}
-
-TEST_F(ListHolderTest, WhateverFailsWhileLoadingIsNotRead) {
-    CPMXTemplUIListData& record = *Holder.GetAt(0);
-    for (const HostCall call : {HostCall::Create, HostCall::Load}) {
+    _LM_DOCUMENTLAYOUTTABLE table{};
+    for (const HostCall call : {HostCall::Create, HostCall::Load, HostCall::Destroy}) {
         for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
+            if (call == HostCall::Destroy && failure == HostFailure::Refuse) {
+                continue;
+            }
             Host.Plan.FailAt(call, Host.Plan.Calls(call) + 1, failure);
-            EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::NotRead);
-            EXPECT_EQ(record.GetDocument(), nullptr) << "an empty document does not pass for the file";
+            EXPECT_FALSE(Holder.GetAttributeTable("First", 1, table));
+            EXPECT_FALSE(record.IsDocumentReady()) << "an empty document does not pass for the file";
+            ASSERT_TRUE(record.EnsureDocument());
         }
     }
-    ASSERT_TRUE(record.EnsureDocument());
-    Host.Plan.FailAt(HostCall::Destroy, Host.Plan.Calls(HostCall::Destroy) + 1, HostFailure::Raise);
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::NotRead);
-    Folder.Remove("first.pmt");
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::NotRead);
-    Folder.Write("first.pmt", "damaged");
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::NotRead);
-    record.SetFileName("..\\first.pmt");
-    EXPECT_EQ(Holder.LoadRecordDocument(record), StoreResult::NotRead);
+    EXPECT_TRUE(Holder.GetAttributeTable("First", 1, table));
 }
 
 // Renaming
@@ -167,7 +142,7 @@ TEST_F(ListHolderTest, RenamingLoadsTheDocumentAndNamesItToo) {
 }
 
 TEST_F(ListHolderTest, RenamingLeavesADocumentThatIsLoadedAsItIs) {
-    ASSERT_EQ(Holder.LoadRecordDocument(*Holder.GetAt(0)), StoreResult::Success);
+    ASSERT_TRUE(Holder.GetList().EnsureLoaded(*Holder.GetAt(0)));
     EXPECT_TRUE(Holder.RenameAt(0, "New"));
     EXPECT_EQ(Holder.GetAt(0)->GetName(), "New");
     EXPECT_EQ(Holder.GetAt(0)->GetDocument()->GetName(), "First");
@@ -179,11 +154,6 @@ TEST_F(ListHolderTest, RenamingOutsideTheListSucceedsAndChangesNothing) {
     EXPECT_TRUE(Holder.RenameAt(2, "New"));
     EXPECT_EQ(Holder.FindByName("New"), nullptr);
     EXPECT_EQ(Host.Plan.Calls(HostCall::Create), 0U);
-}
-
-TEST_F(ListHolderTest, RenamingAnEmptySlotFails) {
-    Holder.GetList().Add(nullptr);
-    EXPECT_FALSE(Holder.RenameAt(2, "New"));
 }
 
 TEST_F(ListHolderTest, RenamingFailsWhenTheFileCannotBeReadOrTheDocumentNotNamed) {
@@ -343,8 +313,6 @@ TEST_F(ListHolderTest, ANewFavoriteForWhichThereIsNoFileNameIsNotStored) {
     const auto before = Snapshot();
     const _LM_DOCUMENTLAYOUTTABLE part{};
     EXPECT_FALSE(holder.StoreFavorite("New", 1, part.Bytes));
-    EXPECT_EQ(holder.SaveNewRecord("New", 1, CPmxDocument(), std::make_unique<CPMXTemplUIListData>()),
-              StoreResult::NoFileName);
     EXPECT_EQ(holder.GetCount(), 2);
     EXPECT_TRUE(Snapshot() == before);
 }
@@ -374,92 +342,6 @@ TEST_F(ListHolderTest, StoringOverAStandardFavoriteFailsForWantOfAFile) {
     EXPECT_FALSE(Folder.Exists("3"));
 }
 
-// Saving a record
-
-TEST_F(ListHolderTest, ANewRecordIsSavedUnderAFreeFileName) {
-    Folder.Write("Name.pmt", "somebody's");
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    ASSERT_TRUE(record->EnsureDocument());
-    record->GetDocument()->SetTable(TableOf(33), false);
-    const CPmxDocument& source = *record->GetDocument();
-    EXPECT_EQ(Holder.SaveNewRecord("Name", 5, source, std::move(record)), StoreResult::Success);
-    EXPECT_EQ(Holder.GetAt(2)->GetFileName(), "Name-1.pmt");
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "Name-1.pmt").Table, TableOf(33)));
-    EXPECT_EQ(Folder.Read("Name.pmt"), "somebody's");
-}
-
-TEST_F(ListHolderTest, TheDocumentTakesOverTheSourceAfterItIsSaved) {
-    CPMXTemplUIListData source;
-    ASSERT_TRUE(source.EnsureDocument());
-    source.GetDocument()->SetTable(TableOf(44), false);
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    EXPECT_EQ(Holder.SaveNewRecord("Name", 5, *source.GetDocument(), std::move(record)),
-              StoreResult::Success);
-    CPMXTemplUIListData& saved = *Holder.GetAt(2);
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "Name.pmt").Table, TableOf(FreshSeed)));
-    EXPECT_TRUE(SameTable(FakeHost::ContentOf(*saved.GetDocument()).Table, TableOf(44)));
-    source.ReleaseDocument();
-}
-
-TEST_F(ListHolderTest, ADocumentThatCannotTakeOverTheSourceIsReadAgainLater) {
-    CPMXTemplUIListData source;
-    ASSERT_TRUE(source.EnsureDocument());
-    Host.Plan.FailAt(HostCall::Assign, 1, HostFailure::Raise);
-    EXPECT_EQ(Holder.SaveNewRecord("Name", 5, *source.GetDocument(), std::make_unique<CPMXTemplUIListData>()),
-              StoreResult::Success);
-    EXPECT_EQ(Holder.GetAt(2)->GetDocument(), nullptr);
-    EXPECT_TRUE(Folder.Exists("Name.pmt"));
-}
-
-TEST_F(ListHolderTest, ANewRecordThatCannotBeSavedIsNotWrittenAndNotInTheList) {
-    CPMXTemplUIListData source;
-    ASSERT_TRUE(source.EnsureDocument());
-    const std::vector<std::pair<HostCall, std::size_t>> failures = {
-        {HostCall::Create, 2}, {HostCall::Save, 1}, {HostCall::Save, 2}};
-    for (const auto& [call, number] : failures) {
-        Host.Plan.FailAt(call, number, HostFailure::Refuse);
-        EXPECT_EQ(
-            Holder.SaveNewRecord("Name", 5, *source.GetDocument(), std::make_unique<CPMXTemplUIListData>()),
-            StoreResult::NotWritten);
-        EXPECT_EQ(Holder.GetCount(), 2);
-    }
-    EXPECT_FALSE(Folder.Exists("Name.pmt"));
-}
-
-TEST_F(ListHolderTest, AFileThatAppearsUnderANewFavoritesNameStaysAsItIs) {
-    Fakes.Disk.AfterAbsence = [this](const std::string&) { Folder.Write("Name.pmt", "somebody else's"); };
-    EXPECT_FALSE(Holder.StoreFavorite("Name", 1, TableOf(60).Bytes));
-    EXPECT_EQ(Holder.GetCount(), 2);
-    EXPECT_EQ(Folder.Read("Name.pmt"), "somebody else's");
-}
-
-TEST_F(ListHolderTest, ASavedRecordIsAUserFavoriteThatIsNewAndNothingElse) {
-    CPMXTemplUIListData& record = *Holder.GetAt(0);
-    record.SetStandard(1);
-    record.SetDeleteFlag(1);
-    record.SetImportFlag(1);
-    ASSERT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
-    EXPECT_EQ(Holder.SaveExistingRecord("Other", 4, *record.GetDocument(), record), StoreResult::Success);
-    EXPECT_EQ(record.GetStandard(), 0U);
-    EXPECT_EQ(record.GetName(), "Other");
-    EXPECT_EQ(record.GetLevel(), 4);
-    EXPECT_EQ(record.GetToolbar(), 0);
-    EXPECT_EQ(record.GetIconIndex(), 14);
-    EXPECT_EQ(record.GetFileName(), "first.pmt");
-    EXPECT_EQ(record.GetNewFlag(), 1);
-    EXPECT_EQ(record.GetDeleteFlag(), 0);
-    EXPECT_EQ(record.GetImportFlag(), 0);
-}
-
-TEST_F(ListHolderTest, AnExistingRecordThatCannotBeSavedIsNotWritten) {
-    CPMXTemplUIListData& record = *Holder.GetAt(0);
-    ASSERT_EQ(Holder.LoadRecordDocument(record), StoreResult::Success);
-    Host.Plan.FailAt(HostCall::Save, 1, HostFailure::Refuse);
-    EXPECT_EQ(Holder.SaveExistingRecord("First", 1, *record.GetDocument(), record), StoreResult::NotWritten);
-    record.SetFileName("..\\first.pmt");
-    EXPECT_EQ(Holder.SaveExistingRecord("First", 1, *record.GetDocument(), record), StoreResult::NotWritten);
-}
-
 // Writing the list
 
 TEST_F(ListHolderTest, SavingTheListDeletesTheFilesOfDeletedUserFavorites) {
@@ -470,22 +352,10 @@ TEST_F(ListHolderTest, SavingTheListDeletesTheFilesOfDeletedUserFavorites) {
     EXPECT_THAT(Folder.Names(), ElementsAre(ListFile, "second.pmt"));
 }
 
-TEST_F(ListHolderTest, AnotherListMayBeSavedInItsPlace) {
-    CPMXTemplUIListDataArray other(nullptr, nullptr, Fakes.Services);
-    auto record = std::make_unique<CPMXTemplUIListData>();
-    record->SetName("Other");
-    record->SetFileName("second.pmt");
-    record->SetDeleteFlag(1);
-    other.Add(std::move(record));
-    EXPECT_TRUE(Holder.SaveList(&other));
-    EXPECT_EQ(Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=1\r\n");
-    EXPECT_THAT(Folder.Names(), ElementsAre(ListFile, "first.pmt")) << "deleted in the holder's folder";
-}
-
 TEST_F(ListHolderTest, AListThatCannotBeWrittenIsNotReportedAndNothingIsDeleted) {
     Holder.GetAt(0)->SetDeleteFlag(1);
     const auto before = Snapshot();
-    Fakes.Profiles.Plan.FailAt(ProfileOperation::ReplaceSection, 1, {});
+    Fakes.Disk.Plan.FailAt(FileOperation::Replace, 1, FileError::Other);
     EXPECT_TRUE(Holder.SaveList());
     EXPECT_EQ(Snapshot(), before);
     Folder.SetReadOnly(ListFile, true);
@@ -495,7 +365,7 @@ TEST_F(ListHolderTest, AListThatCannotBeWrittenIsNotReportedAndNothingIsDeleted)
 
 TEST_F(ListHolderTest, AFileThatCannotBeDeletedIsIgnored) {
     Holder.GetAt(0)->SetDeleteFlag(1);
-    Fakes.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::AccessDenied);
+    Fakes.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Held);
     EXPECT_TRUE(Holder.SaveList());
     EXPECT_EQ(Fakes.Clock.Total(), 28'000U);
     EXPECT_TRUE(Folder.Exists("first.pmt"));

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "store/store_services.h"
+
+#include <string>
+
+namespace pmx {
+
+/// A file in the making: made empty, under a name that nobody else uses, in the folder where it is to lie;
+/// written by whoever has its path; then put in its place. Deleted at the end unless that was done.
+///
+/// Its name is `Pmx`, eight hexadecimal digits and `.tmp`. A process that is killed can leave it behind.
+class AsideFile {
+public:
+    /// `folder` ends in a separator or is empty; `services` must outlive this object.
+    AsideFile(const StoreServices& services, const std::string& folder);
+    AsideFile(const AsideFile&) = delete;
+    AsideFile& operator=(const AsideFile&) = delete;
+    ~AsideFile();
+
+    /// Why there is no file; None when there is one.
+    FileError Error() const { return Made; }
+
+    /// Empty when no file could be made.
+    const std::string& Path() const { return OwnPath; }
+
+    /// Puts the file in the place of `target`, which may or may not exist.
+    FileError PutOver(const std::string& target);
+
+    /// Gives the file the name of `target`; Exists when there is one.
+    FileError PutNew(const std::string& target);
+
+    /// Leaves the file where it is.
+    void Keep() { OwnPath.clear(); }
+
+private:
+    const StoreServices& Services;
+    std::string OwnPath;
+    FileError Made = FileError::Exists;
+};
+
+} // namespace pmx
