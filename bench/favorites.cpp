@@ -58,7 +58,7 @@ void AddFavorites(std::size_t count, CPMXTemplUIListDataArray& list) {
 }
 
 void WriteFavorites(std::size_t count, const Place& place) {
-    CPMXTemplUIListDataArray list;
+    SystemList list;
     Open(place, list);
     AddFavorites(count, list);
     Require(list.WriteListFile(), "the list file cannot be written");
@@ -69,7 +69,7 @@ bool AreEqual(const CPMXTemplUIListDataArray& left, const CPMXTemplUIListDataArr
         return false;
     }
     for (std::int64_t index = 0; index < left.GetSize(); ++index) {
-        if (!AreEqualRecords(*left.GetAt(index), *right.GetAt(index))) {
+        if (!AreEqualRecords(left.At(index), right.At(index))) {
             return false;
         }
     }

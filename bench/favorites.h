@@ -24,6 +24,11 @@ private:
     Place ItsPlace{Folder.Path(), test::DiskPath(Folder.Path("PmxTempleList.ini")).string()};
 };
 
+/// An empty list of this system.
+struct SystemList : CPMXTemplUIListDataArray {
+    SystemList() : CPMXTemplUIListDataArray(nullptr, nullptr, SystemStoreServices()) {}
+};
+
 /// Makes it the list's folder. Throws when that cannot be done, as all here do.
 void Open(const Place& place, CPMXTemplUIListDataArray& list);
 

@@ -62,14 +62,14 @@ public:
 
     /// Comparing is fair only between programs that do the same.
     void CheckLoading() const {
-        CPMXTemplUIListDataArray loaded;
+        SystemList loaded;
         Program.Load(Folder.GetPlace(), loaded);
         Require(AreEqual(loaded, List), std::string(Program.Name) + " does not load what was saved");
     }
 
     Microseconds Load() const {
         Touch(Folder.GetPlace().Path);
-        CPMXTemplUIListDataArray loaded;
+        SystemList loaded;
         return TimeOf([&] { Program.Load(Folder.GetPlace(), loaded); });
     }
 
@@ -81,7 +81,7 @@ private:
     FavoritesFolder Folder;
     const Contestant& Program;
     std::size_t Count;
-    CPMXTemplUIListDataArray List;
+    SystemList List;
 };
 
 /// A list that a host has opened, and the same for its dialogs.
@@ -114,7 +114,7 @@ public:
 
 private:
     FavoritesFolder Folder;
-    CPMXTemplUIListDataArray List;
+    SystemList List;
     void* Handle = nullptr;
     std::vector<char> Buffer;
 };

@@ -28,7 +28,7 @@ void Measure(std::size_t count) {
     const FavoritesFolder folder;
     const Place& place = folder.GetPlace();
     WriteFavorites(count, place);
-    CPMXTemplUIListDataArray list;
+    SystemList list;
     Open(place, list);
     Print("load", place, count, [&] { Require(list.LoadList(), "the list does not load"); });
     Print("save", place, count, [&] { Require(list.WriteListFile(), "the list is not saved"); });
