@@ -8,31 +8,23 @@ function(pmx_collect_sources variable)
     set(${variable} ${found} PARENT_SCOPE)
 endfunction()
 
-# A static library of one layer; a layer without sources yet has only headers.
+# A static library of one layer.
 function(pmx_add_layer name)
     cmake_parse_arguments(LAYER "" "" "FOLDERS;EXCLUDE;LINKS" ${ARGN})
     pmx_collect_sources(sources ${LAYER_FOLDERS})
     list(TRANSFORM LAYER_EXCLUDE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
     list(REMOVE_ITEM sources ${LAYER_EXCLUDE})
-    if(sources)
-        add_library(${name} STATIC ${sources})
-        set(scope PUBLIC)
-    else()
-        add_library(${name} INTERFACE)
-        set(scope INTERFACE)
-    endif()
-    target_include_directories(${name} ${scope} ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
-    target_link_libraries(${name} ${scope} ${LAYER_LINKS})
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+    target_link_libraries(${name} PUBLIC ${LAYER_LINKS})
 endfunction()
 
-# Puts the run-time libraries of the cross-compiler beside the programs, which Wine and Windows need to start them.
-function(pmx_copy_runtime)
-    foreach(library libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
-        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
-                        OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
-        if(NOT IS_ABSOLUTE ${path})
-            set(path /usr/x86_64-w64-mingw32/lib/${library})
-        endif()
-        file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-    endforeach()
+# A library of resources, the texts and dialogs of another one in another language: a resource script or the object that
+# was made of it. Its only code is the entry point that the linker insists on.
+function(pmx_add_resource_library name resources)
+    file(CONFIGURE OUTPUT resources_only.c CONTENT
+        "__attribute__((no_profile_instrument_function)) int DllMainCRTStartup(void) { return 1; }\n")
+    add_library(${name} MODULE ${resources} ${CMAKE_CURRENT_BINARY_DIR}/resources_only.c)
+    set_target_properties(${name} PROPERTIES PREFIX "")
+    target_link_options(${name} PRIVATE -nostdlib)
 endfunction()

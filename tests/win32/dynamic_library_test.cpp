@@ -35,16 +35,16 @@ TEST(Modules, FindsFunctionsByOrdinal) {
 }
 
 TEST(Modules, LoadsFromAPathOfTheCodePage) {
-    const auto threads = SystemDynamicLibraries().Load("libwinpthread-1.dll");
-    ASSERT_NE(threads, nullptr);
+    const auto host = SystemDynamicLibraries().Load("PmxUser.dll");
+    ASSERT_NE(host, nullptr);
     std::wstring original(MAX_PATH, L'\0');
-    original.resize(GetModuleFileNameW(GetModuleHandleW(L"libwinpthread-1.dll"), original.data(), MAX_PATH));
+    original.resize(GetModuleFileNameW(GetModuleHandleW(L"PmxUser.dll"), original.data(), MAX_PATH));
     const test::TempFolder folder;
     const std::string path = folder.Path(test::Sjis(u8"表ソ.dll"));
     std::filesystem::copy_file(original, test::DiskPath(path));
     const auto library = SystemDynamicLibraries().Load(path);
     ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Find("pthread_create"), nullptr);
+    EXPECT_NE(library->Find("EX_LoadDefaultResourceDLL"), nullptr);
 }
 
 TEST(Modules, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {

@@ -64,7 +64,10 @@ TEST_F(LibraryFileTest, ExportsTheTwelveFunctionsUnderTheirPlainNamesAndNothingE
                                      "EX_GetTemplListSize", "EX_GetAllTemplInfo", "EX_CurTemplInfo",
                                      "EX_CreateDefaultTempl", "EX_CreateDefaultChoice", "EX_SaveAsTemplInfo",
                                      "EX_ShowChoiceUIEntry", "EX_ConvertChoiceData", "EX_ShowChoiceUIBasic"));
-    EXPECT_EQ(exports.NumberOfFunctions, 12U) << "none without a name";
+    const auto* const functions = Library.At<DWORD>(exports.AddressOfFunctions);
+    const auto used = std::count_if(functions, functions + exports.NumberOfFunctions,
+                                    [](DWORD address) { return address != 0; });
+    EXPECT_EQ(used, 12) << "none without a name";
 }
 
 TEST_F(LibraryFileTest, MayBeLoadedAnywhereAndRunsNoData) {
@@ -76,11 +79,10 @@ TEST_F(LibraryFileTest, MayBeLoadedAnywhereAndRunsNoData) {
     EXPECT_GT(Library.Directory(IMAGE_DIRECTORY_ENTRY_BASERELOC).Size, 0U);
 }
 
-TEST_F(LibraryFileTest, NeedsOnlyTheSystemTheCompilersRunTimeAndTheHost) {
-    const std::vector<std::string> allowed = {
-        "kernel32.dll",        "user32.dll",    "gdi32.dll",    "comctl32.dll",       "comdlg32.dll",
-        "advapi32.dll",        "imm32.dll",     "msvcrt.dll",   "libgcc_s_seh-1.dll", "libstdc++-6.dll",
-        "libwinpthread-1.dll", "pmxdocmgr.dll", "qrtcommon.dll"};
+TEST_F(LibraryFileTest, NeedsOnlyTheSystemAndTheHost) {
+    const std::vector<std::string> allowed = {"kernel32.dll",  "user32.dll",   "gdi32.dll", "comctl32.dll",
+                                              "comdlg32.dll",  "advapi32.dll", "imm32.dll", "msvcrt.dll",
+                                              "pmxdocmgr.dll", "qrtcommon.dll"};
     const auto* import =
         Library.At<IMAGE_IMPORT_DESCRIPTOR>(Library.Directory(IMAGE_DIRECTORY_ENTRY_IMPORT).VirtualAddress);
     ASSERT_NE(import->Name, 0U);
