@@ -22,19 +22,17 @@ std::int64_t ResultOfDialog(int code);
 inline constexpr std::size_t EditorFolderLimit = 519;
 
 /// Runs the favorites editor.
-std::int64_t ShowEditor(const char* folder, WindowHandle owner,
-                        const DialogServices& services = SystemDialogServices(),
-                        const StoreServices& storeServices = SystemStoreServices());
+std::int64_t ShowEditor(const char* folder, WindowHandle owner, const DialogServices& services,
+                        const StoreServices& storeServices);
 
 /// Runs the register dialog.
 std::int64_t ShowRegisterDialog(const char* folder, const char* listFileName, const char* extension,
                                 const void* table, std::int32_t level, WindowHandle owner,
-                                const DialogServices& services = SystemDialogServices(),
-                                const StoreServices& storeServices = SystemStoreServices());
+                                const DialogServices& services, const StoreServices& storeServices);
 
 /// Runs the basic list.
 std::int64_t ShowBasicList(const char* folder, const char* listFileName, const char* extension,
-                           WindowHandle owner, const DialogServices& services = SystemDialogServices(),
-                           const StoreServices& storeServices = SystemStoreServices());
+                           WindowHandle owner, const DialogServices& services,
+                           const StoreServices& storeServices);
 
 } // namespace pmx

@@ -124,8 +124,8 @@ std::int64_t EX_SaveAsTemplInfo(void* handle, std::int32_t mode, TemplInfo* info
         if (handle == nullptr || info == nullptr || table == nullptr || tableSize != PMX_TABLE_SIZE) {
             return Failure;
         }
-        return static_cast<std::int64_t>(
-            pmx::SaveAsFavorite(*ListOf(handle), mode, *info, table, pmx::OwnerOf(parentWindow)));
+        return static_cast<std::int64_t>(pmx::SaveAsFavorite(
+            *ListOf(handle), mode, *info, table, pmx::OwnerOf(parentWindow), pmx::SystemDialogServices()));
     });
 }
 
@@ -145,7 +145,9 @@ std::int64_t EX_ConvertChoiceData(const char* name, const char* folder, const ch
 
 std::int64_t EX_ShowTemplateUI(const char* folder, void* parentWindow) {
     return InModule(Failure, [&] {
-        return IsMissing(folder) ? Failure : pmx::ShowEditor(folder, pmx::OwnerOf(parentWindow));
+        return IsMissing(folder) ? Failure
+                                 : pmx::ShowEditor(folder, pmx::OwnerOf(parentWindow),
+                                                   pmx::SystemDialogServices(), pmx::SystemStoreServices());
     });
 }
 
@@ -156,7 +158,8 @@ std::int64_t EX_ShowChoiceUIEntry(const char* folder, const char* listFileName, 
             return Failure;
         }
         return pmx::ShowRegisterDialog(folder, listFileName, extension, table, level,
-                                       pmx::OwnerOf(parentWindow));
+                                       pmx::OwnerOf(parentWindow), pmx::SystemDialogServices(),
+                                       pmx::SystemStoreServices());
     });
 }
 
@@ -166,7 +169,8 @@ std::int64_t EX_ShowChoiceUIBasic(const char* folder, const char* listFileName, 
         if (IsMissing(folder) || IsMissing(listFileName) || IsMissing(extension)) {
             return Failure;
         }
-        return pmx::ShowBasicList(folder, listFileName, extension, pmx::OwnerOf(parentWindow));
+        return pmx::ShowBasicList(folder, listFileName, extension, pmx::OwnerOf(parentWindow),
+                                  pmx::SystemDialogServices(), pmx::SystemStoreServices());
     });
 }
 

@@ -18,7 +18,6 @@ inline constexpr std::int32_t SaveAsNew = 1;
 /// of the list when `mode` is SaveAsNew, otherwise over the one at `info`'s position, whose document must be
 /// loaded. Updates `info` and rewrites the list file. `parent` may be none.
 SaveAsResult SaveAsFavorite(CPMXTemplUIListDataArray& list, std::int32_t mode, TemplInfo& info,
-                            const void* table, WindowHandle parent,
-                            const DialogServices& services = SystemDialogServices());
+                            const void* table, WindowHandle parent, const DialogServices& services);
 
 } // namespace pmx

@@ -17,7 +17,8 @@
 ///
 /// Rules that the two implementations (real windows, and the memory window of the tests) share:
 ///
-///  - Focus events come from edit boxes only, FocusLost before the other control's FocusGained.
+///  - Focus events come from edit boxes only, FocusLost before the other control's FocusGained. They tell how the
+///    focus moves inside the window: when the user turns to another window and comes back, there is none.
 ///  - Pressed comes from push buttons and radio buttons, except the buttons OK (1) and Cancel (2), which give
 ///    OnOk and OnCancel, as do Enter (when no other push button has the focus) and Escape or closing the
 ///    window.
@@ -27,11 +28,12 @@
 ///  - ListSelectionChanged comes after the user has selected another row of a list or none, by whatever means,
 ///    and before the ListClicked of the same click. One change may be told more than once.
 ///  - ListKeyDown comes before the list acts on the key, which it then does.
+///  - ListTyped replaces what the list itself would do with characters that are typed. Spaces are left out.
+///  - ListRowDragged comes when the user drops a row of a list that lets rows be dragged; the list moves nothing.
 ///  - What the class does to its controls causes no Pressed or list events, but Focus (and disabling or
 ///    hiding the focused control) causes focus events, inside the call.
-///  - While the user deals with a message box, a file dialog or another dialog that belongs to the window,
-///    the window may still lose and gain focus; `CPmxDlg` drops events for as long as the class says so with
-///    a ModalScope.
+///  - While the user deals with a message box, a file dialog or another dialog that belongs to the window, `CPmxDlg`
+///    drops events for as long as the class says so with a ModalScope.
 ///
 /// Texts are in the system's code page. A character that has no code in it cannot be typed or pasted: it is
 /// left out and the system beeps.
@@ -92,6 +94,8 @@ public:
     /// control that can have it, so that the keyboard keeps working.
     virtual void Enable(ControlId control, bool enabled) = 0;
 
+    virtual bool IsEnabled(ControlId control) const = 0;
+
     /// Checks one radio button of the group that runs from `first` to `last` and clears the others; an index
     /// outside the group clears all.
     virtual void SetRadio(ControlId first, ControlId last, int index) = 0;
@@ -128,14 +132,46 @@ protected:
     DialogWindow() = default;
 };
 
-/// What a key-down event of a list carries.
+/// What can happen to a control.
+enum class DialogEvent {
+    Pressed,
+    FocusGained,
+    FocusLost,
+    ListSelectionChanged,
+    ListClicked,
+    ListDoubleClicked,
+    ListKeyDown,
+    ListTyped,
+    ListRowDragged
+};
+
+/// A key that goes down in a list.
 struct ListKey {
     static constexpr std::uint32_t Space = 32;
+    static constexpr std::uint32_t Up = 38;
+    static constexpr std::uint32_t Down = 40;
     static constexpr std::uint32_t Delete = 46;
+    static constexpr std::uint32_t F2 = 113;
     static constexpr std::uint32_t Process = 229; ///< the input method has taken the key
 
     std::uint32_t VirtualKey = 0;
     std::uint32_t Flags = 0; ///< the scan code of the key
+    bool WithAlt = false;    ///< only told of Up and Down
+};
+
+/// Where the user drags a row of a list: it is to have the number `To` afterwards.
+struct ListMove {
+    int From = 0;
+    int To = 0;
+};
+
+/// Something that happened to a control.
+struct ControlEvent {
+    ControlId Control = 0;
+    DialogEvent Event = DialogEvent::Pressed;
+    ListKey Key{};      ///< of ListKeyDown
+    std::string Text{}; ///< of ListTyped: all characters since the user last paused or did something else
+    ListMove Move{};    ///< of ListRowDragged
 };
 
 /// A request for help on a control (F1, or a click with the question-mark cursor).
@@ -155,13 +191,7 @@ public:
     /// that can have it), false says that the class has placed it.
     virtual bool OnOpened(DialogWindow& window) = 0;
 
-    virtual void OnPressed(ControlId control) = 0;
-    virtual void OnFocusGained(ControlId control) = 0;
-    virtual void OnFocusLost(ControlId control) = 0;
-    virtual void OnListSelectionChanged(ControlId control) = 0;
-    virtual void OnListClicked(ControlId control) = 0;
-    virtual void OnListDoubleClicked(ControlId control) = 0;
-    virtual void OnListKeyDown(ControlId control, const ListKey& key) = 0;
+    virtual void OnEvent(const ControlEvent& event) = 0;
     virtual void OnHelpAsked(const HelpRequest& request) = 0;
     virtual void OnOkAsked() = 0;
     virtual void OnCancelAsked() = 0;

@@ -18,9 +18,6 @@ public:
     /// Valid as long as the library is loaded.
     virtual Function Find(const char* name) const = 0;
 
-    /// The function exported under that ordinal; null when there is none.
-    virtual Function FindOrdinal(unsigned ordinal) const = 0;
-
 protected:
     DynamicLibrary() = default;
 };

@@ -30,6 +30,9 @@ public:
     /// Sets the extended style to full-row selection or to none at all.
     virtual void SetFullRowSelection(bool on) = 0;
 
+    /// Lets the user drag rows with the mouse, which the list only tells.
+    virtual void AllowDragging() = 0;
+
     /// The images in front of the rows, of which SetStateImage picks one. Borrowed: must outlive the window.
     virtual void SetStateImages(const ImageList& images) = 0;
 

@@ -23,7 +23,6 @@ TEST(SharedObjects, FindsFunctionsOfALibraryThatTheSystemFinds) {
     ASSERT_NE(cosine, nullptr);
     EXPECT_EQ(cosine(0.0), 1.0);
     EXPECT_EQ(library->Find("no_such_function"), nullptr);
-    EXPECT_EQ(library->FindOrdinal(14), nullptr);
 }
 
 std::filesystem::path MathematicsFile() {

@@ -1,6 +1,4 @@
 #include "dialogs/base/dialog_services.h"
-#include "dialogs/base/help_engine.h"
-#include "platform/registry.h"
 
 #include <gtest/gtest.h>
 
@@ -22,18 +20,13 @@ TEST(NoWindows, NoPicturesAreMade) {
     EXPECT_EQ(SystemImageLists().FromBitmap(2001, 32, Color::White), nullptr);
 }
 
-TEST(NoWindows, NoHelpIsShown) {
-    EXPECT_EQ(SystemRegistry().ClassesRootDefault("CLSID"), std::nullopt);
-    EXPECT_EQ(SystemHelpEngine().Call(WindowHandle::None, nullptr, HelpEngine::DisplayTextPopup, {}), 0U);
-}
-
 TEST(NoWindows, DialogsAreGivenTheseServices) {
     const DialogServices& services = SystemDialogServices();
     EXPECT_EQ(&services.Dialogs, &SystemDialogRunner());
     EXPECT_EQ(&services.Messages, &SystemMessageBoxes());
     EXPECT_EQ(&services.FileChoice, &SystemFileDialogs());
     EXPECT_EQ(&services.Images, &SystemImageLists());
-    EXPECT_EQ(&services.Help, &SystemHelpEngine());
+    EXPECT_EQ(&services.Help, &SystemHelpNotes());
 }
 
 } // namespace

@@ -52,6 +52,8 @@ private:
         return Leaving::Quiet;
     }
 
+    bool HasIconButtonWithoutRows() const override { return false; }
+
     void Accept() override {
         ExpectRowsInTheList();
         World.Inside.RemoveFilesOfDeleted(Records);
@@ -196,10 +198,11 @@ private:
 
     // The toolbar
 
-    void Toggle(int row) {
+    /// False when a message comes.
+    bool Toggle(int row) {
         model::Favorite* const one = At(row);
         if (one == nullptr || !model::IsDocumentLevel(one->Level)) {
-            return;
+            return true;
         }
         const auto count = std::count_if(Records.begin(), Records.end(),
                                          [](const auto& record) { return record.OnToolbar; });
@@ -208,12 +211,10 @@ private:
             std::string message = Desktop.Services.Strings.StringOf(text::ToolbarFull).value_or("");
             message.replace(message.find("%d"), 2, "20");
             Desktop.Messages.ExpectText(message, MessageIcon::Exclamation);
-            return;
+            return false;
         }
         one->OnToolbar = !one->OnToolbar;
-        if (row == Mark) {
-            Refresh(row);
-        }
+        return true;
     }
 
     void ClickBox() {
@@ -223,7 +224,7 @@ private:
         const int row = static_cast<int>(World.Below(Rows.size()));
         const bool isDouble = World.OneIn(6);
         World.Note(std::string(isDouble ? "double-click" : "click") + " the box of " + Row(row));
-        if (Select(row)) {
+        if (Select(row) && Toggle(row) && isDouble) {
             Toggle(row);
         }
         if (isDouble) {
@@ -387,14 +388,15 @@ private:
     /// A favorite whose file cannot be read keeps its name.
     Leaving Rename(model::Favorite& favorite, const std::string& name) override {
         if (!World.Inside.Read(favorite)) {
-            ShowName(favorite);
             Expect(text::BasicFavoriteUnreadable);
-            return Leaving::Told;
+            return Leaving::NotTaken;
         }
         favorite.Name = name;
         favorite.Shown = name;
         return Leaving::Quiet;
     }
+
+    bool HasIconButtonWithoutRows() const override { return true; }
 
     /// The files of deleted favorites stay.
     void Accept() override { ExpectRowsInTheList(); }

@@ -33,33 +33,9 @@ public:
         const MemoryScope scope(true);
         return Events.OnOpened(window);
     }
-    void OnPressed(ControlId control) override {
+    void OnEvent(const ControlEvent& event) override {
         const MemoryScope scope(true);
-        Events.OnPressed(control);
-    }
-    void OnFocusGained(ControlId control) override {
-        const MemoryScope scope(true);
-        Events.OnFocusGained(control);
-    }
-    void OnFocusLost(ControlId control) override {
-        const MemoryScope scope(true);
-        Events.OnFocusLost(control);
-    }
-    void OnListSelectionChanged(ControlId control) override {
-        const MemoryScope scope(true);
-        Events.OnListSelectionChanged(control);
-    }
-    void OnListClicked(ControlId control) override {
-        const MemoryScope scope(true);
-        Events.OnListClicked(control);
-    }
-    void OnListDoubleClicked(ControlId control) override {
-        const MemoryScope scope(true);
-        Events.OnListDoubleClicked(control);
-    }
-    void OnListKeyDown(ControlId control, const ListKey& key) override {
-        const MemoryScope scope(true);
-        Events.OnListKeyDown(control, key);
+        Events.OnEvent(event);
     }
     void OnHelpAsked(const HelpRequest& request) override {
         const MemoryScope scope(true);

@@ -32,6 +32,7 @@ ListSession::ListSession(ModelWorld& world, const Controls& controls)
 }
 
 void ListSession::Run() {
+    HasIconButton = HasIconButtonWithoutRows();
     Refresh(0);
     Desktop.Dialogs.OnOpened(Template(), [this](MemoryUser& user) {
         User = &user;
@@ -73,10 +74,10 @@ void ListSession::Drive() {
 
 void ListSession::Gesture() {
     using Self = ListSession;
-    static constexpr std::array<void (Self::*)(), 12> Gestures = {
-        &Self::TypeName, &Self::TypeName,     &Self::ClickRow,     &Self::ClickRow,
-        &Self::ClickRow, &Self::PressListKey, &Self::PressListKey, &Self::MoveUp,
-        &Self::MoveDown, &Self::OwnGesture,   &Self::OwnGesture,   &Self::OwnGesture};
+    static constexpr std::array<void (Self::*)(), 15> Gestures = {
+        &Self::TypeName,     &Self::TypeName,     &Self::ClickRow,   &Self::ClickRow,   &Self::ClickRow,
+        &Self::PressListKey, &Self::PressListKey, &Self::MoveUp,     &Self::MoveDown,   &Self::MoveByKey,
+        &Self::Drag,         &Self::TypeLetter,   &Self::OwnGesture, &Self::OwnGesture, &Self::OwnGesture};
     const std::size_t number = World.Below(Gestures.size() * 2);
     if (number < Gestures.size()) {
         (this->*Gestures.at(number))();
@@ -134,11 +135,13 @@ void ListSession::RemoveRow() {
     }
     one->IsDeleted = true;
     Rows.erase(Rows.begin() + row);
-    Box.clear();
     if (Rows.empty()) {
+        Box.clear();
+        Untouched.clear();
         Mark = -1;
         IsSelected = false;
-        HasChangeButtons = HasUp = HasDown = HasIconButton = false;
+        HasChangeButtons = HasUp = HasDown = false;
+        HasIconButton = HasIconButtonWithoutRows();
         return;
     }
     Mark = std::max(row - 1, 0);
@@ -162,6 +165,9 @@ ListSession::Leaving ListSession::LeaveBox() {
     }
     const Leaving left = TakeName();
     InBox = left == Leaving::Refused;
+    if (left == Leaving::NotTaken) {
+        ShowName(*At(EditRow));
+    }
     return left;
 }
 
@@ -170,22 +176,25 @@ ListSession::Leaving ListSession::TakeName() {
     if (one == nullptr) {
         return Leaving::Quiet;
     }
-    const std::string typed = model::Trimmed(Box);
-    if (typed.empty()) {
+    if (Box == Untouched) {
+        return Leaving::Quiet;
+    }
+    const std::string name = model::Trimmed(Box);
+    if (name.empty()) {
         ShowName(*one);
         return Leaving::Quiet;
     }
-    const bool isLonger = one->Name.size() > model::NameLimit;
-    const bool isUntouched = isLonger && typed == model::Trimmed(model::Cut(one->Name));
-    const std::string name = isUntouched ? one->Name : typed;
     if (model::HasTilde(name)) {
         return Refuse(text::NameHasSeparator);
     }
     if (IsNameOfAnother(Rows[static_cast<std::size_t>(EditRow)], name)) {
         return Refuse(text::RenameNameExists);
     }
-    Box = model::Cut(name);
-    return one->IsStandard ? Leaving::Quiet : Rename(*one, name);
+    const Leaving taken = Rename(*one, name);
+    if (taken != Leaving::NotTaken) {
+        ShowName(*one);
+    }
+    return taken;
 }
 
 ListSession::Leaving ListSession::Refuse(ResourceId id) {
@@ -205,7 +214,7 @@ void ListSession::Expect(ResourceId id, MessageIcon icon) {
 bool ListSession::Reaches(bool byKey) {
     const Leaving left = LeaveBox();
     // A message that comes while the mouse button is down takes the click away.
-    return left == Leaving::Quiet || (left == Leaving::Told && byKey);
+    return left == Leaving::Quiet || (left != Leaving::Refused && byKey);
 }
 
 void ListSession::TypeName() {
@@ -288,7 +297,7 @@ void ListSession::PressListKey() {
 void ListSession::MoveUp() {
     Press("up", Ids.Up, HasUp, [this] {
         if (Current() > 0) {
-            MoveOver(Current(), Current() - 1);
+            MoveTo(Current(), Current() - 1);
         }
     });
 }
@@ -296,17 +305,69 @@ void ListSession::MoveUp() {
 void ListSession::MoveDown() {
     Press("down", Ids.Down, HasDown, [this] {
         if (Current() >= 0 && Current() < static_cast<int>(Rows.size()) - 1) {
-            MoveOver(Current(), Current() + 1);
+            MoveTo(Current(), Current() + 1);
         }
     });
 }
 
-void ListSession::MoveOver(int row, int neighbour) {
-    std::swap(Rows[static_cast<std::size_t>(row)], Rows[static_cast<std::size_t>(neighbour)]);
-    At(neighbour)->Shown = At(neighbour)->Name; // the moved row is drawn anew
-    Mark = neighbour;
-    HasUp = neighbour != 0;
-    HasDown = neighbour != static_cast<int>(Rows.size()) - 1;
+void ListSession::MoveTo(int row, int target) {
+    const std::size_t moved = Rows[static_cast<std::size_t>(row)];
+    Rows.erase(Rows.begin() + row);
+    Rows.insert(Rows.begin() + target, moved);
+    Mark = target;
+    IsSelected = true;
+    At(target)->Shown = At(target)->Name; // the moved row is drawn anew
+    Refresh(target);
+}
+
+void ListSession::MoveByKey() {
+    const bool isUp = World.OneIn(2);
+    World.Note(isUp ? "Alt and up" : "Alt and down");
+    const bool isThere = LeaveBox() != Leaving::Refused;
+    User->TabTo(Ids.List);
+    if (!isThere) {
+        return;
+    }
+    const int target = Current() + (isUp ? -1 : 1);
+    if (Current() >= 0 && target >= 0 && target < static_cast<int>(Rows.size())) {
+        MoveTo(Current(), target);
+    }
+    User->AltKey(isUp ? key::Up : key::Down);
+}
+
+void ListSession::Drag() {
+    if (Rows.empty()) {
+        return;
+    }
+    const int from = static_cast<int>(World.Below(Rows.size()));
+    const int to = static_cast<int>(World.Below(Rows.size()));
+    World.Note("drag " + Row(from) + " to " + Row(to));
+    const Leaving left = LeaveBox();
+    if (left != Leaving::Refused && Select(from) && left == Leaving::Quiet && from != to) {
+        MoveTo(from, to);
+    }
+    User->DragRow(Ids.List, from, to);
+}
+
+/// Each favorite whose name begins so is reached by the letter.
+void ListSession::TypeLetter() {
+    World.Note("type the letter A in the list");
+    const bool isThere = LeaveBox() != Leaving::Refused;
+    User->TabTo(Ids.List);
+    if (!isThere) {
+        return;
+    }
+    const int count = static_cast<int>(Rows.size());
+    for (int step = 1; step <= count; ++step) {
+        const int row = (Mark + step) % count;
+        if (model::SmallLetters(At(row)->Name.substr(0, 1)) == "a") {
+            Mark = row;
+            IsSelected = true;
+            Refresh(row);
+            break;
+        }
+    }
+    User->Type("A");
 }
 
 void ListSession::ChangeIcon() {
@@ -342,7 +403,8 @@ void ListSession::PressEnter() {
         User->TabTo(Ids.List);
     }
     World.Note("press Enter");
-    if (LeaveBox() != Leaving::Refused) {
+    const Leaving taken = InBox ? TakeName() : Leaving::Quiet;
+    if (taken == Leaving::Quiet || taken == Leaving::Told) {
         End(true);
     }
     User->Enter();

@@ -26,9 +26,10 @@ public:
 protected:
     /// What leaving the name box leads to.
     enum class Leaving {
-        Quiet,  ///< nothing that is seen
-        Told,   ///< a message, after which the focus goes where it was to go
-        Refused ///< a message, after which the focus is back in the name box
+        Quiet,    ///< nothing that is seen
+        Told,     ///< a message, after which the focus goes where it was to go
+        NotTaken, ///< the same, and the name is not taken: Enter does not accept
+        Refused   ///< a message, after which the focus is back in the name box
     };
 
     /// The dialog's controls.
@@ -50,6 +51,7 @@ protected:
     virtual ResourceId Template() const = 0;
     virtual bool MayHaveIcon(const model::Favorite& favorite) const = 0;
     virtual Leaving Rename(model::Favorite& favorite, const std::string& name) = 0;
+    virtual bool HasIconButtonWithoutRows() const = 0;
     virtual void Accept() = 0;
     virtual void Cancel() {}
     virtual void OwnGesture() {}
@@ -62,7 +64,7 @@ protected:
     model::Favorite* At(int row);
 
     /// The name box shows the favorite's name.
-    void ShowName(const model::Favorite& favorite) { Box = model::Cut(favorite.Name); }
+    void ShowName(const model::Favorite& favorite) { Box = Untouched = model::Cut(favorite.Name); }
     void Refresh(int row);
     void Append(const model::Favorite& favorite);
     void RemoveRow();
@@ -125,7 +127,10 @@ private:
     void PressListKey();
     void MoveUp();
     void MoveDown();
-    void MoveOver(int row, int neighbour);
+    void MoveByKey();
+    void Drag();
+    void TypeLetter();
+    void MoveTo(int row, int target);
     void PressOk();
     void PressEnter();
     void PressCancel();
@@ -139,6 +144,7 @@ private:
 
     const Controls& Ids;
     std::string Box;
+    std::string Untouched; ///< what the dialog has put into the box
     bool InBox = false;
     int EditRow = -1;
     int IconShown = -1;

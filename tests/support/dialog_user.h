@@ -14,9 +14,10 @@ inline constexpr std::uint32_t PageUp = 33;
 inline constexpr std::uint32_t PageDown = 34;
 inline constexpr std::uint32_t End = 35;
 inline constexpr std::uint32_t Home = 36;
-inline constexpr std::uint32_t Up = 38;
-inline constexpr std::uint32_t Down = 40;
+inline constexpr std::uint32_t Up = ListKey::Up;
+inline constexpr std::uint32_t Down = ListKey::Down;
 inline constexpr std::uint32_t Delete = ListKey::Delete;
+inline constexpr std::uint32_t F2 = ListKey::F2;
 } // namespace key
 
 /// Someone who sits before an open dialog: sees its controls and uses mouse and keyboard. A script written
@@ -61,13 +62,16 @@ public:
     virtual void DoubleClickRow(ControlId list, int row) = 0;
     virtual void DoubleClickStateImage(ControlId list, int row) = 0;
 
+    /// Drags a row with the left button to where it is to stand afterwards, and lets go.
+    virtual void DragRow(ControlId list, int from, int to) = 0;
+
     // Acting with the keyboard, on the control that has the focus
 
     /// Moves the focus to a control as the Tab key would; the text of an edit box is then selected.
     virtual void TabTo(ControlId control) = 0;
     virtual void Tab() = 0;
 
-    /// Types characters, one after the other.
+    /// Types characters, one after the other, without a pause.
     virtual void Type(const std::string& text) = 0;
 
     /// Pastes the text from the clipboard.
@@ -75,6 +79,7 @@ public:
 
     /// Presses and releases a key.
     virtual void Key(std::uint32_t virtualKey) = 0;
+    virtual void AltKey(std::uint32_t virtualKey) = 0;
     virtual void Enter() = 0;
     virtual void Escape() = 0;
 
@@ -86,6 +91,9 @@ public:
 
     /// Asks for help on a control with the question-mark cursor.
     virtual void AskHelpOn(ControlId control) = 0;
+
+    /// Turns to a window of another program, and comes back.
+    virtual void VisitAnotherWindow() = 0;
 
     /// Closes the window by its close box.
     virtual void Close() = 0;

@@ -38,6 +38,7 @@ public:
     int FocusedRow = -1;
     int LastMadeVisible = -1;
     bool FullRowSelection = false;
+    bool MayDrag = false;
     ResourceId StateBitmap = 0; ///< the bitmap of the state images
     ResourceId LargeBitmap = 0; ///< the bitmap of the large images
     int RedrawPauses = 0;       ///< how often drawing was stopped
@@ -55,6 +56,7 @@ public:
     // ListControl
 
     void SetFullRowSelection(bool on) override { FullRowSelection = on; }
+    void AllowDragging() override { MayDrag = true; }
     void SetStateImages(const ImageList& images) override;
     void SetLargeImages(const ImageList& images) override;
     void InsertColumn(int column, const std::string& title, int width) override;

@@ -38,11 +38,6 @@ public:
         return found == Exports.ByName.end() ? nullptr : found->second;
     }
 
-    Function FindOrdinal(unsigned ordinal) const override {
-        const auto found = Exports.ByOrdinal.find(ordinal);
-        return found == Exports.ByOrdinal.end() ? nullptr : found->second;
-    }
-
 private:
     const MemoryLibraries::Exports& Exports;
     int& Loaded;
@@ -128,16 +123,6 @@ std::optional<std::string> MemoryFileDialogs::AskSave(const FileRequest& request
     return NextAnswer(SaveAnswers);
 }
 
-std::uintptr_t MemoryHelp::Call(WindowHandle caller, const char* file, std::uint32_t command,
-                                const HelpNote& note) {
-    Requests.push_back({.Caller = caller,
-                        .HasFile = file != nullptr,
-                        .Command = command,
-                        .Note = note,
-                        .Text = note.Text ? note.Text : std::string()});
-    return Result;
-}
-
 std::unique_ptr<DynamicLibrary> MemoryLibraries::Load(const std::string& nameOrPath) {
     Asked.push_back(nameOrPath);
     const auto found = Present.find(nameOrPath);
@@ -145,12 +130,6 @@ std::unique_ptr<DynamicLibrary> MemoryLibraries::Load(const std::string& nameOrP
         return nullptr;
     }
     return std::make_unique<MemoryLibrary>(found->second, Loaded);
-}
-
-std::optional<std::string> MemoryRegistry::ClassesRootDefault(const std::string& key) {
-    Asked.push_back(key);
-    const auto found = Defaults.find(key);
-    return found == Defaults.end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace pmx::test

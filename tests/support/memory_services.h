@@ -1,7 +1,6 @@
 #pragma once
 
 #include "dialogs/base/dialog_services.h"
-#include "platform/registry.h"
 #include "support/memory_list.h"
 
 #include <deque>
@@ -119,22 +118,20 @@ public:
     std::optional<std::string> AskSave(const FileRequest& request) override;
 };
 
-/// A help engine that keeps what it was asked.
-class MemoryHelp final : public HelpEngine {
+/// Help notes that are only kept.
+class MemoryHelp final : public HelpNotes {
 public:
     struct Request {
-        WindowHandle Caller = WindowHandle::None;
-        bool HasFile = false;
-        std::uint32_t Command = 0;
-        HelpNote Note;    ///< its texts are no longer valid
-        std::string Text; ///< of the note
+        WindowHandle Control = WindowHandle::None;
+        std::string Text;
+        ScreenPoint Position{};
     };
 
     std::vector<Request> Requests;
-    std::uintptr_t Result = 1;
 
-    std::uintptr_t Call(WindowHandle caller, const char* file, std::uint32_t command,
-                        const HelpNote& note) override;
+    void ShowNote(WindowHandle control, const std::string& text, ScreenPoint position) override {
+        Requests.push_back({.Control = control, .Text = text, .Position = position});
+    }
 };
 
 /// Libraries that consist of functions of the test.
@@ -142,7 +139,6 @@ class MemoryLibraries final : public DynamicLibraries {
 public:
     struct Exports {
         std::map<std::string, DynamicLibrary::Function> ByName;
-        std::map<unsigned, DynamicLibrary::Function> ByOrdinal;
     };
 
     std::map<std::string, Exports> Present; ///< by the name or path that is asked for
@@ -153,14 +149,6 @@ public:
     std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
         return Load(fileName);
     }
-};
-
-class MemoryRegistry final : public Registry {
-public:
-    std::map<std::string, std::string> Defaults; ///< default values by key
-    std::vector<std::string> Asked;
-
-    std::optional<std::string> ClassesRootDefault(const std::string& key) override;
 };
 
 } // namespace pmx::test

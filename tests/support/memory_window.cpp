@@ -194,13 +194,13 @@ bool MemoryWindow::MoveFocus(Control* target) {
     }
     Focused = target;
     if (previous && previous->Source.Kind == ControlKind::Edit && !HasEnded()) {
-        Events.OnFocusLost(previous->Source.Id);
+        Events.OnEvent({.Control = previous->Source.Id, .Event = DialogEvent::FocusLost});
     }
     if (Focused != target || !target) {
         return false;
     }
     if (target->Source.Kind == ControlKind::Edit && !HasEnded()) {
-        Events.OnFocusGained(target->Source.Id);
+        Events.OnEvent({.Control = target->Source.Id, .Event = DialogEvent::FocusGained});
     }
     return Focused == target;
 }
@@ -208,9 +208,9 @@ bool MemoryWindow::MoveFocus(Control* target) {
 void MemoryWindow::WhileElsewhere(const std::function<void()>& open) {
     ++TimesElsewhere;
     Control* previous = Focused;
-    MoveFocus(nullptr);
+    Focused = nullptr;
     open();
-    MoveFocus(previous);
+    Focused = previous;
 }
 
 void MemoryWindow::Check(Control& radioButton) {
@@ -280,9 +280,9 @@ void MemoryUser::Activate(Control& button) const {
         Window.Events.OnCancelAsked();
     } else if (button.Source.Kind == ControlKind::RadioButton) {
         Window.Check(button);
-        Window.Events.OnPressed(id);
+        Window.Events.OnEvent({.Control = id, .Event = DialogEvent::Pressed});
     } else if (button.Source.Kind == ControlKind::PushButton) {
-        Window.Events.OnPressed(id);
+        Window.Events.OnEvent({.Control = id, .Event = DialogEvent::Pressed});
     }
 }
 
@@ -324,10 +324,17 @@ void MemoryUser::Tab() {
 void MemoryUser::Type(const std::string& text) {
     for (std::size_t position = 0; position < text.size();) {
         const std::size_t length = CharacterLength(text, position, SystemLeadBytes());
-        if (BeginInput() && Window.Focused && Window.Focused->Source.Kind == ControlKind::Edit) {
-            Window.InsertText(*Window.Focused, text.substr(position, length));
-        }
         position += length;
+        if (!BeginInput() || !Window.Focused) {
+            continue;
+        }
+        if (Window.Focused->Source.Kind == ControlKind::Edit) {
+            Window.InsertText(*Window.Focused, text.substr(position - length, length));
+        } else if (Window.Focused->Source.Kind == ControlKind::List) {
+            Window.Events.OnEvent({.Control = Window.FocusedControl(),
+                                   .Event = DialogEvent::ListTyped,
+                                   .Text = text.substr(0, position)});
+        }
     }
 }
 
@@ -362,11 +369,12 @@ void MemoryUser::SelectInList(ControlId list, int row) const {
     }
     rows.DeselectAll();
     rows.Select(row);
-    Window.Events.OnListSelectionChanged(list);
+    Window.Events.OnEvent({.Control = list, .Event = DialogEvent::ListSelectionChanged});
 }
 
 void MemoryUser::KeyInList(Control& list, std::uint32_t virtualKey) const {
-    Window.Events.OnListKeyDown(list.Source.Id, {.VirtualKey = virtualKey, .Flags = 0});
+    Window.Events.OnEvent(
+        {.Control = list.Source.Id, .Event = DialogEvent::ListKeyDown, .Key = {.VirtualKey = virtualKey}});
     MemoryList& rows = List(list.Source.Id);
     if (Window.HasEnded() || rows.RowCount() == 0) {
         return;
@@ -406,10 +414,25 @@ void MemoryUser::Key(std::uint32_t virtualKey) {
     }
 }
 
+void MemoryUser::AltKey(std::uint32_t virtualKey) {
+    if (BeginInput() && Window.Focused && Window.Focused->Source.Kind == ControlKind::List) {
+        Window.Events.OnEvent({.Control = Window.FocusedControl(),
+                               .Event = DialogEvent::ListKeyDown,
+                               .Key = {.VirtualKey = virtualKey, .WithAlt = true}});
+    }
+}
+
+void MemoryUser::VisitAnotherWindow() {
+    if (BeginInput()) {
+        Window.WhileElsewhere([] {});
+    }
+}
+
 void MemoryUser::ProcessKey(std::uint32_t scanCode) {
     if (BeginInput() && Window.Focused && Window.Focused->Source.Kind == ControlKind::List) {
-        Window.Events.OnListKeyDown(Window.FocusedControl(),
-                                    {.VirtualKey = ListKey::Process, .Flags = scanCode});
+        Window.Events.OnEvent({.Control = Window.FocusedControl(),
+                               .Event = DialogEvent::ListKeyDown,
+                               .Key = {.VirtualKey = ListKey::Process, .Flags = scanCode}});
     }
 }
 
@@ -461,7 +484,7 @@ bool MemoryUser::Point(ControlId list, ListHit hit) const {
 
 void MemoryUser::Click(ControlId list, ListHit hit) const {
     if (Point(list, hit)) {
-        Window.Events.OnListClicked(list);
+        Window.Events.OnEvent({.Control = list, .Event = DialogEvent::ListClicked});
     }
 }
 
@@ -469,10 +492,12 @@ void MemoryUser::DoubleClick(ControlId list, ListHit hit) const {
     if (!Point(list, hit)) {
         return;
     }
-    Window.Events.OnListClicked(list);
-    if (!Window.HasEnded()) {
+    const int before = Window.TimesElsewhere;
+    Window.Events.OnEvent({.Control = list, .Event = DialogEvent::ListClicked});
+    // A window that opens at the first click gets the second one.
+    if (!Window.HasEnded() && Window.TimesElsewhere == before) {
         ++Window.Input;
-        Window.Events.OnListDoubleClicked(list);
+        Window.Events.OnEvent({.Control = list, .Event = DialogEvent::ListDoubleClicked});
     }
 }
 
@@ -490,6 +515,15 @@ void MemoryUser::ClickStateImage(ControlId list, int row) {
 
 void MemoryUser::ClickBesideRows(ControlId list) {
     Click(list, {});
+}
+
+void MemoryUser::DragRow(ControlId list, int from, int to) {
+    const int before = Window.TimesElsewhere;
+    // A window that opens while the mouse button is down takes it away.
+    if (Point(list, {.Row = from}) && Window.TimesElsewhere == before && List(list).MayDrag && from != to) {
+        Window.Events.OnEvent(
+            {.Control = list, .Event = DialogEvent::ListRowDragged, .Move = {.From = from, .To = to}});
+    }
 }
 
 void MemoryUser::DoubleClickRow(ControlId list, int row) {

@@ -50,8 +50,6 @@ public:
     /// The focus goes to a window elsewhere while `open` runs, and then comes back.
     void WhileElsewhere(const std::function<void()>& open);
 
-    bool IsEnabled(ControlId control) const;
-
     // DialogWindow
 
     WindowHandle Handle() const override { return Identity; }
@@ -62,6 +60,7 @@ public:
     void SetText(ControlId control, const std::string& text) override;
     void LimitText(ControlId control, std::size_t bytes) override;
     void Enable(ControlId control, bool enabled) override;
+    bool IsEnabled(ControlId control) const override;
     void SetRadio(ControlId first, ControlId last, int index) override;
     int RadioOf(ControlId first, ControlId last) const override;
     ControlId FocusedControl() const override;
@@ -152,6 +151,7 @@ public:
     void RightClickRow(ControlId list, int row) override;
     void ClickStateImage(ControlId list, int row) override;
     void ClickBesideRows(ControlId list) override;
+    void DragRow(ControlId list, int from, int to) override;
     void DoubleClickRow(ControlId list, int row) override;
     void DoubleClickStateImage(ControlId list, int row) override;
     void TabTo(ControlId control) override;
@@ -159,11 +159,13 @@ public:
     void Type(const std::string& text) override;
     void Paste(const std::string& text) override;
     void Key(std::uint32_t virtualKey) override;
+    void AltKey(std::uint32_t virtualKey) override;
     void Enter() override;
     void Escape() override;
     void PressByKey(ControlId button) override;
     void AskHelp() override;
     void AskHelpOn(ControlId control) override;
+    void VisitAnotherWindow() override;
     void Close() override;
 
     /// Where the mouse is when help is asked.

@@ -35,13 +35,11 @@ public:
         Open = &window;
         return WhenOpened(window);
     }
-    void OnPressed(ControlId control) override { Seen.push_back("pressed " + std::to_string(control)); }
-    void OnFocusGained(ControlId) override {}
-    void OnFocusLost(ControlId) override {}
-    void OnListSelectionChanged(ControlId) override {}
-    void OnListClicked(ControlId) override {}
-    void OnListDoubleClicked(ControlId) override {}
-    void OnListKeyDown(ControlId, const ListKey&) override {}
+    void OnEvent(const ControlEvent& event) override {
+        if (event.Event == DialogEvent::Pressed) {
+            Seen.push_back("pressed " + std::to_string(event.Control));
+        }
+    }
     void OnHelpAsked(const HelpRequest&) override { Seen.emplace_back("help"); }
     void OnOkAsked() override { Seen.emplace_back("ok"); }
     void OnCancelAsked() override {

@@ -242,6 +242,20 @@ TEST_F(InputMethodTest, CompositionIsCutBetweenCharacters) {
     });
 }
 
+TEST_F(InputMethodTest, CompositionThatIsOpenWhenTheFocusLeavesIsTaken) {
+    Run([](RealUser& user) {
+        user.Type("a");
+        user.BeginComposing(L"\u8868\u30BD");
+        user.TabTo(control::Ok);
+        EXPECT_EQ(user.Text(Box), "a" + Sjis(u8"表ソ"));
+        user.TabTo(Box);
+        user.Key(test::key::End);
+        user.BeginComposing(L"\u30DF");
+        user.VisitAnotherWindow();
+        EXPECT_EQ(user.Text(Box), "a" + Sjis(u8"表ソミ"));
+    });
+}
+
 TEST_F(InputMethodTest, CompositionThatFitsIsTakenWhole) {
     Run([](RealUser& user) {
         user.Compose(L"\u8868\u30BD");

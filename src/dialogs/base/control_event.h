@@ -7,24 +7,6 @@
 
 namespace pmx {
 
-/// What can happen to a control.
-enum class DialogEvent {
-    Pressed,
-    FocusGained,
-    FocusLost,
-    ListSelectionChanged,
-    ListClicked,
-    ListDoubleClicked,
-    ListKeyDown
-};
-
-/// Something that happened to a control.
-struct ControlEvent {
-    ControlId Control = 0;
-    DialogEvent Event = DialogEvent::Pressed;
-    ListKey Key{}; ///< of ListKeyDown
-};
-
 /// One line of a dialog's table: which member function handles which event of which control. The function may
 /// take the event, or nothing.
 template <class Dialog>

@@ -1,7 +1,5 @@
 #include "dialogs/base/dialog_services.h"
 
-#include "dialogs/base/help_engine.h"
-
 namespace pmx {
 
 const DialogServices& SystemDialogServices() {
@@ -11,7 +9,7 @@ const DialogServices& SystemDialogServices() {
         .Messages = SystemMessageBoxes(),
         .FileChoice = SystemFileDialogs(),
         .Images = SystemImageLists(),
-        .Help = SystemHelpEngine(),
+        .Help = SystemHelpNotes(),
         .Libraries = SystemDynamicLibraries(),
     };
     return Services;

@@ -3,7 +3,7 @@
 #include "platform/dialog_window.h"
 #include "platform/dynamic_library.h"
 #include "platform/file_dialogs.h"
-#include "platform/help_note.h"
+#include "platform/help_notes.h"
 #include "platform/image_list.h"
 #include "platform/message_box.h"
 #include "platform/resources.h"
@@ -18,7 +18,7 @@ struct DialogServices {
     MessageBoxes& Messages;
     FileDialogs& FileChoice;
     ImageLists& Images;
-    HelpEngine& Help;
+    HelpNotes& Help;
     DynamicLibraries& Libraries;
 };
 

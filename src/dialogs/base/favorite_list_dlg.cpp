@@ -14,6 +14,7 @@ ListControl& FavoriteListDlg::ListView() const {
 void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns) {
     ListControl& list = ListView();
     list.SetFullRowSelection(true);
+    list.AllowDragging();
     int position = 0;
     for (const FavoriteListColumn& column : columns) {
         list.InsertColumn(position++, StringOf(column.Title), column.Width);
@@ -41,6 +42,7 @@ void FavoriteListDlg::AppendRow(std::int64_t index) {
     Rows.push_back(index);
     ListView().InsertRow(row);
     DrawRow(row, FavoriteOf(row));
+    ListView().EnsureVisible(row);
     if (Shown >= 0) {
         EnableMoving(Shown);
     }
@@ -62,8 +64,7 @@ void FavoriteListDlg::MoveRow(int from, int to) {
         DrawRow(to, FavoriteOf(to));
     }
     SelectRow(to);
-    Shown = to;
-    EnableMoving(to);
+    ShowRow(to);
 }
 
 std::vector<const CPMXTemplUIListData*> FavoriteListDlg::FavoritesInRows() const {
@@ -91,18 +92,36 @@ void FavoriteListDlg::ShowRow(int row) {
                      mayHaveIcon ? record.GetIconIndex() : FirstIcon);
 }
 
-/// A control that is about to be disabled leaves the focus to the list, where every key means something,
-/// instead of to the next control in tab order.
+/// A button that is about to be disabled leaves the focus to one where the next key does no harm, instead of to
+/// the next control in tab order.
 void FavoriteListDlg::EnableRowControl(ControlId id, bool enabled) {
     if (!enabled && Window().FocusedControl() == id) {
-        Window().Focus(Layout.List);
+        Window().Focus(NextOfGroup(id));
     }
     Window().Enable(id, enabled);
 }
 
+ControlId FavoriteListDlg::NextOfGroup(ControlId id) const {
+    for (const std::span<const ControlId> group : Layout.ButtonGroups) {
+        const auto place = std::find(group.begin(), group.end(), id) - group.begin();
+        const auto size = static_cast<std::ptrdiff_t>(group.size());
+        for (std::ptrdiff_t step = 1; place < size && step < size; ++step) {
+            const ControlId next = group[static_cast<std::size_t>((place + step) % size)];
+            if (Window().IsEnabled(next)) {
+                return next;
+            }
+        }
+    }
+    return Layout.WithoutRows;
+}
+
 void FavoriteListDlg::EnableMoving(int row) {
-    EnableRowControl(Layout.Up, row != 0);
-    EnableRowControl(Layout.Down, row != RowCount() - 1);
+    const bool mayGoUp = row != 0;
+    const bool mayGoDown = row != RowCount() - 1;
+    // First the one that may get the focus from the other.
+    EnableRowControl(mayGoUp ? Layout.Up : Layout.Down, mayGoUp || mayGoDown);
+    EnableRowControl(Layout.Up, mayGoUp);
+    EnableRowControl(Layout.Down, mayGoDown);
 }
 
 void FavoriteListDlg::DisableRowControls() {
@@ -111,18 +130,18 @@ void FavoriteListDlg::DisableRowControls() {
     }
 }
 
-void FavoriteListDlg::ShowName(const std::string& name) const {
-    Window().SetText(Layout.Name, name);
+/// What is in the box already is not set anew, which would move the caret. The box may show a name in other
+/// bytes, or its beginning only.
+void FavoriteListDlg::ShowName(const std::string& name) {
+    if (Window().TextOf(Layout.Name) != name) {
+        Window().SetText(Layout.Name, name);
+    }
+    ShownName = Window().TextOf(Layout.Name);
 }
 
 void FavoriteListDlg::SelectRow(int row) {
     ListView().Select(row);
     ListView().EnsureVisible(row);
-}
-
-void FavoriteListDlg::ReturnToList() {
-    ListView().EnsureVisible(Shown);
-    Window().Focus(Layout.List);
 }
 
 } // namespace pmx

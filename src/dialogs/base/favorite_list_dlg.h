@@ -23,6 +23,9 @@ struct FavoriteListLayout {
     ControlId WithoutRows = 0;                   ///< gets the focus when the last row is gone
     std::span<const ControlId> ForUserFavorites; ///< enabled for user favorites only
     std::span<const ControlId> ForRows;          ///< disabled in an empty list
+
+    /// Where the focus goes on from a button that gets disabled: to the next of its group that is enabled.
+    std::span<const std::span<const ControlId>> ButtonGroups;
 };
 
 /// A column of a list of favorites.
@@ -38,8 +41,11 @@ struct FavoriteListColumn {
 /// dialog's list of favorites while the dialog is open: moving changes the order of the rows, deleting takes the
 /// row away and marks the record.
 ///
-/// A name is taken up when the name box loses the focus, and when Enter in it accepts the dialog. A name that
-/// is refused keeps the dialog open, the row selected and the focus in the name box.
+/// A name is taken up when the focus moves on from the name box, and when Enter in it accepts the dialog, unless
+/// the box is as the dialog filled it. A name that is refused keeps the dialog open, the row selected and the
+/// focus in the name box.
+///
+/// Commands leave the focus on the button that was pressed, so that pressing it again does the same again.
 class FavoriteListDlg : public CPmxDlg {
 protected:
     FavoriteListDlg(ResourceId dialogTemplate, const FavoriteListLayout& layout, WindowHandle parent,
@@ -57,8 +63,9 @@ protected:
     /// Whether the user may change the record's icon. Otherwise the first icon is shown.
     virtual bool MayHaveIcon(const CPMXTemplUIListData& record) const = 0;
 
-    /// Gives the user favorite of a row a name that has been checked.
-    virtual void TakeName(int row, const std::string& name) = 0;
+    /// Gives the user favorite of a row a name that has been checked. False, after a message, when it keeps the
+    /// one that it had.
+    virtual bool TakeName(int row, const std::string& name) = 0;
 
     /// Stores what the user has accepted.
     virtual void Commit() = 0;
@@ -71,7 +78,7 @@ protected:
     /// that there is no row.
     void FillList(std::span<const FavoriteListColumn> columns);
 
-    /// Adds a row for the record at that index.
+    /// Adds a row for the record at that index, and scrolls it into view.
     void AppendRow(std::int64_t index);
 
     int RowCount() const { return static_cast<int>(Rows.size()); }
@@ -92,18 +99,20 @@ protected:
     /// Shows the row's favorite in the name box, the icon and the enabling of the controls.
     void ShowRow(int row);
 
-    /// Shows a name in the name box.
-    void ShowName(const std::string& name) const;
+    /// After a command: the row that it acted on can be seen.
+    void KeepInView() const { ListView().EnsureVisible(Shown); }
 
-    /// After a command: the next key is one for the list, and the row that it starts from can be seen.
-    void ReturnToList();
+    /// Handles a key that both dialogs know.
+    void HandleListKey(const ListKey& key);
 
     // Handlers, for the tables of the dialogs
 
     void OnOK() override;
     void OnSelectionChanged();
-    void OnNameEntered();
-    void OnNameLeft();
+    void OnTyped(const ControlEvent& event);
+    void OnRowDragged(const ControlEvent& event);
+    void OnNameBoxEntered();
+    void OnNameBoxLeft();
     void OnDelete();
     void OnUp();
     void OnDown();
@@ -113,18 +122,21 @@ protected:
 
 private:
     bool Rename();
-    std::string EnteredName(const CPMXTemplUIListData& record) const;
+    void ShowName(const std::string& name);
     void RefuseName(ResourceId id);
     void MoveRow(int from, int to);
     void SelectRow(int row);
+    int FindTyped(const std::string& typed) const;
     void EnableRowControl(ControlId id, bool enabled);
+    ControlId NextOfGroup(ControlId id) const;
     void EnableMoving(int row);
     void DisableRowControls();
 
     const FavoriteListLayout& Layout;
     std::vector<std::int64_t> Rows; ///< the index of each row's record
     int Shown = -1;
-    int EditRow = -1; ///< the row whose name is in the name box
+    int EditRow = -1;      ///< the row whose name the user may be changing in the name box
+    std::string ShownName; ///< what the name box holds as long as the user does not change it
 };
 
 } // namespace pmx

@@ -24,21 +24,74 @@ void FavoriteListDlg::OnSelectionChanged() {
     }
 }
 
-void FavoriteListDlg::OnNameEntered() {
+/// Selects the next row whose name begins with what was typed. One letter again and again leads from one such
+/// row to the next.
+void FavoriteListDlg::OnTyped(const ControlEvent& event) {
+    const int row = FindTyped(event.Text);
+    if (row >= 0) {
+        SelectRow(row);
+        ShowRow(row);
+    }
+}
+
+int FavoriteListDlg::FindTyped(const std::string& typed) const {
+    const LeadByteTable& leadBytes = SystemLeadBytes();
+    const std::size_t letterSize = CharacterLength(typed, 0, leadBytes);
+    const auto find = [&](std::string_view beginning, int from) {
+        for (int step = 0; step < RowCount(); ++step) {
+            const int row = (from + step) % RowCount();
+            const std::string_view name = FavoriteOf(row).GetName();
+            if (EqualIgnoringCase(name.substr(0, beginning.size()), beginning, leadBytes)) {
+                return row;
+            }
+        }
+        return -1;
+    };
+    const std::string_view text = typed;
+    const bool isFirst = text.size() == letterSize;
+    const bool isRepeated = text.substr(letterSize) == text.substr(0, text.size() - letterSize);
+    const int row = find(text, isFirst ? Shown + 1 : std::max(Shown, 0));
+    return row < 0 && isRepeated ? find(text.substr(0, letterSize), Shown + 1) : row;
+}
+
+void FavoriteListDlg::OnRowDragged(const ControlEvent& event) {
+    MoveRow(event.Move.From, event.Move.To);
+}
+
+void FavoriteListDlg::HandleListKey(const ListKey& key) {
+    if (key.WithAlt) {
+        if (key.VirtualKey == ListKey::Up) {
+            OnUp();
+        } else if (key.VirtualKey == ListKey::Down) {
+            OnDown();
+        }
+    } else if (key.VirtualKey == ListKey::Delete) {
+        OnDelete();
+    } else if (key.VirtualKey == ListKey::F2) {
+        Window().Focus(Layout.Name);
+    }
+}
+
+void FavoriteListDlg::OnNameBoxEntered() {
     EditRow = Shown;
 }
 
-void FavoriteListDlg::OnNameLeft() {
-    Rename();
+/// A name that was not refused and could not be taken all the same gives way to the one that the favorite has.
+void FavoriteListDlg::OnNameBoxLeft() {
+    if (!Rename() && Window().FocusedControl() != Layout.Name) {
+        ShowName(FavoriteOf(EditRow).GetName());
+    }
 }
 
-/// Gives the favorite of `EditRow` the name in the name box. False when the name is refused; the focus is
-/// then back in the name box.
+/// Gives the favorite of `EditRow` the name in the name box. False when it does not get that name; when it was
+/// refused, the focus is back in the name box.
 bool FavoriteListDlg::Rename() {
-    const CPMXTemplUIListData& record = FavoriteOf(EditRow);
-    const std::string name = EnteredName(record);
+    if (Window().TextOf(Layout.Name) == ShownName) {
+        return true;
+    }
+    const std::string name = NameIn(Layout.Name);
     if (name.empty()) {
-        ShowName(record.GetName());
+        ShowName(FavoriteOf(EditRow).GetName());
         return true;
     }
     if (HasSeparator(name)) {
@@ -49,18 +102,11 @@ bool FavoriteListDlg::Rename() {
         RefuseName(text::RenameNameExists);
         return false;
     }
+    if (!TakeName(EditRow, name)) {
+        return false;
+    }
     ShowName(name);
-    TakeName(EditRow, name);
     return true;
-}
-
-/// The name that the box stands for. A name from the list file may be too long for the box; its beginning,
-/// left as it was, stands for the whole.
-std::string FavoriteListDlg::EnteredName(const CPMXTemplUIListData& record) const {
-    const std::string entered = NameIn(Layout.Name);
-    const std::string& name = record.GetName();
-    const std::string shown = name.substr(0, LengthWithin(name, NameLimit, SystemLeadBytes()));
-    return shown.size() < name.size() && entered == TrimmedName(shown) ? name : entered;
 }
 
 void FavoriteListDlg::RefuseName(ResourceId id) {
@@ -81,14 +127,13 @@ void FavoriteListDlg::OnDelete() {
     if (RowCount() == 0) {
         Shown = -1;
         ShowName({});
-        DisableRowControls();
         Window().Focus(Layout.WithoutRows);
+        DisableRowControls();
         return;
     }
     const int next = std::max(row - 1, 0);
     SelectRow(next);
     ShowRow(next);
-    ReturnToList();
 }
 
 void FavoriteListDlg::OnUp() {
@@ -119,7 +164,7 @@ void FavoriteListDlg::OnChangeIcon() {
     }
     record.SetIconIndex(picker.IconValue());
     ShowRow(row);
-    ReturnToList();
+    KeepInView();
 }
 
 } // namespace pmx

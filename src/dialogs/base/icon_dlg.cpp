@@ -42,6 +42,7 @@ void CPMXTemplUIIconDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIIconDlg;
     static constexpr EventHandler<Self> Table[] = {
         {control::PickerIcons, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
+        {control::PickerIcons, DialogEvent::ListDoubleClicked, &Self::OnDoubleClick},
     };
     Dispatch<Self>(*this, Table, event);
 }
@@ -50,6 +51,12 @@ void CPMXTemplUIIconDlg::OnControlEvent(const ControlEvent& event) {
 void CPMXTemplUIIconDlg::OnSelectionChanged() {
     const int row = Window().ListOf(control::PickerIcons).SelectedRow();
     Chosen = row >= 0 ? row : Chosen;
+}
+
+void CPMXTemplUIIconDlg::OnDoubleClick() {
+    if (Window().ListOf(control::PickerIcons).HitOfMessage().Row >= 0) {
+        OnOK();
+    }
 }
 
 void CPMXTemplUIIconDlg::OnOK() {

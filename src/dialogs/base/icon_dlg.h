@@ -17,7 +17,7 @@ public:
     /// `iconValue`: the favorite's icon at present. `toolbar`: the favorite's toolbar flag; kept, not used.
     /// `title`: none for the standard title.
     CPMXTemplUIIconDlg(std::int64_t iconValue, std::uint32_t toolbar, std::optional<std::string> title,
-                       WindowHandle parent, const DialogServices& services = SystemDialogServices());
+                       WindowHandle parent, const DialogServices& services);
 
     /// The icon that was chosen when DoModal returned CodeOk; otherwise the one given to the constructor.
     std::int64_t IconValue() const noexcept { return Value; }
@@ -29,6 +29,7 @@ private:
     void OnOK() override;
     void OnControlEvent(const ControlEvent& event) override;
     void OnSelectionChanged();
+    void OnDoubleClick();
 
     void FillList(ListControl& list) const;
 

@@ -1,11 +1,19 @@
 #include "dialogs/base/pmx_dlg.h"
+
 #include "platform/text.h"
+
+#include <algorithm>
 
 namespace pmx {
 
 namespace {
 
 constexpr char NameSeparator = '~';
+
+bool IsNameBlank(std::string_view character) {
+    constexpr std::string_view FullWidthBlank = "\x81\x40";
+    return character == FullWidthBlank || (character.size() == 1 && IsBlank(character.front()));
+}
 
 /// Sets a flag for as long as it lives.
 class FlagScope {
@@ -26,14 +34,9 @@ int CPmxDlg::DoModal() {
 }
 
 void CPmxDlg::ShowHelpPopup(WindowHandle control, ScreenPoint position, ControlId id) {
-    const std::optional<std::string> text = Services.Strings.StringOf(id);
-    if (!text) {
-        return;
+    if (const std::optional<std::string> text = Services.Strings.StringOf(id)) {
+        Services.Help.ShowNote(control, *text, position);
     }
-    HelpNote note;
-    note.Text = text->c_str();
-    note.Position = position;
-    Services.Help.Call(control, nullptr, HelpEngine::DisplayTextPopup, note);
 }
 
 bool CPmxDlg::OnHelpInfo(const HelpRequest& request) {
@@ -94,7 +97,18 @@ std::string CPmxDlg::NameIn(ControlId nameBox) const {
 }
 
 std::string CPmxDlg::TrimmedName(std::string_view name) const {
-    return std::string(Trimmed(name, SystemLeadBytes()));
+    const LeadByteTable& leadBytes = SystemLeadBytes();
+    std::size_t begin = name.size();
+    std::size_t end = 0;
+    for (std::size_t position = 0; position < name.size();) {
+        const std::size_t length = CharacterLength(name, position, leadBytes);
+        if (!IsNameBlank(name.substr(position, length))) {
+            begin = std::min(begin, position);
+            end = position + length;
+        }
+        position += length;
+    }
+    return std::string(name.substr(begin, end > begin ? end - begin : 0));
 }
 
 bool CPmxDlg::HasSeparator(std::string_view name) const {
@@ -118,48 +132,27 @@ bool CPmxDlg::IsRefused() const {
     return RefusedInput && *RefusedInput == Window().InputNumber();
 }
 
-void CPmxDlg::HandleInput(const ControlEvent& event) {
-    if (IsListening() && !IsRefused()) {
+void CPmxDlg::OnEvent(const ControlEvent& event) {
+    if (!IsListening()) {
+        return;
+    }
+    if (event.Event == DialogEvent::FocusLost) {
+        HandleFocusLoss(event);
+    } else if (event.Event == DialogEvent::FocusGained || !IsRefused()) {
         OnControlEvent(event);
     }
 }
 
-void CPmxDlg::OnPressed(ControlId control) {
-    HandleInput({.Control = control, .Event = DialogEvent::Pressed});
-}
-
-void CPmxDlg::OnFocusGained(ControlId control) {
-    if (IsListening()) {
-        OnControlEvent({.Control = control, .Event = DialogEvent::FocusGained});
-    }
-}
-
-void CPmxDlg::OnFocusLost(ControlId control) {
-    if (HandlingFocusLoss || !IsListening() || IsRefused()) {
+void CPmxDlg::HandleFocusLoss(const ControlEvent& event) {
+    if (HandlingFocusLoss || IsRefused()) {
         return;
     }
     const FlagScope scope(HandlingFocusLoss);
     const std::uint64_t input = Window().InputNumber();
-    OnControlEvent({.Control = control, .Event = DialogEvent::FocusLost});
-    if (Listening && Window().FocusedControl() == control) {
+    OnControlEvent(event);
+    if (Listening && Window().FocusedControl() == event.Control) {
         RefusedInput = input;
     }
-}
-
-void CPmxDlg::OnListSelectionChanged(ControlId control) {
-    HandleInput({.Control = control, .Event = DialogEvent::ListSelectionChanged});
-}
-
-void CPmxDlg::OnListClicked(ControlId control) {
-    HandleInput({.Control = control, .Event = DialogEvent::ListClicked});
-}
-
-void CPmxDlg::OnListDoubleClicked(ControlId control) {
-    HandleInput({.Control = control, .Event = DialogEvent::ListDoubleClicked});
-}
-
-void CPmxDlg::OnListKeyDown(ControlId control, const ListKey& key) {
-    HandleInput({.Control = control, .Event = DialogEvent::ListKeyDown, .Key = key});
 }
 
 void CPmxDlg::OnHelpAsked(const HelpRequest& request) {

@@ -43,8 +43,7 @@ public:
 
     /// `dialogTemplate`: the number of the dialog's template. `parent`: the window to be modal to, may be
     /// none. `services` must outlive the dialog.
-    explicit CPmxDlg(ResourceId dialogTemplate, WindowHandle parent = WindowHandle::None,
-                     const DialogServices& services = SystemDialogServices()) noexcept
+    explicit CPmxDlg(ResourceId dialogTemplate, WindowHandle parent, const DialogServices& services) noexcept
         : Template(dialogTemplate), Parent(parent), Services(services) {}
     ~CPmxDlg() override = default;
     CPmxDlg(const CPmxDlg&) = delete;
@@ -120,7 +119,7 @@ protected:
     /// The text of a name box without the blanks at both ends.
     std::string NameIn(ControlId nameBox) const;
 
-    /// `name` without the blanks at both ends.
+    /// `name` without the blanks at both ends, full-width ones included.
     std::string TrimmedName(std::string_view name) const;
 
     /// True when the name contains the character that separates the fields of the list file.
@@ -128,13 +127,7 @@ protected:
 
 private:
     bool OnOpened(DialogWindow& window) final;
-    void OnPressed(ControlId control) final;
-    void OnFocusGained(ControlId control) final;
-    void OnFocusLost(ControlId control) final;
-    void OnListSelectionChanged(ControlId control) final;
-    void OnListClicked(ControlId control) final;
-    void OnListDoubleClicked(ControlId control) final;
-    void OnListKeyDown(ControlId control, const ListKey& key) final;
+    void OnEvent(const ControlEvent& event) final;
     void OnHelpAsked(const HelpRequest& request) final;
     void OnOkAsked() final;
     void OnCancelAsked() final;
@@ -142,7 +135,7 @@ private:
 
     bool IsListening() const noexcept { return Listening && ModalDepth == 0; }
     bool IsRefused() const;
-    void HandleInput(const ControlEvent& event);
+    void HandleFocusLoss(const ControlEvent& event);
     MessageAnswer Ask(const std::string& text, MessageIcon icon, MessageButtons buttons,
                       MessageAnswer standard);
 

@@ -20,8 +20,15 @@ constexpr FavoriteListColumn Columns[] = {
 
 constexpr ControlId ForUserFavorites[] = {control::BasicDelete, control::BasicName};
 
-constexpr ControlId ForRows[] = {control::BasicDelete, control::BasicUp,   control::BasicDown,
-                                 control::ChangeIcon,  control::BasicIcon, control::BasicName};
+constexpr ControlId ForRows[] = {control::BasicDelete, control::BasicUp, control::BasicDown,
+                                 control::BasicIcon, control::BasicName};
+
+constexpr ControlId MoveButtons[] = {control::BasicUp, control::BasicDown};
+
+/// Where the button for deleting is alone, the one that opens a dialog of its own does the least harm.
+constexpr ControlId DeleteButtons[] = {control::BasicDelete, control::ChangeIcon};
+
+constexpr std::span<const ControlId> ButtonGroups[] = {MoveButtons, DeleteButtons};
 
 constexpr FavoriteListLayout BasicLayout{.List = control::BasicList,
                                          .Name = control::BasicName,
@@ -29,9 +36,10 @@ constexpr FavoriteListLayout BasicLayout{.List = control::BasicList,
                                          .ChangeIcon = control::ChangeIcon,
                                          .Up = control::BasicUp,
                                          .Down = control::BasicDown,
-                                         .WithoutRows = control::Ok,
+                                         .WithoutRows = control::BasicList,
                                          .ForUserFavorites = ForUserFavorites,
-                                         .ForRows = ForRows};
+                                         .ForRows = ForRows,
+                                         .ButtonGroups = ButtonGroups};
 
 } // namespace
 
@@ -58,10 +66,12 @@ bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
 void CPMXTemplUIChoiceBasicDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIChoiceBasicDlg;
     static const EventHandler<Self> Table[] = {
-        {control::BasicName, DialogEvent::FocusGained, &Self::OnNameEntered},
-        {control::BasicName, DialogEvent::FocusLost, &Self::OnNameLeft},
+        {control::BasicName, DialogEvent::FocusGained, &Self::OnNameBoxEntered},
+        {control::BasicName, DialogEvent::FocusLost, &Self::OnNameBoxLeft},
         {control::BasicList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::BasicList, DialogEvent::ListKeyDown, &Self::OnListKey},
+        {control::BasicList, DialogEvent::ListTyped, &Self::OnTyped},
+        {control::BasicList, DialogEvent::ListRowDragged, &Self::OnRowDragged},
         {control::BasicDelete, DialogEvent::Pressed, &Self::OnDelete},
         {control::BasicUp, DialogEvent::Pressed, &Self::OnUp},
         {control::BasicDown, DialogEvent::Pressed, &Self::OnDown},
@@ -72,9 +82,7 @@ void CPMXTemplUIChoiceBasicDlg::OnControlEvent(const ControlEvent& event) {
 
 /// Unlike in the editor, a key that an input method has taken is none of the list.
 void CPMXTemplUIChoiceBasicDlg::OnListKey(const ControlEvent& event) {
-    if (event.Key.VirtualKey == ListKey::Delete) {
-        OnDelete();
-    }
+    HandleListKey(event.Key);
 }
 
 /// The files of deleted favorites stay.
@@ -94,16 +102,16 @@ bool CPMXTemplUIChoiceBasicDlg::MayHaveIcon(const CPMXTemplUIListData& /*record*
 }
 
 /// Unlike in the editor, a favorite whose file cannot be read keeps its name.
-void CPMXTemplUIChoiceBasicDlg::TakeName(int row, const std::string& name) {
+bool CPMXTemplUIChoiceBasicDlg::TakeName(int row, const std::string& name) {
     CPMXTemplUIListData& record = FavoriteOf(row);
     const std::string before = record.GetName();
     if (Favorites.RenameAt(IndexOf(row), name)) {
         ListView().SetCell(row, NameColumn, name);
-        return;
+        return true;
     }
     record.SetName(before);
-    ShowName(before);
     Warn(text::BasicFavoriteUnreadable);
+    return false;
 }
 
 } // namespace pmx

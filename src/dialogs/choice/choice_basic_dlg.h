@@ -16,8 +16,8 @@ public:
     /// `folder`, `listFileName`, `extension`: the favorites to work on; copied. `parent` may be none. The
     /// services must outlive the dialog.
     CPMXTemplUIChoiceBasicDlg(std::string folder, const char* listFileName, const char* extension,
-                              WindowHandle parent, const DialogServices& services = SystemDialogServices(),
-                              const StoreServices& storeServices = SystemStoreServices());
+                              WindowHandle parent, const DialogServices& services,
+                              const StoreServices& storeServices);
 
 private:
     bool OnInitDialog() override;
@@ -29,7 +29,7 @@ private:
     const CPMXTemplUIListDataArray& GetFavorites() const override { return Favorites.GetList(); }
     void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
-    void TakeName(int row, const std::string& name) override;
+    bool TakeName(int row, const std::string& name) override;
 
     std::string Folder;
     CPMXTemplUIListHolder Favorites;

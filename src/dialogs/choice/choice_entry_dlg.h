@@ -21,8 +21,7 @@ public:
     /// lifetime.
     CPMXTemplUIChoiceEntryDlg(const char* folder, const char* listFileName, const char* extension,
                               const void* table, std::int32_t level, WindowHandle parent,
-                              const DialogServices& services = SystemDialogServices(),
-                              const StoreServices& storeServices = SystemStoreServices());
+                              const DialogServices& services, const StoreServices& storeServices);
 
 private:
     bool OnInitDialog() override;

@@ -90,10 +90,10 @@ bool CPMXTemplUISelLevelDlg::IsAcceptable() {
         Warn(text::NameHasSeparator);
         return false;
     }
-    return IsNameFree();
+    return MayTakeName();
 }
 
-bool CPMXTemplUISelLevelDlg::IsNameFree() {
+bool CPMXTemplUISelLevelDlg::MayTakeName() {
     const std::int64_t count = List != nullptr ? List->GetSize() : 0;
     for (std::int64_t index = 0; index < count; ++index) {
         const CPMXTemplUIListData& record = List->At(index);

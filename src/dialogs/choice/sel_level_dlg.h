@@ -23,9 +23,8 @@ class CPMXTemplUISelLevelDlg final : public CPmxDlg {
 public:
     /// `list`: the favorites whose names are in use; borrowed for the dialog's lifetime, may be null for
     /// none.
-    explicit CPMXTemplUISelLevelDlg(const CPMXTemplUIListDataArray* list,
-                                    WindowHandle parent = WindowHandle::None,
-                                    const DialogServices& services = SystemDialogServices());
+    explicit CPMXTemplUISelLevelDlg(const CPMXTemplUIListDataArray* list, WindowHandle parent,
+                                    const DialogServices& services);
 
     /// 1 when the favorite is made from a standard favorite: a name in use is then refused in every mode.
     void SetSourceIsStandard(std::uint32_t isStandard) { SourceIsStandard = isStandard; }
@@ -51,7 +50,7 @@ private:
 
     void ShowMode() const;
     bool IsAcceptable();
-    bool IsNameFree();
+    bool MayTakeName();
     bool MayUseTakenName();
 
     const CPMXTemplUIListDataArray* List;

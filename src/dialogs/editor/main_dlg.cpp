@@ -16,6 +16,12 @@ constexpr ControlId ForRows[] = {control::EditorEdit,   control::EditorCopy, con
                                  control::EditorExport, control::EditorUp,   control::EditorDown,
                                  control::EditorName,   control::ChangeIcon, control::EditorIcon};
 
+constexpr ControlId FavoriteButtons[] = {control::EditorNew, control::EditorEdit, control::EditorCopy,
+                                         control::EditorDelete};
+constexpr ControlId MoveButtons[] = {control::EditorUp, control::EditorDown};
+constexpr ControlId FileButtons[] = {control::EditorImport, control::EditorExport};
+constexpr std::span<const ControlId> ButtonGroups[] = {FavoriteButtons, MoveButtons, FileButtons};
+
 constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
                                           .Name = control::EditorName,
                                           .Icon = control::EditorIcon,
@@ -24,7 +30,8 @@ constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
                                           .Down = control::EditorDown,
                                           .WithoutRows = control::EditorNew,
                                           .ForUserFavorites = ForUserFavorites,
-                                          .ForRows = ForRows};
+                                          .ForRows = ForRows,
+                                          .ButtonGroups = ButtonGroups};
 
 } // namespace
 
@@ -70,12 +77,14 @@ void CPMXTemplUIMainDlg::LoadAttributeDialog() {
 void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIMainDlg;
     static const EventHandler<Self> Table[] = {
-        {control::EditorName, DialogEvent::FocusGained, &Self::OnNameEntered},
-        {control::EditorName, DialogEvent::FocusLost, &Self::OnNameLeft},
+        {control::EditorName, DialogEvent::FocusGained, &Self::OnNameBoxEntered},
+        {control::EditorName, DialogEvent::FocusLost, &Self::OnNameBoxLeft},
         {control::EditorList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::EditorList, DialogEvent::ListClicked, &Self::OnListClick},
         {control::EditorList, DialogEvent::ListDoubleClicked, &Self::OnListDoubleClick},
         {control::EditorList, DialogEvent::ListKeyDown, &Self::OnListKey},
+        {control::EditorList, DialogEvent::ListTyped, &Self::OnTyped},
+        {control::EditorList, DialogEvent::ListRowDragged, &Self::OnRowDragged},
         {control::EditorNew, DialogEvent::Pressed, &Self::OnNew},
         {control::EditorEdit, DialogEvent::Pressed, &Self::OnEdit},
         {control::EditorCopy, DialogEvent::Pressed, &Self::OnCopy},

@@ -30,8 +30,8 @@ public:
     /// The favorites `folder`, the name of its list file and the extension of favorite files with its dot.
     /// `parent` may be none. The services must outlive the dialog.
     CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName, std::string extension,
-                       WindowHandle parent, const DialogServices& services = SystemDialogServices(),
-                       const StoreServices& storeServices = SystemStoreServices());
+                       WindowHandle parent, const DialogServices& services,
+                       const StoreServices& storeServices);
 
     /// An editor that has ended in another way than by OK leaves what Cancel leaves.
     ~CPMXTemplUIMainDlg() override;
@@ -55,7 +55,7 @@ private:
     void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
 
-    void TakeName(int row, const std::string& name) override;
+    bool TakeName(int row, const std::string& name) override;
 
     // Mouse and keyboard
 

@@ -69,7 +69,7 @@ void CPMXTemplUIMainDlg::EditFavorite(CPMXTemplUIListData& record) {
         return;
     }
     if (Report(List->SaveFavorite(record) ? StoreResult::Success : StoreResult::NotWritten)) {
-        ReturnToList();
+        KeepInView();
     }
 }
 
@@ -117,7 +117,6 @@ void CPMXTemplUIMainDlg::AddEdited(std::unique_ptr<CPMXTemplUIListData> record, 
     }
     if (Report(result)) {
         AppendRow(List->GetSize() - 1);
-        ReturnToList();
     }
 }
 

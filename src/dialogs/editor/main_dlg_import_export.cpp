@@ -41,7 +41,6 @@ void CPMXTemplUIMainDlg::ImportFile(const std::string& path) {
     // Without a favorite of the same name nobody was asked, and the name is empty: it is for the user to
     // give.
     AppendRow(import.Finish(dialog.GetName()));
-    ReturnToList();
 }
 
 StoreResult CPMXTemplUIMainDlg::ReadImport(FavoriteImport& import, const std::string& path) const {
@@ -85,7 +84,7 @@ void CPMXTemplUIMainDlg::OnExport() {
     const std::optional<std::string> path = AskExportPath(record);
     if (path) {
         if (Report(WriteExport(record, *path))) {
-            ReturnToList();
+            KeepInView();
         }
     }
 }

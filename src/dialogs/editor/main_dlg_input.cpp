@@ -10,26 +10,29 @@ void CPMXTemplUIMainDlg::OnListClick() {
     }
 }
 
+/// The second click on a toolbar box is one more click on it.
 void CPMXTemplUIMainDlg::OnListDoubleClick() {
+    if (ListView().HitOfMessage().OnStateImage) {
+        OnListClick();
+        return;
+    }
     const int row = CurrentRow();
-    if (row < 0 || ListView().HitOfMessage().OnStateImage) {
-        return;
-    }
-    if (FavoriteOf(row).IsStandard()) {
+    if (row >= 0 && FavoriteOf(row).IsStandard()) {
         Warn(text::StandardNotEditable);
-        return;
+    } else {
+        OnEdit();
     }
-    OnEdit();
 }
 
 void CPMXTemplUIMainDlg::OnListKey(const ControlEvent& event) {
-    const bool isTakenByInputMethod = event.Key.VirtualKey == ListKey::Process;
-    const std::uint32_t key =
-        isTakenByInputMethod ? Window().VirtualKeyOfScanCode(event.Key.Flags) : event.Key.VirtualKey;
-    if (key == ListKey::Space && ShownRow() >= 0) {
+    ListKey key = event.Key;
+    if (key.VirtualKey == ListKey::Process) {
+        key.VirtualKey = Window().VirtualKeyOfScanCode(key.Flags);
+    }
+    if (key.VirtualKey != ListKey::Space) {
+        HandleListKey(key);
+    } else if (ShownRow() >= 0) {
         ToggleToolbar(ShownRow());
-    } else if (key == ListKey::Delete) {
-        OnDelete();
     }
 }
 

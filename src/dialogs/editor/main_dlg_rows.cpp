@@ -45,15 +45,16 @@ bool CPMXTemplUIMainDlg::MayHaveIcon(const CPMXTemplUIListData& record) const {
 
 /// The list file carries the new name in any case. The name inside the favorite file follows when that file
 /// is next saved, so a host that refuses it here loses nothing.
-void CPMXTemplUIMainDlg::TakeName(int row, const std::string& name) {
+bool CPMXTemplUIMainDlg::TakeName(int row, const std::string& name) {
     CPMXTemplUIListData& record = FavoriteOf(row);
     record.SetName(name);
     if (!List->EnsureLoaded(record)) {
         Warn(text::EditorFavoriteUnreadable);
-        return;
+        return true;
     }
     CallHost([&] { record.GetDocument()->SetName(name); });
     ListView().SetCell(row, NameColumn, name);
+    return true;
 }
 
 } // namespace pmx

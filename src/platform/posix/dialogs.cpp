@@ -1,7 +1,7 @@
 #include "platform/dialog_window.h"
 #include "platform/file_dialogs.h"
+#include "platform/help_notes.h"
 #include "platform/message_box.h"
-#include "platform/registry.h"
 
 /// The native build has no windows: nothing can be shown, and whoever asks is told so.
 namespace pmx {
@@ -35,11 +35,9 @@ public:
     }
 };
 
-class NoRegistry final : public Registry {
+class NoHelpNotes final : public HelpNotes {
 public:
-    std::optional<std::string> ClassesRootDefault(const std::string& /*key*/) override {
-        return std::nullopt;
-    }
+    void ShowNote(WindowHandle /*control*/, const std::string& /*text*/, ScreenPoint /*position*/) override {}
 };
 
 } // namespace
@@ -64,9 +62,9 @@ ImageLists& SystemImageLists() {
     return imageLists;
 }
 
-Registry& SystemRegistry() {
-    static NoRegistry registry;
-    return registry;
+HelpNotes& SystemHelpNotes() {
+    static NoHelpNotes notes;
+    return notes;
 }
 
 } // namespace pmx

@@ -26,7 +26,6 @@ public:
     }
 
     /// Shared objects have no ordinals.
-    Function FindOrdinal(unsigned) const override { return nullptr; }
 
 private:
     const Handle Object;

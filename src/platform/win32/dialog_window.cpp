@@ -5,6 +5,7 @@
 #include "platform/win32/image_list.h"
 #include "platform/win32/wide_text.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -146,11 +147,19 @@ void WindowsDialog::RunLoop() {
 }
 
 void WindowsDialog::Dispatch(MSG& message) {
+    if ((message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) && CancelDrag()) {
+        return;
+    }
     if (CallMsgFilterW(&message, MSGF_DIALOGBOX) || IsDialogMessageW(Window, &message)) {
         return;
     }
     TranslateMessage(&message);
     DispatchMessageW(&message);
+}
+
+bool WindowsDialog::CancelDrag() {
+    return std::any_of(Lists.begin(), Lists.end(),
+                       [](const auto& list) { return list.second->CancelDrag(); });
 }
 
 INT_PTR CALLBACK WindowsDialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -200,7 +209,10 @@ void WindowsDialog::WatchControls() {
     for (HWND child = GetWindow(Window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         const ControlId id = GetDlgCtrlID(child);
         if (IsOfClass(child, WC_LISTVIEWW)) {
-            Lists[id] = std::make_unique<WindowsList>(child);
+            Lists[id] = std::make_unique<WindowsList>(child, [this, id](ControlEvent event) {
+                event.Control = id;
+                Notify(event);
+            });
         } else if (IsOfClass(child, WC_EDITW)) {
             Edits[id] = std::make_unique<NameEdit>(child, [this] { KeepFailure(); });
         }
@@ -224,48 +236,34 @@ INT_PTR WindowsDialog::ButtonClicked(ControlId control) {
         } else if (control == IDCANCEL) {
             Events.OnCancelAsked();
         } else {
-            Events.OnPressed(control);
+            Events.OnEvent({.Control = control, .Event = DialogEvent::Pressed});
         }
     });
     return TRUE;
 }
 
+/// The focus that goes to another window and comes back has not moved for the dialog.
 INT_PTR WindowsDialog::EditNotified(ControlId control, UINT code) {
-    if (code == EN_SETFOCUS) {
-        Tell([&] { Events.OnFocusGained(control); });
-    } else if (code == EN_KILLFOCUS) {
-        Tell([&] { Events.OnFocusLost(control); });
+    if (code == EN_SETFOCUS && EnteredEdit != control) {
+        EnteredEdit = control;
+        Notify({.Control = control, .Event = DialogEvent::FocusGained});
+    } else if (code == EN_KILLFOCUS && FocusedChild()) {
+        EnteredEdit = 0;
+        Notify({.Control = control, .Event = DialogEvent::FocusLost});
     }
     return FALSE;
 }
 
 INT_PTR WindowsDialog::Notified(const NMHDR& notification) {
-    const auto control = static_cast<ControlId>(notification.idFrom);
-    const auto list = Lists.find(control);
-    if (list == Lists.end()) {
-        return FALSE;
-    }
-    if (notification.code == LVN_ITEMCHANGED) {
-        SelectionNotified(*list->second, reinterpret_cast<const NMLISTVIEW&>(notification));
-    } else if (notification.code == NM_CLICK) {
-        Tell([&] { Events.OnListClicked(control); });
-    } else if (notification.code == NM_DBLCLK) {
-        Tell([&] { Events.OnListDoubleClicked(control); });
-    } else if (notification.code == LVN_KEYDOWN) {
-        const auto& key = reinterpret_cast<const NMLVKEYDOWN&>(notification);
-        // Most versions of the control leave the flags empty.
-        const std::uint32_t scanCode = key.flags != 0 ? key.flags : list->second->ScanCode();
-        Tell([&] { Events.OnListKeyDown(control, {.VirtualKey = key.wVKey, .Flags = scanCode}); });
+    const auto list = Lists.find(static_cast<ControlId>(notification.idFrom));
+    if (list != Lists.end()) {
+        list->second->HandleNotification(notification);
     }
     return FALSE;
 }
 
-void WindowsDialog::SelectionNotified(const WindowsList& list, const NMLISTVIEW& change) {
-    const bool isSelection =
-        (change.uChanged & LVIF_STATE) != 0 && ((change.uOldState ^ change.uNewState) & LVIS_SELECTED) != 0;
-    if (isSelection && !list.IsChanging()) {
-        Tell([&] { Events.OnListSelectionChanged(static_cast<ControlId>(change.hdr.idFrom)); });
-    }
+void WindowsDialog::Notify(const ControlEvent& event) {
+    Tell([&] { Events.OnEvent(event); });
 }
 
 INT_PTR WindowsDialog::HelpAsked(const HELPINFO& help) {
@@ -340,10 +338,13 @@ int WindowsDialog::RadioOf(ControlId first, ControlId last) const {
 /// The control that has the focus, itself or in a part of it.
 HWND WindowsDialog::FocusedChild() const {
     HWND focused = GetFocus();
-    while (focused && focused != Window && GetParent(focused) != Window) {
+    if (!focused || !IsChild(Window, focused)) {
+        return nullptr;
+    }
+    while (GetParent(focused) != Window) {
         focused = GetParent(focused);
     }
-    return focused == Window ? nullptr : focused;
+    return focused;
 }
 
 ControlId WindowsDialog::FocusedControl() const {

@@ -31,6 +31,7 @@ public:
     void SetText(ControlId control, const std::string& text) override;
     void LimitText(ControlId control, std::size_t bytes) override;
     void Enable(ControlId control, bool enabled) override;
+    bool IsEnabled(ControlId control) const override { return IsWindowEnabled(Item(control)) != FALSE; }
     void SetRadio(ControlId first, ControlId last, int index) override;
     int RadioOf(ControlId first, ControlId last) const override;
     ControlId FocusedControl() const override;
@@ -50,7 +51,8 @@ private:
     INT_PTR ButtonClicked(ControlId control);
     INT_PTR EditNotified(ControlId control, UINT code);
     INT_PTR Notified(const NMHDR& notification);
-    void SelectionNotified(const WindowsList& list, const NMLISTVIEW& change);
+    void Notify(const ControlEvent& event);
+    bool CancelDrag();
     INT_PTR HelpAsked(const HELPINFO& help);
     void WatchControls();
     void RunLoop();
@@ -68,6 +70,7 @@ private:
     std::optional<int> EndCode;
     std::exception_ptr Failure;
     std::uint64_t Input = 0;
+    ControlId EnteredEdit = 0; ///< the edit box that has the focus as far as the dialog knows
     std::map<ControlId, std::unique_ptr<Icon>> Icons;
     std::map<ControlId, std::unique_ptr<WindowsList>> Lists;
     std::map<ControlId, std::unique_ptr<NameEdit>> Edits;

@@ -2,6 +2,7 @@
 
 #include "platform/module_state.h"
 #include "platform/win32/handles.h"
+#include "platform/win32/silent_errors.h"
 #include "platform/win32/wide_text.h"
 
 #include <type_traits>
@@ -12,20 +13,6 @@
 namespace pmx {
 
 namespace {
-
-constexpr unsigned LargestOrdinal = 0xFFFF;
-
-/// While it lives, the calling thread's loads fail without a message box of the system.
-class SilentErrors {
-public:
-    SilentErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &Before); }
-    ~SilentErrors() { SetThreadErrorMode(Before, nullptr); }
-    SilentErrors(const SilentErrors&) = delete;
-    SilentErrors& operator=(const SilentErrors&) = delete;
-
-private:
-    DWORD Before = 0;
-};
 
 struct Releaser {
     void operator()(HMODULE handle) const { FreeLibrary(handle); }
@@ -38,14 +25,6 @@ public:
 
     Function Find(const char* name) const override {
         return reinterpret_cast<Function>(GetProcAddress(Library.get(), name));
-    }
-
-    /// The system takes a larger number for the address of a name.
-    Function FindOrdinal(unsigned ordinal) const override {
-        if (ordinal == 0 || ordinal > LargestOrdinal) {
-            return nullptr;
-        }
-        return reinterpret_cast<Function>(GetProcAddress(Library.get(), MAKEINTRESOURCEA(ordinal)));
     }
 
 private:
@@ -86,7 +65,7 @@ public:
         if (IsEmptyOrCut(nameOrPath)) {
             return nullptr;
         }
-        const SilentErrors silence;
+        const win32::SilentErrors silence;
         return AsLibrary(Handle(LoadLibraryA(nameOrPath.c_str())));
     }
 
@@ -94,7 +73,7 @@ public:
         if (IsEmptyOrCut(fileName)) {
             return nullptr;
         }
-        const SilentErrors silence;
+        const win32::SilentErrors silence;
         Handle beside = LoadFrom(FolderOf(win32::ToSystem(SystemModuleStates().OwnModule())), fileName);
         return AsLibrary(beside != nullptr ? std::move(beside) : LoadFrom(FolderOf(nullptr), fileName));
     }

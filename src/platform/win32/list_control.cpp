@@ -3,6 +3,8 @@
 #include "platform/win32/image_list.h"
 #include "platform/win32/wide_text.h"
 
+#include <utility>
+
 #include <windowsx.h>
 
 namespace pmx::win32 {
@@ -34,7 +36,8 @@ HIMAGELIST HandleOf(const ImageList& images) {
 // The window finds its object by the place that the control leaves to the application, which takes no
 // look-up: a list of thousands of rows is filled with tens of thousands of messages, and some systems pay
 // dearly for a subclass of the common controls' own kind in each of them.
-WindowsList::WindowsList(HWND window) : Window(window) {
+WindowsList::WindowsList(HWND window, Listener listener)
+    : Window(window), Tell(std::move(listener)), Drag(window) {
     if (Window) {
         SetWindowLongPtrW(Window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         Former = reinterpret_cast<WNDPROC>(
@@ -55,20 +58,106 @@ void WindowsList::Detach() {
 
 LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto& self = *reinterpret_cast<WindowsList*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (IsMouseDown(message) && GetFocus() != window) {
-        SetFocus(window);
-        if (GetFocus() != window) {
-            return 0; // the control that had the focus keeps it, so the click must not change the selection
-        }
-    }
-    if (message == WM_KEYDOWN) {
-        self.LastScanCode = ScanCodeOf(lParam);
+    if (self.HandleMessage(message, wParam, lParam)) {
+        return 0;
     }
     const WNDPROC former = self.Former;
     if (message == WM_NCDESTROY) {
         self.Detach();
     }
-    return CallWindowProcW(former, window, message, wParam, lParam);
+    const LRESULT result = CallWindowProcW(former, window, message, wParam, lParam);
+    if (message == WM_PAINT) {
+        self.Drag.DrawLine();
+    }
+    return result;
+}
+
+/// True when the control is not to see the message.
+bool WindowsList::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (Drag.Handle(message, wParam, lParam)) {
+        if (const std::optional<ListMove> move = Drag.TakeMove()) {
+            Tell({.Event = DialogEvent::ListRowDragged, .Move = *move});
+        }
+        return true;
+    }
+    if (IsMouseDown(message) && GetFocus() != Window) {
+        SetFocus(Window);
+        return GetFocus() != Window; // who refuses to give it away keeps the click from the list as well
+    }
+    if (message == WM_KEYDOWN) {
+        LastScanCode = ScanCodeOf(lParam);
+        if (wParam >= VK_PRIOR && wParam <= VK_DELETE) {
+            Typed.clear(); // the search begins anew where the key leads to
+        }
+    } else if (message == WM_SYSKEYDOWN && (wParam == VK_UP || wParam == VK_DOWN)) {
+        Tell({.Event = DialogEvent::ListKeyDown,
+              .Key = {.VirtualKey = static_cast<std::uint32_t>(wParam), .WithAlt = true}});
+    } else if (message == WM_CHAR) {
+        Type(static_cast<wchar_t>(wParam));
+        return true;
+    }
+    return false;
+}
+
+void WindowsList::Type(wchar_t character) {
+    constexpr DWORD Pause = 1000; // milliseconds
+    constexpr wchar_t Delete = 0x7F;
+    if (character <= L' ' || character == Delete) {
+        return;
+    }
+    const auto now = static_cast<DWORD>(GetMessageTime());
+    if (now - TypedAt > Pause) {
+        Typed.clear();
+    }
+    TypedAt = now;
+    Typed += character;
+    Tell({.Event = DialogEvent::ListTyped, .Text = ToNarrow(Typed)});
+}
+
+bool WindowsList::CancelDrag() {
+    const bool isOn = Drag.IsOn();
+    if (isOn) {
+        Drag.Cancel();
+    }
+    return isOn;
+}
+
+void WindowsList::HandleNotification(const NMHDR& notification) {
+    switch (notification.code) {
+    case LVN_ITEMCHANGED:
+        HandleChange(reinterpret_cast<const NMLISTVIEW&>(notification));
+        break;
+    case LVN_BEGINDRAG:
+        if (MayDrag) {
+            Drag.Begin(reinterpret_cast<const NMLISTVIEW&>(notification).iItem);
+        }
+        break;
+    case NM_CLICK:
+        Tell({.Event = DialogEvent::ListClicked});
+        break;
+    case NM_DBLCLK:
+        Tell({.Event = DialogEvent::ListDoubleClicked});
+        break;
+    case LVN_KEYDOWN:
+        HandleKey(reinterpret_cast<const NMLVKEYDOWN&>(notification));
+        break;
+    default:
+        break;
+    }
+}
+
+void WindowsList::HandleChange(const NMLISTVIEW& change) {
+    const bool isSelection =
+        (change.uChanged & LVIF_STATE) != 0 && ((change.uOldState ^ change.uNewState) & LVIS_SELECTED) != 0;
+    if (isSelection && !Changing) {
+        Tell({.Event = DialogEvent::ListSelectionChanged});
+    }
+}
+
+void WindowsList::HandleKey(const NMLVKEYDOWN& key) {
+    // Most versions of the control leave the flags empty.
+    const std::uint32_t scanCode = key.flags != 0 ? key.flags : LastScanCode;
+    Tell({.Event = DialogEvent::ListKeyDown, .Key = {.VirtualKey = key.wVKey, .Flags = scanCode}});
 }
 
 LRESULT WindowsList::Send(UINT message, WPARAM wParam, LPARAM lParam) const {

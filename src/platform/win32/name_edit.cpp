@@ -112,6 +112,9 @@ LRESULT NameEdit::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         return ReplaceSelection(wParam, reinterpret_cast<const wchar_t*>(lParam));
     case WM_IME_COMPOSITION:
         return TakeComposition(wParam, lParam);
+    case WM_KILLFOCUS:
+        FinishComposition();
+        return Default(message, wParam, lParam);
     default:
         return Default(message, wParam, lParam);
     }
@@ -182,6 +185,18 @@ LRESULT NameEdit::TakeComposition(WPARAM wParam, LPARAM lParam) const {
         SendMessageW(Window, EM_SETSEL, end, static_cast<LPARAM>(end));
     }
     return result;
+}
+
+/// What the input method still composes is taken as typed.
+void NameEdit::FinishComposition() const {
+    const HIMC context = ImmGetContext(Window);
+    if (!context) {
+        return;
+    }
+    if (ImmGetCompositionStringW(context, GCS_COMPSTR, nullptr, 0) > 0) {
+        ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0);
+    }
+    ImmReleaseContext(Window, context);
 }
 
 std::wstring NameEdit::Text() const {

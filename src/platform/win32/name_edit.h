@@ -39,6 +39,7 @@ private:
     LRESULT SetWholeText(WPARAM wParam, const wchar_t* text) const;
     LRESULT ReplaceSelection(WPARAM canUndo, const wchar_t* text) const;
     LRESULT TakeComposition(WPARAM wParam, LPARAM lParam) const;
+    void FinishComposition() const;
     void Paste() const;
 
     std::wstring Text() const;

@@ -78,15 +78,7 @@ private:
             }
             return Events.OnOpened(window);
         }
-        void OnPressed(ControlId control) override { Events.OnPressed(control); }
-        void OnFocusGained(ControlId control) override { Events.OnFocusGained(control); }
-        void OnFocusLost(ControlId control) override { Events.OnFocusLost(control); }
-        void OnListSelectionChanged(ControlId control) override { Events.OnListSelectionChanged(control); }
-        void OnListClicked(ControlId control) override { Events.OnListClicked(control); }
-        void OnListDoubleClicked(ControlId control) override { Events.OnListDoubleClicked(control); }
-        void OnListKeyDown(ControlId control, const ListKey& key) override {
-            Events.OnListKeyDown(control, key);
-        }
+        void OnEvent(const ControlEvent& event) override { Events.OnEvent(event); }
         void OnHelpAsked(const HelpRequest& request) override { Events.OnHelpAsked(request); }
         void OnOkAsked() override { Events.OnOkAsked(); }
         void OnCancelAsked() override { Events.OnCancelAsked(); }

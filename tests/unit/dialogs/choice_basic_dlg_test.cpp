@@ -120,13 +120,15 @@ TEST_F(BasicListInMemoryTest, ListHasTwoColumnsAndSelectsWholeRows) {
               (std::vector<test::MemoryImageLists::Request>{{bitmap::LargeIcons, 32, Color::LightGrey}}));
 }
 
-TYPED_TEST(BasicListTest, EmptyListLeavesOnlyOkAndCancelUsable) {
+TYPED_TEST(BasicListTest, EmptyListLeavesNothingToDoToIt) {
     this->RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
-        for (const ControlId id : {control::BasicDelete, control::BasicUp, control::BasicDown,
-                                   control::ChangeIcon, control::BasicName}) {
+        for (const ControlId id :
+             {control::BasicDelete, control::BasicUp, control::BasicDown, control::BasicName}) {
             EXPECT_FALSE(user.IsEnabled(id)) << id;
         }
+        EXPECT_TRUE(user.IsEnabled(control::ChangeIcon));
+        user.Press(control::ChangeIcon); // would open a dialog that the test does not foresee
         EXPECT_TRUE(user.IsEnabled(control::Ok));
         EXPECT_TRUE(user.IsEnabled(control::Cancel));
     });
@@ -260,11 +262,13 @@ TYPED_TEST(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt
         user.Press(control::BasicDelete);
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_EQ(user.Text(Name), "");
-        for (const ControlId id : {control::BasicDelete, control::BasicUp, control::BasicDown,
-                                   control::ChangeIcon, control::BasicName}) {
+        for (const ControlId id :
+             {control::BasicDelete, control::BasicUp, control::BasicDown, control::BasicName}) {
             EXPECT_FALSE(user.IsEnabled(id)) << id;
         }
-        EXPECT_EQ(user.Focused(), control::Ok);
+        EXPECT_EQ(user.Focused(), List);
+        EXPECT_TRUE(user.IsEnabled(control::ChangeIcon));
+        user.Press(control::ChangeIcon);
     });
     EXPECT_EQ(this->Folder.Read(test::ListFile), "[PMXTemplateList]\r\nTemplateNum=0\r\n");
 }
@@ -290,7 +294,7 @@ TYPED_TEST(BasicListTest, RowMovedUpChangesPlacesWithItsNeighbour) {
         EXPECT_EQ(user.Focused(), control::BasicUp);
         user.Press(control::BasicUp);
         EXPECT_FALSE(user.IsEnabled(control::BasicUp));
-        EXPECT_EQ(user.Focused(), List) << "from the button that can no longer be pressed";
+        EXPECT_EQ(user.Focused(), control::BasicDown) << "from the button that can no longer be pressed";
     });
     EXPECT_EQ(this->ListedNames(), (Names{"C", "A", "Beta"}));
 }
@@ -320,7 +324,7 @@ TYPED_TEST(BasicListTest, ChosenIconIsWritten) {
             EXPECT_EQ(picker.SelectedRow(control::PickerIcons), 6);
             TestFixture::Pick(picker, 1);
         });
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::ChangeIcon);
     });
     EXPECT_EQ(this->ListedValues()[0], "0~" + Sjis(u8"表紙") + "~3~1~15~F0.pmt");
 }
@@ -419,6 +423,47 @@ TYPED_TEST(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsIts
         EXPECT_EQ(user.Cell(List, 0, 0), "A");
     });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "B"}));
+}
+
+TYPED_TEST(BasicListTest, EnterWithAFavoriteFileThatCannotBeReadKeepsTheDialogAndTheNameThatWasTyped) {
+    this->Given({{.Name = "A", .HasFile = false}});
+    this->ExpectWarning(1020);
+    this->ExpectWarning(1020);
+    this->RunAndCancel([](DialogUser& user) {
+        user.Fill(Name, "New");
+        for (int times = 0; times < 2; ++times) {
+            user.Enter();
+            ASSERT_TRUE(user.IsOpen());
+            EXPECT_EQ(user.Text(Name), "New");
+            EXPECT_EQ(user.Focused(), Name);
+        }
+    });
+}
+
+TYPED_TEST(BasicListTest, FocusGoesOnToTheIconButtonWhereNothingCanBeDeleted) {
+    this->Given({Standard("S"), {.Name = "A"}});
+    this->RunAndCancel([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.Press(control::BasicDelete);
+        EXPECT_EQ(user.Focused(), control::ChangeIcon);
+    });
+}
+
+TYPED_TEST(BasicListTest, ListIsUsedByKeyboardAndMouseAsInTheEditor) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
+        user.TabTo(List);
+        user.Type("b");
+        EXPECT_EQ(user.Text(Name), "Beta");
+        user.AltKey(test::key::Up);
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"Beta", "A", "C"}));
+        user.DragRow(List, 0, 2);
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "C", "Beta"}));
+        user.Key(test::key::F2);
+        EXPECT_EQ(user.Focused(), Name);
+        user.Type("New");
+    });
+    EXPECT_EQ(this->ListedNames(), (Names{"A", "C", "New"}));
 }
 
 TYPED_TEST(BasicListTest, HostThatRaisesAtTheFavoriteFileIsReported) {

@@ -81,7 +81,7 @@ TEST_F(EditorAttributesInMemory, EventsWhileTheDialogIsOpenAreIgnored) {
     Given({{.Name = "A"}, {.Name = "B"}});
     RunAndCancel([this](MemoryUser& user) {
         Attributes.User = [&user](unsigned char*) {
-            user.Events().OnPressed(control::EditorDelete);
+            user.Events().OnEvent({.Control = control::EditorDelete, .Event = DialogEvent::Pressed});
             user.Events().OnOkAsked();
             user.Events().OnCancelAsked();
             return PMX_PROPUI_OK;

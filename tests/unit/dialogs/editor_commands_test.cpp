@@ -80,13 +80,13 @@ TYPED_TEST(EditorNew, AddsARowAtTheEndAndAFavoriteFile) {
     EXPECT_TRUE(SameTable(content.Table, TableOf(FreshSeed)));
 }
 
-TYPED_TEST(EditorNew, SelectionStaysAndTheListHasTheFocus) {
+TYPED_TEST(EditorNew, SelectionStaysAndTheButtonHasTheFocus) {
     this->GivenThree();
     this->RunAndCancel([this](DialogUser& user) {
         user.ClickRow(List, 1);
         this->Create(user, "N");
         EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorNew);
     });
 }
 
@@ -106,7 +106,7 @@ TYPED_TEST(EditorNew, AsksForNameAndLevelWithEmptyNameAndDocumentLevel) {
     EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
-TEST_F(EditorNewInMemory, DialogIsModalToTheEditorAndTheSelectedRowComesIntoView) {
+TEST_F(EditorNewInMemory, DialogIsModalToTheEditorAndTheNewRowComesIntoView) {
     GivenThree();
     RunAndCancel([this](MemoryUser& editor) {
         editor.ClickRow(List, 1);
@@ -116,7 +116,7 @@ TEST_F(EditorNewInMemory, DialogIsModalToTheEditorAndTheSelectedRowComesIntoView
             user.Press(control::Ok);
         });
         editor.Press(control::EditorNew);
-        EXPECT_EQ(editor.List(List).LastMadeVisible, 1);
+        EXPECT_EQ(editor.List(List).LastMadeVisible, 3);
     });
 }
 
@@ -220,6 +220,7 @@ TYPED_TEST(EditorNew, NewFavoriteCanBeSelectedWithTheDownKeyInAListThatWasEmpty)
     this->RunAndAccept([this](DialogUser& user) {
         this->Create(user, "N");
         EXPECT_EQ(user.SelectedRow(List), -1);
+        user.TabTo(List);
         user.Key(test::key::Down);
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Text(Name), "N");
@@ -241,7 +242,7 @@ TYPED_TEST(EditorEdit, OverwritesTheFavoriteFileAtOnce) {
     this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorEdit);
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorEdit);
     });
     _LM_DOCUMENTLAYOUTTABLE expected = TableOf(TestFixture::SeedOf(1));
     expected.Bytes[0] = 0xEE;
@@ -351,7 +352,8 @@ TEST_F(EditorEditInMemory, StandardFavoriteIsCopiedThroughTheAttributeDialog) {
             user.Fill(control::CreateName, "N");
             user.Press(control::Ok);
         });
-        editor.Events().OnPressed(control::EditorEdit); // the button itself cannot be pressed
+        editor.Events().OnEvent({.Control = control::EditorEdit,
+                                 .Event = DialogEvent::Pressed}); // the button itself cannot be pressed
     });
     EXPECT_EQ(Attributes.Calls.size(), 1U);
     EXPECT_EQ(ListedValues(), (Names{"1~S~1~0~14~Standard.pmt", "0~N~1~0~14~N.pmt"}));
@@ -371,7 +373,7 @@ TYPED_TEST(EditorCopy, MakesAFavoriteWithTheSameTableUnderANewName) {
         user.Press(control::EditorCopy);
         EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "B", "C", "N"}));
         EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorCopy);
     });
     const test::HostContent content = FakeHost::ReadFavorite(this->Folder, "N.pmt");
     EXPECT_EQ(content.Name, "N");
@@ -526,7 +528,7 @@ TYPED_TEST(EditorDelete, TakesTheRowAwayAndSelectsTheOneBefore) {
         EXPECT_EQ(user.SelectedRow(List), 1);
         EXPECT_EQ(user.Text(Name), "B");
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorDelete);
     });
     EXPECT_EQ(this->ListedNames(), (Names{"A", "B"}));
     EXPECT_EQ(this->ListedCount(), "2");
@@ -575,13 +577,13 @@ TYPED_TEST(EditorDelete, StandardFavoriteStays) {
     });
 }
 
-TYPED_TEST(EditorDelete, RowAfterAStandardFavoriteLeavesTheFocusInTheList) {
+TYPED_TEST(EditorDelete, FocusGoesOnToNewWhereNothingCanBeDeleted) {
     this->Given({Standard("S"), {.Name = "A"}});
     this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
         EXPECT_FALSE(user.IsEnabled(control::EditorDelete));
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorNew);
     });
 }
 
@@ -614,7 +616,7 @@ TYPED_TEST(EditorMove, DownOnTheRowBeforeTheLastMovesItToTheEndAndDisablesDown) 
     EXPECT_EQ(this->ListedNames(), (Names{"A", "C", "B"}));
 }
 
-TYPED_TEST(EditorMove, ButtonKeepsTheFocusWhileItCanBePressedAgainAndThenTheListHasIt) {
+TYPED_TEST(EditorMove, ButtonKeepsTheFocusWhileItCanBePressedAgainAndThenTheOtherHasIt) {
     this->GivenThree();
     this->RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 2);
@@ -622,7 +624,11 @@ TYPED_TEST(EditorMove, ButtonKeepsTheFocusWhileItCanBePressedAgainAndThenTheList
         EXPECT_EQ(user.Focused(), control::EditorUp);
         user.Key(test::key::Space);
         EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"C", "A", "B"}));
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorDown);
+        user.Key(test::key::Space);
+        user.Key(test::key::Space);
+        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "B", "C"}));
+        EXPECT_EQ(user.Focused(), control::EditorUp);
     });
     EXPECT_TRUE(this->Host.LoadedPaths.empty()) << "the focus never passed through the name box";
 }
@@ -688,7 +694,7 @@ TYPED_TEST(EditorIcon, ChosenIconIsWritten) {
             user.Press(control::Ok);
         });
         editor.Press(control::ChangeIcon);
-        EXPECT_EQ(editor.Focused(), List);
+        EXPECT_EQ(editor.Focused(), control::ChangeIcon);
     });
     EXPECT_EQ(this->ListedValues(), Names{Sjis(u8"0~表~1~1~24~F0.pmt")});
 }

@@ -94,7 +94,7 @@ TYPED_TEST(EditorImport, NameThatIsNotInUseAddsAFavoriteWithAnEmptyName) {
         EXPECT_EQ(user.Cell(List, 1, 3), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.StateImage(List, 1), 3);
         EXPECT_EQ(user.SelectedRow(List), 0);
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorImport);
         EXPECT_TRUE(this->Folder.Exists("X.pmt"));
     });
 }
@@ -347,7 +347,7 @@ TYPED_TEST(EditorExport, WritesTheFavoriteUnderItsNameAndLevel) {
         user.Fill(Name, "New");
         this->ExportTo(user, this->Outside.Path("X.pmt"));
         EXPECT_EQ(TestFixture::NamesInRows(user), Names{"New"});
-        EXPECT_EQ(user.Focused(), List);
+        EXPECT_EQ(user.Focused(), control::EditorExport);
     });
     const test::HostContent content = FakeHost::ReadFavorite(this->Outside, "X.pmt");
     EXPECT_EQ(content.Name, "New");

@@ -126,9 +126,14 @@ TYPED_TEST(EditorMouse, DoubleClickEdits) {
     EXPECT_EQ(this->Attributes.Calls.size(), 1U);
 }
 
-TYPED_TEST(EditorMouse, DoubleClickOnTheToolbarBoxDoesNotEdit) {
+TYPED_TEST(EditorMouse, DoubleClickOnTheToolbarBoxTogglesTwiceAndDoesNotEdit) {
     this->Given({{.Name = "A"}});
-    this->RunAndCancel([](DialogUser& user) { user.DoubleClickStateImage(List, 0); });
+    this->RunAndCancel([](DialogUser& user) {
+        user.DoubleClickStateImage(List, 0);
+        EXPECT_EQ(user.StateImage(List, 0), Empty);
+        user.ClickStateImage(List, 0);
+        EXPECT_EQ(user.StateImage(List, 0), Ticked);
+    });
     EXPECT_TRUE(this->Attributes.Calls.empty());
 }
 
@@ -136,7 +141,7 @@ TEST_F(EditorMouseInMemory, DoubleClickBesideTheRowsDoesNothing) {
     Given({{.Name = "A"}});
     Desktop.Dialogs.OnOpened(dialog::Editor, [](MemoryUser& user) {
         user.ClickBesideRows(List);
-        user.Events().OnListDoubleClicked(List);
+        user.Events().OnEvent({.Control = List, .Event = DialogEvent::ListDoubleClicked});
         user.Escape();
     });
     CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,

@@ -71,10 +71,19 @@ TYPED_TEST(EditorRename, BlanksAroundTheNameAreRemoved) {
     EXPECT_EQ(this->ListedNames()[1], "New name");
 }
 
+TYPED_TEST(EditorRename, FullWidthBlanksAroundTheNameAreRemovedToo) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
+        TestFixture::Rename(user, 1, Sjis(u8"　 表　紙 　"));
+        EXPECT_EQ(user.Text(Name), Sjis(u8"表　紙"));
+    });
+    EXPECT_EQ(this->ListedNames()[1], Sjis(u8"表　紙"));
+}
+
 TYPED_TEST(EditorRename, BlanksOnlyChangeNothing) {
     this->GivenThree();
     this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "   ");
+        TestFixture::Rename(user, 1, Sjis(u8" 　 "));
         EXPECT_EQ(user.Cell(List, 1, 1), "Beta");
         EXPECT_EQ(user.Text(Name), "Beta");
     });
@@ -280,17 +289,6 @@ TYPED_TEST(EditorRename, EmptyNameIsNotComparedWithTheNamesOfOthers) {
     EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"Same", "Same"}));
 }
 
-TYPED_TEST(EditorRename, BlanksAroundANameOfTheListFileGoWhenTheBoxIsLeft) {
-    this->Folder.Write(test::ListFile,
-                       "[PMXTemplateList]\r\nTemplateNum=1\r\nTemplateData0=0~ A ~1~0~14~F0.pmt\r\n");
-    FakeHost::WriteFavorite(this->Folder, "F0.pmt", {.Level = 1, .Name = " A "});
-    this->RunAndAccept([](DialogUser& user) {
-        user.TabTo(Name);
-        user.TabTo(List);
-        EXPECT_EQ(user.Cell(List, 0, 1), "A");
-    });
-}
-
 TYPED_TEST(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
     this->Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
     this->ExpectRefusal(text::EditorFavoriteUnreadable);
@@ -349,6 +347,55 @@ TYPED_TEST(EditorRename, HostThatRaisesAtTheFileIsReported) {
     this->ExpectRefusal(text::EditorFavoriteUnreadable);
     this->RunAndCancel([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
     EXPECT_EQ(this->Host.LiveDocuments, 0U);
+}
+
+TYPED_TEST(EditorRename, NameThatIsNotChangedIsNotChecked) {
+    this->Given({{.Name = "Same"}, {.Name = "Same"}, {.Name = "A", .HasFile = false}});
+    const int code = this->Run([](DialogUser& user) {
+        for (int row = 0; row < 3; ++row) {
+            user.ClickRow(List, row);
+            user.TabTo(Name);
+            user.TabTo(List);
+        }
+        user.TabTo(Name);
+        user.Enter();
+    });
+    EXPECT_EQ(code, CodeOk);
+    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
+}
+
+TYPED_TEST(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
+    this->Given({{.Name = "A"}, {.Name = "B", .HasFile = false}});
+    this->RunAndCancel([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.TabTo(Name);
+        user.Key(test::key::End);
+        user.Type("~");
+        user.VisitAnotherWindow();
+        EXPECT_EQ(user.Focused(), Name);
+        user.Type("Y");
+        EXPECT_EQ(user.Text(Name), "B~Y");
+        user.TabTo(Name); // selects all
+        user.VisitAnotherWindow();
+        user.Type("Z");
+        EXPECT_EQ(user.Text(Name), "Z");
+        user.Key(test::key::Backspace);
+        user.VisitAnotherWindow();
+        EXPECT_EQ(user.Text(Name), "");
+        EXPECT_EQ(user.Cell(List, 1, 1), "B");
+    });
+}
+
+TYPED_TEST(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
+    this->GivenThree();
+    this->RunAndAccept([](DialogUser& user) {
+        user.ClickRow(List, 1);
+        user.Fill(Name, "New");
+        user.VisitAnotherWindow();
+        user.Type("er");
+        user.TabTo(List);
+        EXPECT_EQ(user.Cell(List, 1, 1), "Newer");
+    });
 }
 
 TYPED_TEST(EditorRename, LeavingANameThatIsTooLongForTheBoxKeepsIt) {

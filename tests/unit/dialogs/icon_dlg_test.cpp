@@ -71,6 +71,26 @@ TYPED_TEST(IconPickerTest, OkReturnsTheUntouchedSelection) {
     EXPECT_EQ(this->Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
 }
 
+TYPED_TEST(IconPickerTest, DoubleClickOrEnterOnAnIconTakesIt) {
+    EXPECT_EQ(this->Pick(14, [](DialogUser& user) { user.DoubleClickRow(Picker, 3); }), 17);
+    EXPECT_EQ(this->Code, CodeOk);
+    const std::int64_t entered = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 5);
+        user.Enter();
+    });
+    EXPECT_EQ(entered, 19);
+    EXPECT_EQ(this->Code, CodeOk);
+}
+
+TYPED_TEST(IconPickerTest, ClickBesideTheIconsKeepsTheOneThatWasSelected) {
+    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
+        user.ClickRow(Picker, 3);
+        user.ClickBesideRows(Picker);
+        user.Press(control::Ok);
+    });
+    EXPECT_EQ(icon, 17);
+}
+
 TYPED_TEST(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
     const std::int64_t clicked = this->Pick(14, [](DialogUser& user) {
         user.ClickRow(Picker, 40);

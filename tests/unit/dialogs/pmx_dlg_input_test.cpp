@@ -334,7 +334,7 @@ TYPED_TEST(BaseDialogTest, HelpIsThatOfTheControl) {
     auto& requests = this->Screen.Help.Requests;
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_EQ(requests[0].Text, Sjis(u8"【機能】\n・処理を中断し画面を閉じます。"));
-    EXPECT_NE(requests[0].Caller, WindowHandle::None);
+    EXPECT_NE(requests[0].Control, WindowHandle::None);
     EXPECT_EQ(requests[1].Text, Sjis(u8"【機能】\n・現在使用しているアイコンを表示します。"));
 }
 

@@ -161,10 +161,10 @@ TEST_F(PmxDlgTest, EventsBeforeTheDialogIsFilledAreIgnored) {
 TEST_F(PmxDlgTest, EventsAfterTheEndAreIgnored) {
     const Events seen = EventsOf([this](MemoryUser& user) {
         Dialog.EndDialog(CodeOk);
-        user.Events().OnPressed(control::BasicDelete);
+        user.Events().OnEvent({.Control = control::BasicDelete, .Event = DialogEvent::Pressed});
         user.Events().OnOkAsked();
         user.Events().OnCancelAsked();
-        user.Events().OnFocusLost(control::BasicName);
+        user.Events().OnEvent({.Control = control::BasicName, .Event = DialogEvent::FocusLost});
     });
     EXPECT_EQ(seen, Events());
 }
@@ -185,12 +185,14 @@ TEST_F(PmxDlgTest, LosingTheFocusAgainDuringTheMessageStartsNoSecondRound) {
     const Events seen = EventsOf([this](MemoryUser& user) {
         user.TabTo(control::BasicName);
         Desktop.Messages.Meanwhile([&user] {
-            user.Events().OnFocusGained(control::BasicName);
-            user.Events().OnFocusLost(control::BasicName);
+            user.Events().OnEvent({.Control = control::BasicName, .Event = DialogEvent::FocusGained});
+            user.Events().OnEvent({.Control = control::BasicName, .Event = DialogEvent::FocusLost});
             user.Events().OnOkAsked();
             user.Events().OnCancelAsked();
-            user.Events().OnPressed(control::BasicDelete);
-            user.Events().OnListKeyDown(control::BasicList, {.VirtualKey = ListKey::Delete});
+            user.Events().OnEvent({.Control = control::BasicDelete, .Event = DialogEvent::Pressed});
+            user.Events().OnEvent({.Control = control::BasicList,
+                                   .Event = DialogEvent::ListKeyDown,
+                                   .Key = {.VirtualKey = ListKey::Delete}});
             user.Events().OnHelpAsked({.Id = control::BasicDelete});
         });
         user.TabTo(control::BasicList);
@@ -207,9 +209,9 @@ TEST_F(PmxDlgTest, WhatFollowsFromTheRefusedInputIsIgnored) {
     const Events seen = EventsOf([this](MemoryUser& user) {
         user.TabTo(control::BasicName);
         user.PressByKey(control::BasicDelete);
-        user.Events().OnFocusLost(control::BasicName);
-        user.Events().OnPressed(control::BasicDelete);
-        user.Events().OnListClicked(control::BasicList);
+        user.Events().OnEvent({.Control = control::BasicName, .Event = DialogEvent::FocusLost});
+        user.Events().OnEvent({.Control = control::BasicDelete, .Event = DialogEvent::Pressed});
+        user.Events().OnEvent({.Control = control::BasicList, .Event = DialogEvent::ListClicked});
         user.Events().OnOkAsked();
         user.Events().OnCancelAsked();
         EXPECT_EQ(Desktop.Messages.Shown.size(), 1U);
@@ -276,7 +278,7 @@ TEST_F(PmxDlgTest, DialogOverTheDialogKeepsEventsAway) {
     const Events seen = EventsOf([&](MemoryUser& user) {
         user.TabTo(control::BasicName);
         Desktop.Dialogs.OnOpened(dialog::BasicList, [&user](MemoryUser& innerUser) {
-            user.Events().OnPressed(control::BasicDelete);
+            user.Events().OnEvent({.Control = control::BasicDelete, .Event = DialogEvent::Pressed});
             innerUser.Press(control::Ok);
         });
         EXPECT_EQ(Dialog.RunOver(inner), CodeOk);
@@ -319,20 +321,8 @@ TEST_F(ContextHelpTest, ShowsTheStringWithTheControlsIdAtTheMouse) {
     const auto& request = Requests()[0];
     EXPECT_EQ(request.Text, Sjis(u8"【機能】\n・設定内容を保存し画面を閉じます。\n\n【操作】\n"
                                  u8"・設定した項目に誤りがある場合、エラーメッセージを表示します。"));
-    EXPECT_EQ(request.Command, 14U);
-    EXPECT_FALSE(request.HasFile);
-    EXPECT_NE(request.Caller, WindowHandle::None);
-    EXPECT_EQ(request.Note.Position, (ScreenPoint{.X = 12, .Y = 34}));
-    EXPECT_EQ(request.Note.Size, 72);
-    EXPECT_EQ(request.Note.Instance, ModuleHandle::None);
-    EXPECT_EQ(request.Note.StringId, 0U);
-    EXPECT_EQ(request.Note.Foreground, -1);
-    EXPECT_EQ(request.Note.Background, 0xF0FFFFU);
-    EXPECT_EQ(request.Note.MarginLeft, 10);
-    EXPECT_EQ(request.Note.MarginTop, 5);
-    EXPECT_EQ(request.Note.MarginRight, 5);
-    EXPECT_EQ(request.Note.MarginBottom, 10);
-    EXPECT_EQ(request.Note.Font, nullptr);
+    EXPECT_NE(request.Control, WindowHandle::None);
+    EXPECT_EQ(request.Position, (ScreenPoint{.X = 12, .Y = 34}));
 }
 
 TEST_F(ContextHelpTest, ControlWithoutAStringShowsNothing) {
@@ -349,7 +339,7 @@ TEST_F(ContextHelpTest, MissingControlWindowIsPassedOnAsNone) {
         user.Escape();
     });
     ASSERT_EQ(Requests().size(), 1U);
-    EXPECT_EQ(Requests()[0].Caller, WindowHandle::None);
+    EXPECT_EQ(Requests()[0].Control, WindowHandle::None);
 }
 
 class OwnHelpDlg final : public ProbeDlg {

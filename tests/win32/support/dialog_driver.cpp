@@ -148,6 +148,16 @@ LONG InScreenUnits(LONG position, int extentMetric) {
     return (position * 65536 + extent - 1) / extent;
 }
 
+/// Every event says where it is, because the pointer may be moved by somebody else.
+INPUT MouseInput(POINT position, DWORD buttons) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = InScreenUnits(position.x, SM_CXSCREEN);
+    input.mi.dy = InScreenUnits(position.y, SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | buttons;
+    return input;
+}
+
 POINT CenterOf(HWND window) {
     RECT area{};
     GetWindowRect(window, &area);
@@ -201,13 +211,7 @@ public:
         Driver.Changed.notify_all();
     }
 
-    void OnPressed(ControlId control) override { Events.OnPressed(control); }
-    void OnFocusGained(ControlId control) override { Events.OnFocusGained(control); }
-    void OnFocusLost(ControlId control) override { Events.OnFocusLost(control); }
-    void OnListSelectionChanged(ControlId control) override { Events.OnListSelectionChanged(control); }
-    void OnListClicked(ControlId control) override { Events.OnListClicked(control); }
-    void OnListDoubleClicked(ControlId control) override { Events.OnListDoubleClicked(control); }
-    void OnListKeyDown(ControlId control, const ListKey& key) override { Events.OnListKeyDown(control, key); }
+    void OnEvent(const ControlEvent& event) override { Events.OnEvent(event); }
     void OnHelpAsked(const HelpRequest& request) override { Events.OnHelpAsked(request); }
     void OnOkAsked() override { Events.OnOkAsked(); }
     void OnCancelAsked() override { Events.OnCancelAsked(); }
@@ -544,21 +548,19 @@ void DialogDriver::ClickAt(const OpenDialog& dialog, HWND window, POINT position
     const HWND hit = WindowFromPoint(position);
     EXPECT_TRUE(hit == window || IsChild(window, hit) || !IsWindowEnabled(window))
         << "something covers the window at " << position.x << ", " << position.y;
-    // Every event says where it is, because the pointer may be moved by somebody else.
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dx = InScreenUnits(position.x, SM_CXSCREEN);
-    input.mi.dy = InScreenUnits(position.y, SM_CYSCREEN);
-    std::vector<INPUT> inputs;
     const DWORD down = click.ByRightButton ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN;
     const DWORD up = click.ByRightButton ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP;
+    std::vector<INPUT> inputs; // sent at once, so that the clicks of a double click are close together
     for (int count = 0; count < click.Times; ++count) {
-        for (const DWORD button : {down, up}) {
-            input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
-            inputs.push_back(input);
-        }
+        inputs.push_back(MouseInput(position, down));
+        inputs.push_back(MouseInput(position, up));
     }
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+void DialogDriver::SendMouse(POINT position, DWORD buttons) {
+    INPUT input = MouseInput(position, buttons);
+    SendInput(1, &input, sizeof(INPUT));
 }
 
 void DialogDriver::SendKey(WORD virtualKey, bool down, std::uint64_t extra) {

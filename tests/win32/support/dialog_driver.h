@@ -82,6 +82,9 @@ public:
 
     /// Places the mouse pointer, waits until it is there, and clicks.
     void ClickAt(const OpenDialog& dialog, HWND window, POINT screenPosition, const MouseClick& click);
+
+    /// Sends the mouse there, with what happens to its buttons (MOUSEEVENTF_...).
+    static void SendMouse(POINT screenPosition, DWORD buttons);
     static void SendKey(WORD virtualKey, bool down, std::uint64_t extra = 0);
     static void SendCharacter(wchar_t character);
 

@@ -186,6 +186,65 @@ void RealUser::ClickBesideRows(ControlId list) {
     }
 }
 
+RECT RealUser::AreaOfRow(ControlId list, int row) const {
+    RECT area{};
+    area.left = LVIR_BOUNDS;
+    Ask(Item(list), LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area));
+    return area;
+}
+
+void RealUser::UseMouse(ControlId list, POINT position, DWORD button) {
+    if (BeginAction()) {
+        ClientToScreen(Item(list), &position);
+        DialogDriver::SendMouse(position, button);
+        Finish(true);
+    }
+}
+
+void RealUser::HoldAt(ControlId list, POINT position) {
+    UseMouse(list, position, MOUSEEVENTF_LEFTDOWN);
+}
+
+void RealUser::MoveTo(ControlId list, POINT position) {
+    UseMouse(list, position, 0);
+}
+
+void RealUser::Release(ControlId list, POINT position) {
+    UseMouse(list, position, MOUSEEVENTF_LEFTUP);
+}
+
+void RealUser::PressRightButton(ControlId list, POINT position) {
+    UseMouse(list, position, MOUSEEVENTF_RIGHTDOWN);
+    UseMouse(list, position, MOUSEEVENTF_RIGHTUP);
+}
+
+void RealUser::DragRow(ControlId list, int from, int to) {
+    constexpr LONG InName = 100;
+    const RECT start = AreaOfRow(list, from);
+    const RECT end = AreaOfRow(list, to);
+    const LONG target = to > from ? end.bottom - 2 : end.top + 2;
+    HoldAt(list, {InName, (start.top + start.bottom) / 2});
+    MoveTo(list, {InName, (start.top + end.bottom) / 2});
+    MoveTo(list, {InName, target});
+    Release(list, {InName, target});
+}
+
+void RealUser::VisitAnotherWindow() {
+    if (!BeginAction()) {
+        return;
+    }
+    // On this thread, which is not the dialog's.
+    const HWND other = CreateWindowExW(0, L"Static", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 120,
+                                       80, nullptr, nullptr, nullptr, nullptr);
+    SetForegroundWindow(other);
+    EXPECT_TRUE(DialogDriver::WaitUntil([other] { return GetForegroundWindow() == other; }));
+    Driver.Settle(Dialog, false);
+    EXPECT_EQ(Focused(), 0);
+    DestroyWindow(other);
+    BeginAction();
+    Finish(false);
+}
+
 void RealUser::DoubleClickRow(ControlId list, int row) {
     ClickOnRow(list, row, RowPart::Content, {.Times = 2});
 }
@@ -320,6 +379,14 @@ bool RealUser::HasInputMethod() {
 }
 
 void RealUser::Compose(const std::wstring& text) {
+    UseInputMethod(text, true);
+}
+
+void RealUser::BeginComposing(const std::wstring& text) {
+    UseInputMethod(text, false);
+}
+
+void RealUser::UseInputMethod(const std::wstring& text, bool complete) {
     OnDialogThread([&] {
         const HWND focused = GetFocus();
         const HIMC context = ImmGetContext(focused);
@@ -327,7 +394,7 @@ void RealUser::Compose(const std::wstring& text) {
         std::wstring composition = text;
         const auto size = static_cast<DWORD>(composition.size() * sizeof(wchar_t));
         EXPECT_TRUE(ImmSetCompositionStringW(context, SCS_SETSTR, composition.data(), size, nullptr, 0));
-        EXPECT_TRUE(ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0));
+        EXPECT_TRUE(!complete || ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0));
         ImmReleaseContext(focused, context);
     });
 }

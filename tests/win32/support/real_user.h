@@ -31,6 +31,17 @@ public:
     /// Lets an input method put a text into the focused edit box (UTF-16).
     void Compose(const std::wstring& text);
 
+    /// The same, but the composition stays open.
+    void BeginComposing(const std::wstring& text);
+
+    // Parts of dragging. Positions are within the list.
+
+    RECT AreaOfRow(ControlId list, int row) const;
+    void HoldAt(ControlId list, POINT position);
+    void MoveTo(ControlId list, POINT position);
+    void Release(ControlId list, POINT position);
+    void PressRightButton(ControlId list, POINT position);
+
     /// Types characters that may have no code in the code page (UTF-16).
     void TypeWide(const std::wstring& text);
     void PasteWide(const std::wstring& text);
@@ -55,6 +66,7 @@ public:
     void RightClickRow(ControlId list, int row) override;
     void ClickStateImage(ControlId list, int row) override;
     void ClickBesideRows(ControlId list) override;
+    void DragRow(ControlId list, int from, int to) override;
     void DoubleClickRow(ControlId list, int row) override;
     void DoubleClickStateImage(ControlId list, int row) override;
     void TabTo(ControlId control) override;
@@ -62,20 +74,24 @@ public:
     void Type(const std::string& text) override;
     void Paste(const std::string& text) override;
     void Key(std::uint32_t virtualKey) override;
+    void AltKey(std::uint32_t virtualKey) override { PressKey(static_cast<WORD>(virtualKey), true); }
     void Enter() override;
     void Escape() override;
     void PressByKey(ControlId button) override;
     void AskHelp() override;
     void AskHelpOn(ControlId control) override;
+    void VisitAnotherWindow() override;
     void Close() override;
 
 private:
     enum class RowPart { Content, StateImage };
 
+    void UseInputMethod(const std::wstring& text, bool complete);
     bool BeginAction() const;
     void Finish(bool afterInput);
     LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     std::string TextOf(HWND window) const;
+    void UseMouse(ControlId list, POINT position, DWORD button);
     void Click(HWND window, POINT client, const DialogDriver::MouseClick& click = {});
     void ClickOnRow(ControlId list, int row, RowPart part, const DialogDriver::MouseClick& click = {});
     void PressKey(WORD virtualKey, bool withAlt = false, bool withControl = false);

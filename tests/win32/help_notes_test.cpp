@@ -1,4 +1,4 @@
-#include "dialogs/base/help_engine.h"
+#include "platform/win32/help_notes.h"
 
 #include "dialogs/base/pmx_dlg.h"
 #include "platform/win32/handles.h"
@@ -60,10 +60,10 @@ public:
     }
 };
 
-class RealHelpEngineTest : public testing::Test {
+class HelpNotesTest : public testing::Test {
 protected:
-    RealHelpEngineTest() { SetDllDirectoryW(test::DiskPath(Folder.Path()).c_str()); }
-    ~RealHelpEngineTest() override { SetDllDirectoryW(nullptr); }
+    HelpNotesTest() { SetDllDirectoryW(test::DiskPath(Folder.Path()).c_str()); }
+    ~HelpNotesTest() override { SetDllDirectoryW(nullptr); }
 
     /// Puts the engine of the tests into the test's folder, where libraries are looked for by name.
     std::string PutEngine(const std::string& name,
@@ -72,11 +72,9 @@ protected:
         return Folder.Path(name);
     }
 
-    std::uintptr_t CallEngine() {
-        HelpNote note;
-        note.Text = "text";
-        return Help.Call(WindowHandle{5}, nullptr, HelpEngine::DisplayTextPopup, note);
-    }
+    void ShowNote() { Help.ShowNote(WindowHandle{5}, "text", {}); }
+
+    static bool IsLoaded(const std::string& name) { return GetModuleHandleA(name.c_str()) != nullptr; }
 
     /// What the engine was asked. It must be loaded.
     static HelpEngineCall LastCall(const std::string& name) {
@@ -90,14 +88,14 @@ protected:
 
     test::TempFolder Folder;
     OwnClassesRoot Classes;
-    LazyHelpEngine Help{SystemRegistry(), SystemDynamicLibraries()};
+    win32::HtmlHelpNotes Help;
 };
 
-TEST_F(RealHelpEngineTest, IsLoadedFromThePathInTheRegistry) {
+TEST_F(HelpNotesTest, IsLoadedFromThePathInTheRegistry) {
     const std::string path = PutEngine(Sjis(u8"表エンジン.dll"));
     OwnClassesRoot::SetEngine(path);
-    EXPECT_EQ(CallEngine(), test::HelpEngineResult);
-    EXPECT_EQ(CallEngine(), test::HelpEngineResult);
+    ShowNote();
+    ShowNote();
     const HelpEngineCall call = LastCall(path);
     EXPECT_EQ(call.Count, 2U);
     EXPECT_EQ(call.Caller, reinterpret_cast<void*>(5));
@@ -106,41 +104,43 @@ TEST_F(RealHelpEngineTest, IsLoadedFromThePathInTheRegistry) {
     EXPECT_STREQ(call.Text, "text");
 }
 
-TEST_F(RealHelpEngineTest, IsLoadedByNameWhenTheRegistryNamesNone) {
+TEST_F(HelpNotesTest, IsLoadedByNameWhenTheRegistryNamesNone) {
     PutEngine("hhctrl.ocx");
-    EXPECT_EQ(CallEngine(), test::HelpEngineResult);
+    ShowNote();
     EXPECT_EQ(LastCall("hhctrl.ocx").Count, 1U);
 }
 
-TEST_F(RealHelpEngineTest, IsLoadedByNameWhenTheOneInTheRegistryIsMissing) {
+TEST_F(HelpNotesTest, IsLoadedByNameWhenTheOneInTheRegistryIsMissing) {
     PutEngine("hhctrl.ocx");
     OwnClassesRoot::SetEngine(Folder.Path("missing.dll"));
-    EXPECT_EQ(CallEngine(), test::HelpEngineResult);
+    ShowNote();
+    EXPECT_EQ(LastCall("hhctrl.ocx").Count, 1U);
 }
 
-TEST_F(RealHelpEngineTest, IsLoadedByNameWhenTheValueInTheRegistryIsLongerThan260Bytes) {
+TEST_F(HelpNotesTest, IsLoadedByNameWhenTheValueInTheRegistryIsLongerThan260Bytes) {
     PutEngine("hhctrl.ocx");
     OwnClassesRoot::SetEngine(Folder.Path() + std::string(260, 'x'));
-    EXPECT_EQ(CallEngine(), test::HelpEngineResult);
+    ShowNote();
+    EXPECT_EQ(LastCall("hhctrl.ocx").Count, 1U);
 }
 
-TEST_F(RealHelpEngineTest, IsNotLookedForAgainWhenItCannotBeLoaded) {
+TEST_F(HelpNotesTest, IsNotLookedForAgainWhenItCannotBeLoaded) {
     Folder.Write("hhctrl.ocx", "no library");
-    EXPECT_EQ(CallEngine(), 0U);
+    ShowNote();
     Folder.Remove("hhctrl.ocx");
     PutEngine("hhctrl.ocx");
     OwnClassesRoot::SetEngine(Folder.Path("hhctrl.ocx"));
-    EXPECT_EQ(CallEngine(), 0U);
-    EXPECT_EQ(GetModuleHandleW(L"hhctrl.ocx"), nullptr);
+    ShowNote();
+    EXPECT_FALSE(IsLoaded("hhctrl.ocx"));
 }
 
-TEST_F(RealHelpEngineTest, IsNotAskedForTheEntryAgainWhenItHasNone) {
+TEST_F(HelpNotesTest, IsNotAskedForTheEntryAgainWhenItHasNone) {
     OwnClassesRoot::SetEngine(PutEngine("other.dll", L"PmxUser.dll"));
-    EXPECT_EQ(CallEngine(), 0U);
+    ShowNote();
     PutEngine("hhctrl.ocx");
     OwnClassesRoot::SetEngine(Folder.Path("hhctrl.ocx"));
-    EXPECT_EQ(CallEngine(), 0U);
-    EXPECT_EQ(GetModuleHandleW(L"hhctrl.ocx"), nullptr);
+    ShowNote();
+    EXPECT_FALSE(IsLoaded("hhctrl.ocx"));
 }
 
 class PlainDlg final : public CPmxDlg {
@@ -156,7 +156,7 @@ std::int32_t LongAt(const HelpEngineCall& call, std::size_t offset) {
     return value;
 }
 
-TEST_F(RealHelpEngineTest, F1InAWindowShowsTheNoteOfTheFocusedControlAtTheMouse) {
+TEST_F(HelpNotesTest, F1InAWindowShowsTheNoteOfTheFocusedControlAtTheMouse) {
     const std::string path = PutEngine("engine.dll");
     OwnClassesRoot::SetEngine(path);
     test::RealDesktop screen;
