@@ -80,6 +80,9 @@ public:
     /// Presses and releases a key.
     virtual void Key(std::uint32_t virtualKey) = 0;
     virtual void AltKey(std::uint32_t virtualKey) = 0;
+
+    /// A key that an input method has taken, on the focused list.
+    virtual void ProcessKey(std::uint32_t scanCode) = 0;
     virtual void Enter() = 0;
     virtual void Escape() = 0;
 

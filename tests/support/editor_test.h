@@ -15,10 +15,10 @@
 namespace pmx::test {
 
 /// Runs the favorites editor on a desktop and a real folder, with the host's libraries faked.
-template <class AnyDesktop>
+template <class AnyScreen>
 class EditorTestOn : public testing::Test, public FavoriteFolder {
 protected:
-    using Script = typename decltype(AnyDesktop::Dialogs)::Script;
+    using Script = typename decltype(AnyScreen::Dialogs)::Script;
 
     EditorTestOn() { FakeAttributeDialog::PutInto(Desktop.Libraries); }
 
@@ -64,7 +64,7 @@ protected:
         return names;
     }
 
-    AnyDesktop Desktop;
+    AnyScreen Desktop;
     FakeAttributeDialog Attributes;
     WindowHandle Parent = WindowHandle::None;
 };

@@ -593,16 +593,7 @@ void MemoryDialogs::WhileElsewhere(const std::function<void()>& open) {
 }
 
 MemoryDesktop::MemoryDesktop(Resources& resources)
-    : Images(resources),
-      Messages(resources),
-      Dialogs(resources),
-      Services{.Strings = resources,
-               .Dialogs = Dialogs,
-               .Messages = Messages,
-               .FileChoice = FileChoice,
-               .Images = Images,
-               .Help = Help,
-               .Libraries = Libraries} {
+    : TestDesktop(resources, Dialogs, Images), Images(resources), Dialogs(resources) {
     Messages.Show = [this](const Message& /*message*/, MessageAnswer planned,
                            const std::function<void()>& meanwhile) {
         Dialogs.WhileElsewhere(meanwhile);

@@ -20,6 +20,7 @@
 #include "support/dialog_user.h"
 #include "support/memory_list.h"
 #include "support/memory_services.h"
+#include "support/test_desktop.h"
 
 #include <deque>
 #include <functional>
@@ -126,9 +127,6 @@ public:
     /// All of a list.
     MemoryList& List(ControlId list) const { return Window.MemoryListOf(list); }
 
-    /// A key that an input method has taken, on the focused list.
-    void ProcessKey(std::uint32_t scanCode);
-
     /// Sends an event that no user causes in this order, to see that it is ignored.
     DialogEvents& Events() const { return Window.Events; }
 
@@ -160,6 +158,7 @@ public:
     void Paste(const std::string& text) override;
     void Key(std::uint32_t virtualKey) override;
     void AltKey(std::uint32_t virtualKey) override;
+    void ProcessKey(std::uint32_t scanCode) override;
     void Enter() override;
     void Escape() override;
     void PressByKey(ControlId button) override;
@@ -213,7 +212,7 @@ public:
     int WaitCursors = 0;      ///< how many are shown at present
 
     /// Virtual keys by scan code; none is 0.
-    std::map<std::uint32_t, std::uint32_t> KeysOfScanCodes;
+    std::map<std::uint32_t, std::uint32_t> KeysOfScanCodes{{0x39, ListKey::Space}};
 
 private:
     std::optional<int> RunScript(const DialogTemplate& source, WindowHandle parent, DialogEvents& events,
@@ -226,17 +225,16 @@ private:
 };
 
 /// Everything that a dialog needs, in memory, with the resources of the library.
-class MemoryDesktop {
+class MemoryDesktop final : public TestDesktop {
 public:
     explicit MemoryDesktop(Resources& resources = SystemResources());
 
+    void OnOpened(ResourceId dialogTemplate, Script script) override {
+        Dialogs.OnOpened(dialogTemplate, std::move(script));
+    }
+
     MemoryImageLists Images;
-    MemoryMessages Messages;
-    MemoryFileDialogs FileChoice;
-    MemoryHelp Help;
-    MemoryLibraries Libraries;
     MemoryDialogs Dialogs;
-    DialogServices Services;
 };
 
 } // namespace pmx::test

@@ -24,11 +24,6 @@ TEST(Modules, FindsFunctionsOfALibraryThatTheSystemFinds) {
     EXPECT_EQ(library->Find("NoSuchFunction"), nullptr);
 }
 
-TEST(Modules, FindsFunctionsByOrdinal) {
-    const auto library = SystemDynamicLibraries().Load("hhctrl.ocx");
-    ASSERT_NE(library, nullptr);
-}
-
 TEST(Modules, LoadsFromAPathOfTheCodePage) {
     const auto host = SystemDynamicLibraries().Load("PmxUser.dll");
     ASSERT_NE(host, nullptr);

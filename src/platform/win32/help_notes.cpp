@@ -35,13 +35,13 @@ HMODULE LoadRegistered() {
 } // namespace
 
 bool HtmlHelpNotes::Load() {
-    HMODULE engine = LoadRegistered();
-    if (!engine) {
-        engine = LoadEngine(EngineFile);
+    Engine.reset(LoadRegistered());
+    if (!Engine) {
+        Engine.reset(LoadEngine(EngineFile));
     }
-    if (engine) {
+    if (Engine) {
         Function = reinterpret_cast<Entry>(
-            reinterpret_cast<void*>(GetProcAddress(engine, MAKEINTRESOURCEA(EntryOrdinal))));
+            reinterpret_cast<void*>(GetProcAddress(Engine.get(), MAKEINTRESOURCEA(EntryOrdinal))));
     }
     return Function != nullptr;
 }
@@ -66,7 +66,7 @@ void HtmlHelpNotes::ShowNote(WindowHandle control, const std::string& text, Scre
 } // namespace win32
 
 HelpNotes& SystemHelpNotes() {
-    static win32::HtmlHelpNotes notes;
+    static auto& notes = *new win32::HtmlHelpNotes; // never destroyed, so that the engine is never unloaded
     return notes;
 }
 

@@ -25,10 +25,10 @@ constexpr ControlId Name = control::BasicName;
 using Names = std::vector<std::string>;
 
 /// Runs the basic list on a desktop and a real folder.
-template <class AnyDesktop>
-class BasicListTest : public testing::Test, public test::FavoriteFolder {
+template <class AnyScreen>
+class BasicListTestOn : public testing::Test, public test::FavoriteFolder {
 protected:
-    using Script = typename decltype(AnyDesktop::Dialogs)::Script;
+    using Script = typename decltype(AnyScreen::Dialogs)::Script;
 
     int Run(const Script& script) {
         CPMXTemplUIChoiceBasicDlg dialog(Folder.Path(), test::ListFile, ".pmt", Parent, Desktop.Services,
@@ -83,21 +83,22 @@ protected:
         picker.Press(control::Ok);
     }
 
-    AnyDesktop Desktop;
+    AnyScreen Desktop;
     WindowHandle Parent = WindowHandle::None;
 };
 
-TYPED_TEST_SUITE(BasicListTest, test::AllDesktops);
+using BasicListTest = test::OnEachDesktop<BasicListTestOn>;
+INSTANTIATE_TEST_SUITE_P(On, BasicListTest, test::AllDesktops, test::NameOfDesktop);
 
-using BasicListInMemoryTest = BasicListTest<MemoryDesktop>;
+using BasicListInMemoryTest = BasicListTestOn<MemoryDesktop>;
 
 // Opening
 
-TYPED_TEST(BasicListTest, ShowsTheFavoritesWithNameAndKindInTheOrderOfTheListFile) {
-    this->Given({{.Name = Sjis(u8"表紙")}, Standard("S"), {.Name = "B", .Level = 4}});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, ShowsTheFavoritesWithNameAndKindInTheOrderOfTheListFile) {
+    Given({{.Name = Sjis(u8"表紙")}, Standard("S"), {.Name = "B", .Level = 4}});
+    RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{Sjis(u8"表紙"), "S", "B"}));
+        EXPECT_EQ(NamesInRows(user), (Names{Sjis(u8"表紙"), "S", "B"}));
         EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.Cell(List, 1, 1), Sjis(u8"標準"));
         EXPECT_EQ(user.SelectedRow(List), 0);
@@ -120,8 +121,8 @@ TEST_F(BasicListInMemoryTest, ListHasTwoColumnsAndSelectsWholeRows) {
               (std::vector<test::MemoryImageLists::Request>{{bitmap::LargeIcons, 32, Color::LightGrey}}));
 }
 
-TYPED_TEST(BasicListTest, EmptyListLeavesNothingToDoToIt) {
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, EmptyListLeavesNothingToDoToIt) {
+    RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         for (const ControlId id :
              {control::BasicDelete, control::BasicUp, control::BasicDown, control::BasicName}) {
@@ -134,16 +135,16 @@ TYPED_TEST(BasicListTest, EmptyListLeavesNothingToDoToIt) {
     });
 }
 
-TYPED_TEST(BasicListTest, FolderThatDoesNotExistGivesAnEmptyListAndNoMessage) {
-    this->GivenThree();
-    CPMXTemplUIChoiceBasicDlg dialog(this->Folder.Path("None"), test::ListFile, ".pmt", WindowHandle::None,
-                                     this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
+TEST_P(BasicListTest, FolderThatDoesNotExistGivesAnEmptyListAndNoMessage) {
+    GivenThree();
+    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path("None"), test::ListFile, ".pmt", WindowHandle::None,
+                                     Desktop.Services, Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_FALSE(this->Folder.Exists("None"));
+    EXPECT_FALSE(Folder.Exists("None"));
 }
 
 TEST_F(BasicListInMemoryTest, DialogThatCannotBeShownEndsWithNeitherCode) {
@@ -167,9 +168,9 @@ TEST_F(BasicListInMemoryTest, EveryControlButTheLineAndTheTwoButtonsHasAHelpNote
 
 // What a selected row allows
 
-TYPED_TEST(BasicListTest, UserFavoriteCanBeDeletedAndRenamed) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, UserFavoriteCanBeDeletedAndRenamed) {
+    GivenThree();
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : {control::BasicDelete, control::BasicUp, control::BasicDown,
                                    control::ChangeIcon, control::BasicName}) {
@@ -178,9 +179,9 @@ TYPED_TEST(BasicListTest, UserFavoriteCanBeDeletedAndRenamed) {
     });
 }
 
-TYPED_TEST(BasicListTest, StandardFavoriteCanOnlyBeMovedAndGivenAnotherIcon) {
-    this->Given({{.Name = "A"}, Standard("S", 3), {.Name = "C"}});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, StandardFavoriteCanOnlyBeMovedAndGivenAnotherIcon) {
+    Given({{.Name = "A"}, Standard("S", 3), {.Name = "C"}});
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         EXPECT_EQ(user.Text(Name), "S");
         EXPECT_FALSE(user.IsEnabled(control::BasicDelete));
@@ -213,34 +214,34 @@ TEST_F(BasicListInMemoryTest, WithoutPicturesTheListStillWorks) {
 
 // Mouse and keyboard
 
-TYPED_TEST(BasicListTest, DoubleClickIsNoCommand) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, DoubleClickIsNoCommand) {
+    GivenThree();
+    RunAndCancel([](DialogUser& user) {
         user.DoubleClickRow(List, 1);
         EXPECT_EQ(user.Text(Name), "Beta");
         EXPECT_TRUE(user.IsOpen());
     });
 }
 
-TYPED_TEST(BasicListTest, DeleteKeyDeletes) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, DeleteKeyDeletes) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Key(test::key::Delete);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "C"}));
+        EXPECT_EQ(NamesInRows(user), (Names{"A", "C"}));
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Focused(), List);
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "C"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "C"}));
 }
 
-TYPED_TEST(BasicListTest, SpaceIsNoCommand) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, SpaceIsNoCommand) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Space);
     });
-    EXPECT_EQ(this->ListedValues()[0], "0~A~1~0~14~F0.pmt");
+    EXPECT_EQ(ListedValues()[0], "0~A~1~0~14~F0.pmt");
 }
 
 TEST_F(BasicListInMemoryTest, KeyTakenByTheInputMethodIsNoneOfTheList) {
@@ -256,9 +257,9 @@ TEST_F(BasicListInMemoryTest, KeyTakenByTheInputMethodIsNoneOfTheList) {
 
 // Deleting
 
-TYPED_TEST(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
-    this->Given({{.Name = "A"}});
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
+    Given({{.Name = "A"}});
+    RunAndAccept([](DialogUser& user) {
         user.Press(control::BasicDelete);
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_EQ(user.Text(Name), "");
@@ -270,24 +271,24 @@ TYPED_TEST(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt
         EXPECT_TRUE(user.IsEnabled(control::ChangeIcon));
         user.Press(control::ChangeIcon);
     });
-    EXPECT_EQ(this->Folder.Read(test::ListFile), "[PMXTemplateList]\r\nTemplateNum=0\r\n");
+    EXPECT_EQ(Folder.Read(test::ListFile), "[PMXTemplateList]\r\nTemplateNum=0\r\n");
 }
 
-TYPED_TEST(BasicListTest, FavoriteFileOfADeletedFavoriteStays) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
-    EXPECT_EQ(this->ListedCount(), "2");
-    EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
+TEST_P(BasicListTest, FavoriteFileOfADeletedFavoriteStays) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
+    EXPECT_EQ(ListedCount(), "2");
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
 // Moving
 
-TYPED_TEST(BasicListTest, RowMovedUpChangesPlacesWithItsNeighbour) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, RowMovedUpChangesPlacesWithItsNeighbour) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::BasicUp);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "C", "Beta"}));
+        EXPECT_EQ(NamesInRows(user), (Names{"A", "C", "Beta"}));
         EXPECT_EQ(user.SelectedRow(List), 1);
         EXPECT_TRUE(user.IsEnabled(control::BasicUp));
         EXPECT_TRUE(user.IsEnabled(control::BasicDown));
@@ -296,12 +297,12 @@ TYPED_TEST(BasicListTest, RowMovedUpChangesPlacesWithItsNeighbour) {
         EXPECT_FALSE(user.IsEnabled(control::BasicUp));
         EXPECT_EQ(user.Focused(), control::BasicDown) << "from the button that can no longer be pressed";
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"C", "A", "Beta"}));
+    EXPECT_EQ(ListedNames(), (Names{"C", "A", "Beta"}));
 }
 
-TYPED_TEST(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
-    this->Given({Standard("S"), {.Name = "B"}, {.Name = "C"}});
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
+    Given({Standard("S"), {.Name = "B"}, {.Name = "C"}});
+    RunAndAccept([](DialogUser& user) {
         user.Press(control::BasicDown);
         EXPECT_TRUE(user.IsEnabled(control::BasicUp));
         EXPECT_TRUE(user.IsEnabled(control::BasicDown));
@@ -311,22 +312,22 @@ TYPED_TEST(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
         EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"ユーザー設定")) << "the kind goes with the row";
         EXPECT_EQ(user.Cell(List, 2, 1), Sjis(u8"標準"));
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"B", "C", "S"}));
+    EXPECT_EQ(ListedNames(), (Names{"B", "C", "S"}));
 }
 
 // The icon
 
-TYPED_TEST(BasicListTest, ChosenIconIsWritten) {
-    this->Given({{.Name = Sjis(u8"表紙"), .Level = 3, .OnToolbar = true, .Icon = 20}, {.Name = "B"}});
-    this->RunAndAccept([this](DialogUser& user) {
-        this->ChangeIcon(user, [](DialogUser& picker) {
+TEST_P(BasicListTest, ChosenIconIsWritten) {
+    Given({{.Name = Sjis(u8"表紙"), .Level = 3, .OnToolbar = true, .Icon = 20}, {.Name = "B"}});
+    RunAndAccept([this](DialogUser& user) {
+        ChangeIcon(user, [](DialogUser& picker) {
             EXPECT_EQ(picker.Title(), Sjis(u8"\"表紙\"のアイコンの変更"));
             EXPECT_EQ(picker.SelectedRow(control::PickerIcons), 6);
-            TestFixture::Pick(picker, 1);
+            Pick(picker, 1);
         });
         EXPECT_EQ(user.Focused(), control::ChangeIcon);
     });
-    EXPECT_EQ(this->ListedValues()[0], "0~" + Sjis(u8"表紙") + "~3~1~15~F0.pmt");
+    EXPECT_EQ(ListedValues()[0], "0~" + Sjis(u8"表紙") + "~3~1~15~F0.pmt");
 }
 
 TEST_F(BasicListInMemoryTest, ChosenIconIsShown) {
@@ -337,55 +338,53 @@ TEST_F(BasicListInMemoryTest, ChosenIconIsShown) {
     });
 }
 
-TYPED_TEST(BasicListTest, StandardFavoriteMayHaveAnotherIcon) {
-    this->Given({Standard("S")});
-    this->RunAndAccept([this](DialogUser& user) {
-        this->ChangeIcon(user, [](DialogUser& picker) { TestFixture::Pick(picker, 2); });
-    });
-    EXPECT_EQ(this->ListedValues()[0], "1~S~101~0~16~3");
+TEST_P(BasicListTest, StandardFavoriteMayHaveAnotherIcon) {
+    Given({Standard("S")});
+    RunAndAccept([this](DialogUser& user) { ChangeIcon(user, [](DialogUser& picker) { Pick(picker, 2); }); });
+    EXPECT_EQ(ListedValues()[0], "1~S~101~0~16~3");
 }
 
 // Renaming
 
-TYPED_TEST(BasicListTest, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "  " + Sjis(u8"ミ両面") + " ");
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", Sjis(u8"ミ両面"), "C"}));
+TEST_P(BasicListTest, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, "  " + Sjis(u8"ミ両面") + " ");
+        EXPECT_EQ(NamesInRows(user), (Names{"A", Sjis(u8"ミ両面"), "C"}));
         EXPECT_EQ(user.Text(Name), Sjis(u8"ミ両面"));
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", Sjis(u8"ミ両面"), "C"}));
-    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Name, "Beta") << "the favorite file stays";
+    EXPECT_EQ(ListedNames(), (Names{"A", Sjis(u8"ミ両面"), "C"}));
+    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "Beta") << "the favorite file stays";
 }
 
-TYPED_TEST(BasicListTest, NameHasAtMost32Bytes) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 1, std::string(31, 'x') + Sjis(u8"表") + "yz");
+TEST_P(BasicListTest, NameHasAtMost32Bytes) {
+    GivenThree();
+    RunAndCancel([](DialogUser& user) {
+        Rename(user, 1, std::string(31, 'x') + Sjis(u8"表") + "yz");
         EXPECT_EQ(user.Cell(List, 1, 0), std::string(31, 'x') + "y");
     });
 }
 
-TYPED_TEST(BasicListTest, NameOfAStandardOrADeletedFavoriteIsRefused) {
-    this->Given({{.Name = "A"}, {.Name = "B"}, Standard("S")});
-    this->ExpectWarning(1016);
-    this->ExpectWarning(1016);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, NameOfAStandardOrADeletedFavoriteIsRefused) {
+    Given({{.Name = "A"}, {.Name = "B"}, Standard("S")});
+    ExpectWarning(1016);
+    ExpectWarning(1016);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::BasicDelete);
-        TestFixture::Rename(user, 0, "b");
+        Rename(user, 0, "b");
         user.Fill(Name, "s");
         user.TabTo(List);
         EXPECT_EQ(user.Focused(), Name);
     });
 }
 
-TYPED_TEST(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
-    this->GivenThree();
+TEST_P(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
+    GivenThree();
     for (int times = 0; times < 3; ++times) {
-        this->ExpectWarning(1057);
+        ExpectWarning(1057);
     }
-    this->RunAndCancel([](DialogUser& user) {
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "~");
         user.ClickRow(List, 2);
@@ -399,37 +398,37 @@ TYPED_TEST(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
     });
 }
 
-TYPED_TEST(BasicListTest, EnterInTheNameBoxRenamesAndAccepts) {
-    this->GivenThree();
-    EXPECT_EQ(this->Run([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "New");
-        user.Enter();
-    }),
+TEST_P(BasicListTest, EnterInTheNameBoxRenamesAndAccepts) {
+    GivenThree();
+    EXPECT_EQ(Run([](DialogUser& user) {
+                  user.ClickRow(List, 1);
+                  user.Fill(Name, "New");
+                  user.Enter();
+              }),
               CodeOk);
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "New", "C"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "New", "C"}));
 }
 
-TYPED_TEST(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsItsName) {
-    this->Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
-    this->ExpectWarning(1020);
-    this->ExpectWarning(1020);
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 0, "New");
+TEST_P(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsItsName) {
+    Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
+    ExpectWarning(1020);
+    ExpectWarning(1020);
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 0, "New");
         EXPECT_EQ(user.Cell(List, 0, 0), "A");
         EXPECT_EQ(user.Text(Name), "A");
         EXPECT_EQ(user.Focused(), List);
-        TestFixture::Rename(user, 0, "New"); // neither the document nor the name was taken up
+        Rename(user, 0, "New"); // neither the document nor the name was taken up
         EXPECT_EQ(user.Cell(List, 0, 0), "A");
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "B"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "B"}));
 }
 
-TYPED_TEST(BasicListTest, EnterWithAFavoriteFileThatCannotBeReadKeepsTheDialogAndTheNameThatWasTyped) {
-    this->Given({{.Name = "A", .HasFile = false}});
-    this->ExpectWarning(1020);
-    this->ExpectWarning(1020);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, EnterWithAFavoriteFileThatCannotBeReadKeepsTheDialogAndTheNameThatWasTyped) {
+    Given({{.Name = "A", .HasFile = false}});
+    ExpectWarning(1020);
+    ExpectWarning(1020);
+    RunAndCancel([](DialogUser& user) {
         user.Fill(Name, "New");
         for (int times = 0; times < 2; ++times) {
             user.Enter();
@@ -440,95 +439,94 @@ TYPED_TEST(BasicListTest, EnterWithAFavoriteFileThatCannotBeReadKeepsTheDialogAn
     });
 }
 
-TYPED_TEST(BasicListTest, FocusGoesOnToTheIconButtonWhereNothingCanBeDeleted) {
-    this->Given({Standard("S"), {.Name = "A"}});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(BasicListTest, FocusGoesOnToTheIconButtonWhereNothingCanBeDeleted) {
+    Given({Standard("S"), {.Name = "A"}});
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::BasicDelete);
         EXPECT_EQ(user.Focused(), control::ChangeIcon);
     });
 }
 
-TYPED_TEST(BasicListTest, ListIsUsedByKeyboardAndMouseAsInTheEditor) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(BasicListTest, ListIsUsedByKeyboardAndMouseAsInTheEditor) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.TabTo(List);
         user.Type("b");
         EXPECT_EQ(user.Text(Name), "Beta");
         user.AltKey(test::key::Up);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"Beta", "A", "C"}));
+        EXPECT_EQ(NamesInRows(user), (Names{"Beta", "A", "C"}));
         user.DragRow(List, 0, 2);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"A", "C", "Beta"}));
+        EXPECT_EQ(NamesInRows(user), (Names{"A", "C", "Beta"}));
         user.Key(test::key::F2);
         EXPECT_EQ(user.Focused(), Name);
         user.Type("New");
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "C", "New"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "C", "New"}));
 }
 
-TYPED_TEST(BasicListTest, HostThatRaisesAtTheFavoriteFileIsReported) {
-    this->GivenThree();
-    this->Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
-    this->ExpectWarning(1020);
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+TEST_P(BasicListTest, HostThatRaisesAtTheFavoriteFileIsReported) {
+    GivenThree();
+    Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
+    ExpectWarning(1020);
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
+    EXPECT_EQ(ListedNames(), (Names{"A", "Beta", "C"}));
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
-TYPED_TEST(BasicListTest, FavoriteFileIsReadForTheFirstRenamingOnly) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "New");
-        TestFixture::Rename(user, 1, "Newer");
+TEST_P(BasicListTest, FavoriteFileIsReadForTheFirstRenamingOnly) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, "New");
+        Rename(user, 1, "Newer");
     });
-    EXPECT_EQ(this->Host.LoadedPaths.size(), 1U);
-    EXPECT_EQ(this->ListedNames()[1], "Newer");
+    EXPECT_EQ(Host.LoadedPaths.size(), 1U);
+    EXPECT_EQ(ListedNames()[1], "Newer");
 }
 
 // The end
 
-TYPED_TEST(BasicListTest, AcceptingWritesEveryFieldInItsPlaceAndKeepsTheRestOfTheFile) {
-    this->Given(
-        {{.Name = "A", .Level = 2, .Icon = 33}, Standard("S", 101), {.Name = "B", .OnToolbar = true}});
-    this->Folder.Write(test::ListFile, "[Other]\r\nkey=1\r\n" + this->Folder.Read(test::ListFile));
-    this->RunAndAccept([](DialogUser& user) { user.Press(control::BasicDown); });
-    EXPECT_EQ(this->Folder.Read(test::ListFile),
+TEST_P(BasicListTest, AcceptingWritesEveryFieldInItsPlaceAndKeepsTheRestOfTheFile) {
+    Given({{.Name = "A", .Level = 2, .Icon = 33}, Standard("S", 101), {.Name = "B", .OnToolbar = true}});
+    Folder.Write(test::ListFile, "[Other]\r\nkey=1\r\n" + Folder.Read(test::ListFile));
+    RunAndAccept([](DialogUser& user) { user.Press(control::BasicDown); });
+    EXPECT_EQ(Folder.Read(test::ListFile),
               "[Other]\r\nkey=1\r\n[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=1~S~101~0~14~3\r\n"
               "TemplateData1=0~A~2~0~33~F0.pmt\r\nTemplateData2=0~B~1~1~14~F2.pmt\r\n");
 }
 
-TYPED_TEST(BasicListTest, ListFileIsTheOneThatTheCallerNames) {
-    this->GivenThree();
-    this->Folder.Write("Other.ini", "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~X~1~0~14~X.fav\r\n"
-                                    "TemplateData1=0~Y~1~0~14~Y.fav\r\n");
-    CPMXTemplUIChoiceBasicDlg dialog(this->Folder.Path(), "Other.ini", ".fav", WindowHandle::None,
-                                     this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
-        EXPECT_EQ(TestFixture::NamesInRows(user), (Names{"X", "Y"}));
+TEST_P(BasicListTest, ListFileIsTheOneThatTheCallerNames) {
+    GivenThree();
+    Folder.Write("Other.ini", "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~X~1~0~14~X.fav\r\n"
+                              "TemplateData1=0~Y~1~0~14~Y.fav\r\n");
+    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path(), "Other.ini", ".fav", WindowHandle::None, Desktop.Services,
+                                     Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
+        EXPECT_EQ(NamesInRows(user), (Names{"X", "Y"}));
         user.Press(control::BasicDown);
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_EQ(this->Folder.Read("Other.ini"),
+    EXPECT_EQ(Folder.Read("Other.ini"),
               "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~Y~1~0~14~Y.fav\r\n"
               "TemplateData1=0~X~1~0~14~X.fav\r\n");
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "Beta", "C"}));
 }
 
-TYPED_TEST(BasicListTest, CancellingWritesNothing) {
-    this->GivenThree();
-    const std::string before = this->Folder.Read(test::ListFile);
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "New");
+TEST_P(BasicListTest, CancellingWritesNothing) {
+    GivenThree();
+    const std::string before = Folder.Read(test::ListFile);
+    RunAndCancel([](DialogUser& user) {
+        Rename(user, 1, "New");
         user.Press(control::BasicUp);
         user.Press(control::BasicDelete);
     });
-    EXPECT_EQ(this->Folder.Read(test::ListFile), before);
+    EXPECT_EQ(Folder.Read(test::ListFile), before);
 }
 
-TYPED_TEST(BasicListTest, CloseBoxCancels) {
-    this->GivenThree();
-    EXPECT_EQ(this->Run([](DialogUser& user) { user.Close(); }), CodeCancel);
+TEST_P(BasicListTest, CloseBoxCancels) {
+    GivenThree();
+    EXPECT_EQ(Run([](DialogUser& user) { user.Close(); }), CodeCancel);
 }
 
 TEST_F(BasicListInMemoryTest, WaitCursorIsShownWhileTheListFileIsWritten) {
@@ -538,18 +536,18 @@ TEST_F(BasicListInMemoryTest, WaitCursorIsShownWhileTheListFileIsWritten) {
     EXPECT_EQ(Desktop.Dialogs.WaitCursors, 0);
 }
 
-TYPED_TEST(BasicListTest, ListThatCannotBeWrittenIsNotReportedAndStays) {
-    this->GivenThree();
-    this->Folder.SetReadOnly(test::ListFile, true);
-    this->RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "Beta", "C"}));
-    this->Folder.SetReadOnly(test::ListFile, false);
+TEST_P(BasicListTest, ListThatCannotBeWrittenIsNotReportedAndStays) {
+    GivenThree();
+    Folder.SetReadOnly(test::ListFile, true);
+    RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
+    EXPECT_EQ(ListedNames(), (Names{"A", "Beta", "C"}));
+    Folder.SetReadOnly(test::ListFile, false);
 }
 
-TYPED_TEST(BasicListTest, DocumentsThatWereReadAreDestroyedAtTheEnd) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+TEST_P(BasicListTest, DocumentsThatWereReadAreDestroyedAtTheEnd) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
 } // namespace

@@ -27,8 +27,8 @@ using test::TableOf;
 
 constexpr const char* ListFile = "PmxTempleList.ini";
 
-template <class Screen>
-class ChoiceEntryDlgTest : public testing::Test {
+template <class AnyScreen>
+class ChoiceEntryDlgTestOn : public testing::Test {
 protected:
     void SetUp() override {
         FakeHost::WriteFavorite(Folder, "Mine.pmt", {TableOf(20), 1, "Mine"});
@@ -78,17 +78,18 @@ protected:
     FakeHost Host;
     test::TempFolder Folder;
     test::FakeServices Store;
-    Screen Desktop;
+    AnyScreen Desktop;
     _LM_DOCUMENTLAYOUTTABLE Table = TableOf(90);
     std::string ListBefore;
 };
 
-TYPED_TEST_SUITE(ChoiceEntryDlgTest, test::AllDesktops);
+using ChoiceEntryDlgTest = test::OnEachDesktop<ChoiceEntryDlgTestOn>;
+INSTANTIATE_TEST_SUITE_P(On, ChoiceEntryDlgTest, test::AllDesktops, test::NameOfDesktop);
 
-using MemoryChoiceEntryDlgTest = ChoiceEntryDlgTest<test::MemoryDesktop>;
+using MemoryChoiceEntryDlgTest = ChoiceEntryDlgTestOn<test::MemoryDesktop>;
 
-TYPED_TEST(ChoiceEntryDlgTest, OpensWithTitleEmptyNameAndTheNewFavoritesIcon) {
-    this->Run([](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, OpensWithTitleEmptyNameAndTheNewFavoritesIcon) {
+    Run([](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの登録"));
         EXPECT_EQ(user.Text(control::RegisterName), "");
         EXPECT_EQ(user.Focused(), control::RegisterName);
@@ -97,194 +98,192 @@ TYPED_TEST(ChoiceEntryDlgTest, OpensWithTitleEmptyNameAndTheNewFavoritesIcon) {
     });
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, TakesAtMost32Bytes) {
-    this->Run([](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, TakesAtMost32Bytes) {
+    Run([](DialogUser& user) {
         user.Fill(control::RegisterName, std::string(31, 'x') + Sjis(u8"表") + "yz");
         EXPECT_EQ(user.Text(control::RegisterName), std::string(31, 'x') + "y");
         user.Escape();
     });
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, StoresANewFavoriteOnTheToolbarWithIcon14) {
-    EXPECT_EQ(this->Register("  " + Sjis(u8"表紙") + " "), CodeOk);
-    const test::HostContent stored = FakeHost::ReadFavorite(this->Folder, Sjis(u8"表紙") + ".pmt");
-    EXPECT_TRUE(SameTable(stored.Table, this->Table));
+TEST_P(ChoiceEntryDlgTest, StoresANewFavoriteOnTheToolbarWithIcon14) {
+    EXPECT_EQ(Register("  " + Sjis(u8"表紙") + " "), CodeOk);
+    const test::HostContent stored = FakeHost::ReadFavorite(Folder, Sjis(u8"表紙") + ".pmt");
+    EXPECT_TRUE(SameTable(stored.Table, Table));
     EXPECT_EQ(stored.Level, 1);
     EXPECT_EQ(stored.Name, Sjis(u8"表紙"));
     EXPECT_EQ(
-        this->Folder.Read(ListFile),
+        Folder.Read(ListFile),
         "[Other]\r\nkey=1\r\n[PMXTemplateList]\r\nTemplateNum=3\r\nTemplateData0=1~Booklet~101~1~4~4\r\n"
         "TemplateData1=0~Mine~1~0~20~Mine.pmt\r\nTemplateData2=0~" +
             Sjis(u8"表紙") + "~1~1~14~" + Sjis(u8"表紙") + ".pmt\r\n");
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, StoresThePartOfTheLevelThatTheTableBeginsWith) {
+TEST_P(ChoiceEntryDlgTest, StoresThePartOfTheLevelThatTheTableBeginsWith) {
     for (const auto& [level, start] : {std::pair{2, 82}, {3, 126}, {4, 150}, {5, 2221}}) {
         const std::string name = "Level" + std::to_string(level);
-        EXPECT_EQ(this->Register(name, level), CodeOk);
-        const test::HostContent stored = FakeHost::ReadFavorite(this->Folder, name + ".pmt");
+        EXPECT_EQ(Register(name, level), CodeOk);
+        const test::HostContent stored = FakeHost::ReadFavorite(Folder, name + ".pmt");
         EXPECT_EQ(stored.Level, level);
         const _LM_DOCUMENTLAYOUTTABLE fresh = TableOf(test::FreshSeed);
         const auto length = static_cast<std::size_t>(PMX_TABLE_SIZE - start);
         EXPECT_EQ(std::memcmp(stored.Table.Bytes, fresh.Bytes, static_cast<std::size_t>(start)), 0);
-        EXPECT_EQ(std::memcmp(stored.Table.Bytes + start, this->Table.Bytes, length), 0);
+        EXPECT_EQ(std::memcmp(stored.Table.Bytes + start, Table.Bytes, length), 0);
     }
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
-    for (const std::string& name : {std::string(), std::string("   ")}) {
-        this->Desktop.Messages.Expect(1019, MessageIcon::Exclamation);
-        this->ExpectRefused(name);
+TEST_P(ChoiceEntryDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
+    for (const std::string& name : {std::string(), std::string("   "), Sjis(u8"　 　")}) {
+        Desktop.Messages.Expect(1019, MessageIcon::Exclamation);
+        ExpectRefused(name);
     }
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, RefusesATildeButNotASecondByteOfThatValue) {
-    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
-    this->ExpectRefused("a~b");
-    EXPECT_EQ(this->Register(Sjis(u8"ミ")), CodeOk);
-    EXPECT_TRUE(this->Folder.Exists(Sjis(u8"ミ") + ".pmt"));
+TEST_P(ChoiceEntryDlgTest, RefusesATildeButNotASecondByteOfThatValue) {
+    Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    ExpectRefused("a~b");
+    EXPECT_EQ(Register(Sjis(u8"ミ")), CodeOk);
+    EXPECT_TRUE(Folder.Exists(Sjis(u8"ミ") + ".pmt"));
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, RefusesTheNameOfAStandardFavoriteWithoutRegardToCase) {
-    this->Desktop.Messages.Expect(1012, MessageIcon::Exclamation);
-    this->ExpectRefused("bookLET");
+TEST_P(ChoiceEntryDlgTest, RefusesTheNameOfAStandardFavoriteWithoutRegardToCase) {
+    Desktop.Messages.Expect(1012, MessageIcon::Exclamation);
+    ExpectRefused("bookLET");
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, NoToTheQuestionKeepsTheFavorite) {
-    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::No);
-    this->ExpectRefused("Mine");
+TEST_P(ChoiceEntryDlgTest, NoToTheQuestionKeepsTheFavorite) {
+    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::No);
+    ExpectRefused("Mine");
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, YesToTheQuestionRewritesTheFavoriteAndPutsItOnTheToolbar) {
-    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
-    EXPECT_EQ(this->Register("Mine"), CodeOk);
-    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(this->Folder, "Mine.pmt").Table, this->Table));
-    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~14~Mine.pmt\r\n"),
-              std::string::npos);
-    EXPECT_EQ(this->Folder.Names().size(), 2U);
+TEST_P(ChoiceEntryDlgTest, YesToTheQuestionRewritesTheFavoriteAndPutsItOnTheToolbar) {
+    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    EXPECT_EQ(Register("Mine"), CodeOk);
+    EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "Mine.pmt").Table, Table));
+    EXPECT_NE(Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~14~Mine.pmt\r\n"), std::string::npos);
+    EXPECT_EQ(Folder.Names().size(), 2U);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, ANameThatDiffersInCaseAloneIsAskedForAndThenNotStored) {
-    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
-    EXPECT_EQ(this->Register("MINE"), CodeOk);
-    this->ExpectNothingStored();
+TEST_P(ChoiceEntryDlgTest, ANameThatDiffersInCaseAloneIsAskedForAndThenNotStored) {
+    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    EXPECT_EQ(Register("MINE"), CodeOk);
+    ExpectNothingStored();
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, StoresTheIconThatWasPicked) {
-    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, StoresTheIconThatWasPicked) {
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::RegisterChangeIcon);
         EXPECT_TRUE(user.HasIcon(control::RegisterIcon));
         EXPECT_EQ(user.Text(control::RegisterName), "New");
         user.Press(control::Ok);
     });
-    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
         EXPECT_EQ(user.SelectedRow(control::PickerIcons), 0);
         user.ClickRow(control::PickerIcons, 45);
         user.Press(control::Ok);
     });
-    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
-                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1,
+                                     WindowHandle::None, Desktop.Services, Store.Services);
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData2=0~New~1~1~59~New.pmt\r\n"), std::string::npos);
+    EXPECT_NE(Folder.Read(ListFile).find("TemplateData2=0~New~1~1~59~New.pmt\r\n"), std::string::npos);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, GivesTheIconThatWasPickedToAFavoriteThatItRewrites) {
-    this->Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
-    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, GivesTheIconThatWasPickedToAFavoriteThatItRewrites) {
+    Desktop.Messages.ExpectQuestion(1013, MessageAnswer::Yes);
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "Mine");
         user.Press(control::RegisterChangeIcon);
         user.Press(control::Ok);
     });
-    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         user.ClickRow(control::PickerIcons, 1);
         user.Press(control::Ok);
     });
-    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
-                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1,
+                                     WindowHandle::None, Desktop.Services, Store.Services);
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~15~Mine.pmt\r\n"),
-              std::string::npos);
+    EXPECT_NE(Folder.Read(ListFile).find("TemplateData1=0~Mine~1~1~15~Mine.pmt\r\n"), std::string::npos);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
-    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Press(control::RegisterChangeIcon);
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
-    this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+    Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         user.ClickRow(control::PickerIcons, 45);
         user.Press(control::Cancel);
     });
-    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
-                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
+    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", Table.Bytes, 1,
+                                     WindowHandle::None, Desktop.Services, Store.Services);
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData2=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
+    EXPECT_NE(Folder.Read(ListFile).find("TemplateData2=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
+TEST_P(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
     std::string list = "[PMXTemplateList]\r\nTemplateNum=25\r\n";
     for (int number = 0; number < 25; ++number) {
         const std::string name = "F" + std::to_string(number);
         list += "TemplateData" + std::to_string(number) + "=0~" + name + "~1~1~14~" + name + ".pmt\r\n";
     }
-    this->Folder.Write(ListFile, list);
-    EXPECT_EQ(this->Register("New"), CodeOk);
-    EXPECT_NE(this->Folder.Read(ListFile).find("TemplateData25=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
+    Folder.Write(ListFile, list);
+    EXPECT_EQ(Register("New"), CodeOk);
+    EXPECT_NE(Folder.Read(ListFile).find("TemplateData25=0~New~1~1~14~New.pmt\r\n"), std::string::npos);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, CancelDoesNotEvenWriteTheListFileAnew) {
-    const std::string before = this->Folder.Read(ListFile) + "Other=gone when the section is written\r\n";
-    this->Folder.Write(ListFile, before);
-    EXPECT_EQ(this->Run([](DialogUser& user) {
-        user.Fill(control::RegisterName, "New");
-        user.Press(control::Cancel);
-    }),
+TEST_P(ChoiceEntryDlgTest, CancelDoesNotEvenWriteTheListFileAnew) {
+    const std::string before = Folder.Read(ListFile) + "Other=gone when the section is written\r\n";
+    Folder.Write(ListFile, before);
+    EXPECT_EQ(Run([](DialogUser& user) {
+                  user.Fill(control::RegisterName, "New");
+                  user.Press(control::Cancel);
+              }),
               CodeCancel);
-    EXPECT_EQ(this->Folder.Read(ListFile), before);
+    EXPECT_EQ(Folder.Read(ListFile), before);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, AFavoriteThatCannotBeStoredEndsWithOkAndLeavesTheListFile) {
+TEST_P(ChoiceEntryDlgTest, AFavoriteThatCannotBeStoredEndsWithOkAndLeavesTheListFile) {
     for (const HostCall call : {HostCall::Create, HostCall::SetTable, HostCall::Save}) {
-        this->Host.Plan.FailAt(call, this->Host.Plan.Calls(call) + 1, HostFailure::Raise);
-        EXPECT_EQ(this->Register("New"), CodeOk);
-        this->ExpectNothingStored();
-        this->Host.Plan.Heal();
+        Host.Plan.FailAt(call, Host.Plan.Calls(call) + 1, HostFailure::Raise);
+        EXPECT_EQ(Register("New"), CodeOk);
+        ExpectNothingStored();
+        Host.Plan.Heal();
     }
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, ATableThatIsMissingStoresNothing) {
-    CPMXTemplUIChoiceEntryDlg dialog(this->Folder.Path().c_str(), ListFile, ".pmt", nullptr, 1,
-                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, ATableThatIsMissingStoresNothing) {
+    CPMXTemplUIChoiceEntryDlg dialog(Folder.Path().c_str(), ListFile, ".pmt", nullptr, 1, WindowHandle::None,
+                                     Desktop.Services, Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    this->ExpectNothingStored();
+    ExpectNothingStored();
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, AMissingListFileIsAnEmptyList) {
-    this->Folder.Remove(ListFile);
-    EXPECT_EQ(this->Register("Booklet"), CodeOk);
-    EXPECT_EQ(this->Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=1\r\n"
-                                           "TemplateData0=0~Booklet~1~1~14~Booklet.pmt\r\n");
+TEST_P(ChoiceEntryDlgTest, AMissingListFileIsAnEmptyList) {
+    Folder.Remove(ListFile);
+    EXPECT_EQ(Register("Booklet"), CodeOk);
+    EXPECT_EQ(Folder.Read(ListFile), "[PMXTemplateList]\r\nTemplateNum=1\r\n"
+                                     "TemplateData0=0~Booklet~1~1~14~Booklet.pmt\r\n");
 }
 
-TYPED_TEST(ChoiceEntryDlgTest, AFolderThatIsMissingEndsWithOkAndStoresNothing) {
-    const std::string missing = this->Folder.Path("missing");
-    CPMXTemplUIChoiceEntryDlg dialog(missing.c_str(), ListFile, ".pmt", this->Table.Bytes, 1,
-                                     WindowHandle::None, this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
+TEST_P(ChoiceEntryDlgTest, AFolderThatIsMissingEndsWithOkAndStoresNothing) {
+    const std::string missing = Folder.Path("missing");
+    CPMXTemplUIChoiceEntryDlg dialog(missing.c_str(), ListFile, ".pmt", Table.Bytes, 1, WindowHandle::None,
+                                     Desktop.Services, Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::RegisterFavorite, [](DialogUser& user) {
         user.Fill(control::RegisterName, "New");
         user.Press(control::Ok);
     });
     EXPECT_EQ(dialog.DoModal(), CodeOk);
-    this->ExpectNothingStored();
-    EXPECT_FALSE(this->Folder.Exists("missing"));
+    ExpectNothingStored();
+    EXPECT_FALSE(Folder.Exists("missing"));
 }
 
 TEST_F(MemoryChoiceEntryDlgTest, ShowsTheWaitCursorWhileItStores) {

@@ -25,17 +25,18 @@ struct LevelPart {
 
 constexpr LevelPart LevelParts[] = {{1, 0, 0}, {2, 1, 82}, {3, 2, 126}, {4, 3, 150}, {5, 4, 2221}};
 
-template <class AnyDesktop>
-class EditorAttributes : public EditorTestOn<AnyDesktop> {
+template <class AnyScreen>
+class EditorAttributesOn : public EditorTestOn<AnyScreen> {
 protected:
     void ExpectFailure(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Stop); }
 
     static void Edit(DialogUser& user) { user.Press(control::EditorEdit); }
 };
 
-TYPED_TEST_SUITE(EditorAttributes, test::AllDesktops);
+using EditorAttributes = test::OnEachDesktop<EditorAttributesOn>;
+INSTANTIATE_TEST_SUITE_P(On, EditorAttributes, test::AllDesktops, test::NameOfDesktop);
 
-using EditorAttributesInMemory = EditorAttributes<MemoryDesktop>;
+using EditorAttributesInMemory = EditorAttributesOn<MemoryDesktop>;
 
 class EditorAttributeLevels : public EditorAttributesInMemory,
                               public testing::WithParamInterface<LevelPart> {};
@@ -92,69 +93,68 @@ TEST_F(EditorAttributesInMemory, EventsWhileTheDialogIsOpenAreIgnored) {
     });
 }
 
-TYPED_TEST(EditorAttributes, MissingLibraryIsReportedWhenTheDialogIsNeeded) {
-    this->Given({{.Name = "A"}});
-    this->Desktop.Libraries.Present.clear();
-    this->ExpectFailure(text::AttributeDialogMissing);
-    this->RunAndCancel(TestFixture::Edit);
+TEST_P(EditorAttributes, MissingLibraryIsReportedWhenTheDialogIsNeeded) {
+    Given({{.Name = "A"}});
+    Desktop.Libraries.Present.clear();
+    ExpectFailure(text::AttributeDialogMissing);
+    RunAndCancel(Edit);
 }
 
-TYPED_TEST(EditorAttributes, MissingEntryIsReportedWhenTheDialogIsNeeded) {
-    this->Given({{.Name = "A"}});
-    this->Desktop.Libraries.Present["PMXPropUI.dll"] = {};
-    this->ExpectFailure(text::AttributeDialogMissing);
-    this->RunAndCancel(TestFixture::Edit);
+TEST_P(EditorAttributes, MissingEntryIsReportedWhenTheDialogIsNeeded) {
+    Given({{.Name = "A"}});
+    Desktop.Libraries.Present["PMXPropUI.dll"] = {};
+    ExpectFailure(text::AttributeDialogMissing);
+    RunAndCancel(Edit);
 }
 
-TYPED_TEST(EditorAttributes, MissingLibraryKeepsNewFromMakingAnything) {
-    this->Desktop.Libraries.Present.clear();
-    this->ExpectFailure(text::AttributeDialogMissing);
-    this->RunAndAccept([this](DialogUser& user) {
-        this->AnswerName("N");
+TEST_P(EditorAttributes, MissingLibraryKeepsNewFromMakingAnything) {
+    Desktop.Libraries.Present.clear();
+    ExpectFailure(text::AttributeDialogMissing);
+    RunAndAccept([this](DialogUser& user) {
+        AnswerName("N");
         user.Press(control::EditorNew);
         EXPECT_EQ(user.RowCount(List), 0);
     });
-    EXPECT_FALSE(this->Folder.Exists("N.pmt"));
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+    EXPECT_FALSE(Folder.Exists("N.pmt"));
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
-TYPED_TEST(EditorAttributes, MissingLibraryDoesNotKeepCopyFromWorking) {
-    this->Given({{.Name = "A"}});
-    this->Desktop.Libraries.Present.clear();
-    this->RunAndAccept([this](DialogUser& user) {
-        this->AnswerName("N");
+TEST_P(EditorAttributes, MissingLibraryDoesNotKeepCopyFromWorking) {
+    Given({{.Name = "A"}});
+    Desktop.Libraries.Present.clear();
+    RunAndAccept([this](DialogUser& user) {
+        AnswerName("N");
         user.Press(control::EditorCopy);
     });
-    EXPECT_TRUE(this->Folder.Exists("N.pmt"));
+    EXPECT_TRUE(Folder.Exists("N.pmt"));
 }
 
-TYPED_TEST(EditorAttributes, FailingDialogIsReported) {
+TEST_P(EditorAttributes, FailingDialogIsReported) {
     for (const std::int32_t result : {0, -1, 3}) {
-        this->Given({{.Name = "A"}});
-        this->Attributes.User = [result](unsigned char* part) {
+        Given({{.Name = "A"}});
+        Attributes.User = [result](unsigned char* part) {
             part[0] = 0xEE;
             return result;
         };
-        this->ExpectFailure(text::AttributeDialogFailed);
-        this->RunAndCancel(TestFixture::Edit);
-        EXPECT_TRUE(
-            SameTable(FakeHost::ReadFavorite(this->Folder, "F0.pmt").Table, TableOf(TestFixture::SeedOf(0))));
+        ExpectFailure(text::AttributeDialogFailed);
+        RunAndCancel(Edit);
+        EXPECT_TRUE(SameTable(FakeHost::ReadFavorite(Folder, "F0.pmt").Table, TableOf(SeedOf(0))));
     }
 }
 
-TYPED_TEST(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEditorIsOpenedAnew) {
-    this->Given({{.Name = "A"}});
-    this->Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
-    this->ExpectFailure(text::AttributeDialogMissing);
-    this->ExpectFailure(text::AttributeDialogMissing);
-    this->RunAndCancel([this](DialogUser& user) {
-        TestFixture::Edit(user);
-        TestFixture::Edit(user);
-        EXPECT_EQ(this->Attributes.Calls.size(), 1U);
+TEST_P(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEditorIsOpenedAnew) {
+    Given({{.Name = "A"}});
+    Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
+    ExpectFailure(text::AttributeDialogMissing);
+    ExpectFailure(text::AttributeDialogMissing);
+    RunAndCancel([this](DialogUser& user) {
+        Edit(user);
+        Edit(user);
+        EXPECT_EQ(Attributes.Calls.size(), 1U);
     });
-    this->Attributes.User = [](unsigned char*) { return PMX_PROPUI_OK; };
-    this->RunAndCancel(TestFixture::Edit);
-    EXPECT_EQ(this->Attributes.Calls.size(), 2U);
+    Attributes.User = [](unsigned char*) { return PMX_PROPUI_OK; };
+    RunAndCancel(Edit);
+    EXPECT_EQ(Attributes.Calls.size(), 2U);
 }
 
 TEST_F(EditorAttributesInMemory, SameEditorLooksTheDialogUpAnewEachTimeItIsOpened) {
@@ -176,23 +176,23 @@ TEST_F(EditorAttributesInMemory, SameEditorLooksTheDialogUpAnewEachTimeItIsOpene
     EXPECT_EQ(Desktop.Libraries.Asked.size(), 2U);
 }
 
-TYPED_TEST(EditorAttributes, TableThatTheDocumentRefusesIsReportedAndTheFileStays) {
+TEST_P(EditorAttributes, TableThatTheDocumentRefusesIsReportedAndTheFileStays) {
     for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-        this->Given({{.Name = "A"}});
-        this->Host.Plan.Heal();
-        this->Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
-        this->ExpectFailure(text::AttributeTableFailed);
-        this->RunAndCancel(TestFixture::Edit);
+        Given({{.Name = "A"}});
+        Host.Plan.Heal();
+        Host.Plan.FailFrom(HostCall::SetTable, 1, failure);
+        ExpectFailure(text::AttributeTableFailed);
+        RunAndCancel(Edit);
     }
-    EXPECT_TRUE(this->Host.SavedPaths.empty());
+    EXPECT_TRUE(Host.SavedPaths.empty());
 }
 
-TYPED_TEST(EditorAttributes, TableThatCannotBeReadIsReportedWithoutTheDialog) {
-    this->Given({{.Name = "A"}});
-    this->Host.Plan.FailFrom(HostCall::GetTable, 1, HostFailure::Raise);
-    this->ExpectFailure(text::AttributeTableFailed);
-    this->RunAndCancel(TestFixture::Edit);
-    EXPECT_TRUE(this->Attributes.Calls.empty());
+TEST_P(EditorAttributes, TableThatCannotBeReadIsReportedWithoutTheDialog) {
+    Given({{.Name = "A"}});
+    Host.Plan.FailFrom(HostCall::GetTable, 1, HostFailure::Raise);
+    ExpectFailure(text::AttributeTableFailed);
+    RunAndCancel(Edit);
+    EXPECT_TRUE(Attributes.Calls.empty());
 }
 
 } // namespace

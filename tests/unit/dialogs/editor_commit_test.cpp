@@ -17,8 +17,8 @@ constexpr ControlId List = control::EditorList;
 
 using Names = std::vector<std::string>;
 
-template <class AnyDesktop>
-class EditorCommit : public EditorTestOn<AnyDesktop> {
+template <class AnyScreen>
+class EditorCommitOn : public EditorTestOn<AnyScreen> {
 protected:
     void GivenThree() { this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
 
@@ -33,88 +33,87 @@ protected:
     }
 };
 
-template <class AnyDesktop>
-using EditorCancel = EditorCommit<AnyDesktop>;
+using EditorCommit = test::OnEachDesktop<EditorCommitOn>;
+INSTANTIATE_TEST_SUITE_P(On, EditorCommit, test::AllDesktops, test::NameOfDesktop);
+using EditorCancel = test::OnEachDesktop<EditorCommitOn>;
+INSTANTIATE_TEST_SUITE_P(On, EditorCancel, test::AllDesktops, test::NameOfDesktop);
 
-TYPED_TEST_SUITE(EditorCommit, test::AllDesktops);
-TYPED_TEST_SUITE(EditorCancel, test::AllDesktops);
+using EditorCommitInMemory = EditorCommitOn<MemoryDesktop>;
+using EditorCancelInMemory = EditorCommitOn<MemoryDesktop>;
 
-using EditorCommitInMemory = EditorCommit<MemoryDesktop>;
-using EditorCancelInMemory = EditorCancel<MemoryDesktop>;
-
-TYPED_TEST(EditorCommit, EmptyListIsWrittenAsACountOfZero) {
-    this->RunAndAccept([](DialogUser&) {});
-    EXPECT_EQ(this->ListedCount(), "0");
-    EXPECT_TRUE(this->ListedValues().empty());
+TEST_P(EditorCommit, EmptyListIsWrittenAsACountOfZero) {
+    RunAndAccept([](DialogUser&) {});
+    EXPECT_EQ(ListedCount(), "0");
+    EXPECT_TRUE(ListedValues().empty());
 }
 
-TYPED_TEST(EditorCommit, EveryFieldIsWrittenInItsPlace) {
-    this->Given({{.Name = Sjis(u8"ミ 表"), .Level = 5, .OnToolbar = true, .Icon = 59, .File = "x y.pmt"},
-                 Standard("S", 101)});
-    this->RunAndAccept([](DialogUser&) {});
-    EXPECT_EQ(this->ListedValues(), (Names{Sjis(u8"0~ミ 表~5~1~59~x y.pmt"), "1~S~101~0~14~3"}));
-    EXPECT_EQ(this->ListedCount(), "2");
+TEST_P(EditorCommit, EveryFieldIsWrittenInItsPlace) {
+    Given({{.Name = Sjis(u8"ミ 表"), .Level = 5, .OnToolbar = true, .Icon = 59, .File = "x y.pmt"},
+           Standard("S", 101)});
+    RunAndAccept([](DialogUser&) {});
+    EXPECT_EQ(ListedValues(), (Names{Sjis(u8"0~ミ 表~5~1~59~x y.pmt"), "1~S~101~0~14~3"}));
+    EXPECT_EQ(ListedCount(), "2");
 }
 
-TYPED_TEST(EditorCommit, FavoriteMovedUpTwiceIsWrittenUnderTheSmallerKeyAndTheOthersKeepTheirOrder) {
-    this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}, {.Name = "D"}});
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(EditorCommit, FavoriteMovedUpTwiceIsWrittenUnderTheSmallerKeyAndTheOthersKeepTheirOrder) {
+    Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}, {.Name = "D"}});
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 3);
         user.Press(control::EditorUp);
         user.Press(control::EditorUp);
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "D", "B", "C"}));
+    EXPECT_EQ(ListedNames(), (Names{"A", "D", "B", "C"}));
 }
 
-TYPED_TEST(EditorCommit, CountIsTheNumberOfRowsWithoutDeletedFavorites) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    EXPECT_EQ(this->ListedCount(), "2");
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "C"}));
-    EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F2.pmt", test::ListFile}));
+TEST_P(EditorCommit, CountIsTheNumberOfRowsWithoutDeletedFavorites) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { Delete(user, 1); });
+    EXPECT_EQ(ListedCount(), "2");
+    EXPECT_EQ(ListedNames(), (Names{"A", "C"}));
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F2.pmt", test::ListFile}));
 }
 
-TYPED_TEST(EditorCommit, OtherSectionsOfTheListFileStay) {
-    this->GivenThree();
-    this->Folder.Write(test::ListFile, "[Other]\r\nKey=Value\r\n" + this->Folder.Read(test::ListFile));
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    EXPECT_TRUE(this->Folder.Read(test::ListFile).starts_with("[Other]\r\nKey=Value\r\n"));
+TEST_P(EditorCommit, OtherSectionsOfTheListFileStay) {
+    GivenThree();
+    Folder.Write(test::ListFile, "[Other]\r\nKey=Value\r\n" + Folder.Read(test::ListFile));
+    RunAndAccept([](DialogUser& user) { Delete(user, 1); });
+    EXPECT_TRUE(Folder.Read(test::ListFile).starts_with("[Other]\r\nKey=Value\r\n"));
 }
 
-TYPED_TEST(EditorCommit, FavoriteCreatedAndDeletedAgainLeavesNothing) {
-    this->GivenThree();
-    this->RunAndAccept([this](DialogUser& user) {
-        this->Create(user, "N");
-        TestFixture::Delete(user, 3);
-        EXPECT_TRUE(this->Folder.Exists("N.pmt"));
+TEST_P(EditorCommit, FavoriteCreatedAndDeletedAgainLeavesNothing) {
+    GivenThree();
+    RunAndAccept([this](DialogUser& user) {
+        Create(user, "N");
+        Delete(user, 3);
+        EXPECT_TRUE(Folder.Exists("N.pmt"));
     });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
-    EXPECT_FALSE(this->Folder.Exists("N.pmt"));
+    EXPECT_EQ(ListedNames(), (Names{"A", "B", "C"}));
+    EXPECT_FALSE(Folder.Exists("N.pmt"));
 }
 
-TYPED_TEST(EditorCommit, NewListFileIsInPlaceBeforeAnyFavoriteFileIsDeleted) {
-    this->GivenThree();
-    this->Store.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Other);
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
-    EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
+TEST_P(EditorCommit, NewListFileIsInPlaceBeforeAnyFavoriteFileIsDeleted) {
+    GivenThree();
+    Store.Disk.Plan.FailFrom(FileOperation::Replace, 1, FileError::Other);
+    RunAndAccept([](DialogUser& user) { Delete(user, 1); });
+    EXPECT_EQ(ListedNames(), (Names{"A", "B", "C"}));
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
-TYPED_TEST(EditorCommit, ReadOnlyListFileLosesTheChangesAndNothingElse) {
-    this->GivenThree();
-    this->Folder.SetReadOnly(test::ListFile, true);
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    this->Folder.SetReadOnly(test::ListFile, false);
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "B", "C"}));
-    EXPECT_TRUE(this->Folder.Exists("F1.pmt"));
+TEST_P(EditorCommit, ReadOnlyListFileLosesTheChangesAndNothingElse) {
+    GivenThree();
+    Folder.SetReadOnly(test::ListFile, true);
+    RunAndAccept([](DialogUser& user) { Delete(user, 1); });
+    Folder.SetReadOnly(test::ListFile, false);
+    EXPECT_EQ(ListedNames(), (Names{"A", "B", "C"}));
+    EXPECT_TRUE(Folder.Exists("F1.pmt"));
 }
 
-TYPED_TEST(EditorCommit, FavoriteFileThatCannotBeDeletedIsNotReported) {
-    this->GivenThree();
-    this->Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Other);
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 1); });
-    EXPECT_EQ(this->ListedNames(), (Names{"A", "C"}));
-    EXPECT_TRUE(this->Folder.Exists("F1.pmt"));
+TEST_P(EditorCommit, FavoriteFileThatCannotBeDeletedIsNotReported) {
+    GivenThree();
+    Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Other);
+    RunAndAccept([](DialogUser& user) { Delete(user, 1); });
+    EXPECT_EQ(ListedNames(), (Names{"A", "C"}));
+    EXPECT_TRUE(Folder.Exists("F1.pmt"));
 }
 
 TEST_F(EditorCommitInMemory, WaitCursorIsShownWhileALockedFileIsRetried) {
@@ -127,31 +126,31 @@ TEST_F(EditorCommitInMemory, WaitCursorIsShownWhileALockedFileIsRetried) {
     EXPECT_FALSE(Folder.Exists("F1.pmt"));
 }
 
-TYPED_TEST(EditorCommit, FileOutsideTheFolderIsNeverDeleted) {
-    this->Folder.AddFolder("Sub");
-    this->Folder.Write("Sub\\X.pmt", "precious");
-    this->Given({{.Name = "A", .File = "Sub\\X.pmt", .HasFile = false}});
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 0); });
-    EXPECT_EQ(this->Folder.Read("Sub\\X.pmt"), "precious");
-    EXPECT_EQ(this->ListedCount(), "0");
+TEST_P(EditorCommit, FileOutsideTheFolderIsNeverDeleted) {
+    Folder.AddFolder("Sub");
+    Folder.Write("Sub\\X.pmt", "precious");
+    Given({{.Name = "A", .File = "Sub\\X.pmt", .HasFile = false}});
+    RunAndAccept([](DialogUser& user) { Delete(user, 0); });
+    EXPECT_EQ(Folder.Read("Sub\\X.pmt"), "precious");
+    EXPECT_EQ(ListedCount(), "0");
 }
 
-TYPED_TEST(EditorCommit, ListFileNamedAsAFavoriteFileIsNeverDeleted) {
-    this->Given({{.Name = "A", .File = "pmxtemplelist.INI", .HasFile = false}});
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 0); });
-    EXPECT_EQ(this->ListedCount(), "0");
+TEST_P(EditorCommit, ListFileNamedAsAFavoriteFileIsNeverDeleted) {
+    Given({{.Name = "A", .File = "pmxtemplelist.INI", .HasFile = false}});
+    RunAndAccept([](DialogUser& user) { Delete(user, 0); });
+    EXPECT_EQ(ListedCount(), "0");
 }
 
-TYPED_TEST(EditorCommit, FileThatAnotherFavoriteStillUsesStays) {
-    this->Given({{.Name = "A", .File = "Same.pmt"}, {.Name = "B", .File = "Same.pmt"}});
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Delete(user, 0); });
-    EXPECT_TRUE(this->Folder.Exists("Same.pmt"));
+TEST_P(EditorCommit, FileThatAnotherFavoriteStillUsesStays) {
+    Given({{.Name = "A", .File = "Same.pmt"}, {.Name = "B", .File = "Same.pmt"}});
+    RunAndAccept([](DialogUser& user) { Delete(user, 0); });
+    EXPECT_TRUE(Folder.Exists("Same.pmt"));
 }
 
-TYPED_TEST(EditorCommit, ListIsEmptiedAtTheEnd) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { user.Press(control::EditorEdit); });
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+TEST_P(EditorCommit, ListIsEmptiedAtTheEnd) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { user.Press(control::EditorEdit); });
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
 TEST_F(EditorCommitInMemory, EditorHoldsNoRecordOnceItHasEnded) {
@@ -169,59 +168,59 @@ TEST_F(EditorCommitInMemory, EditorHoldsNoRecordOnceItHasEnded) {
     }
 }
 
-TYPED_TEST(EditorCancel, NothingOfTheListIsWritten) {
-    this->GivenThree();
-    const std::string before = this->Folder.Read(test::ListFile);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorCancel, NothingOfTheListIsWritten) {
+    GivenThree();
+    const std::string before = Folder.Read(test::ListFile);
+    RunAndCancel([](DialogUser& user) {
         user.ClickStateImage(List, 0);
         user.Press(control::EditorDown);
         user.Fill(control::EditorName, "New");
         user.TabTo(List);
-        TestFixture::Delete(user, 2);
+        Delete(user, 2);
     });
-    EXPECT_EQ(this->Folder.Read(test::ListFile), before);
-    EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
+    EXPECT_EQ(Folder.Read(test::ListFile), before);
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
-TYPED_TEST(EditorCancel, ListFileIsNotTouchedWhileTheEditorIsOpen) {
-    this->GivenThree();
-    const std::string before = this->Folder.Read(test::ListFile);
-    this->RunAndAccept([&](DialogUser& user) {
-        TestFixture::Delete(user, 1);
-        this->Create(user, "N");
-        EXPECT_EQ(this->Folder.Read(test::ListFile), before);
+TEST_P(EditorCancel, ListFileIsNotTouchedWhileTheEditorIsOpen) {
+    GivenThree();
+    const std::string before = Folder.Read(test::ListFile);
+    RunAndAccept([&](DialogUser& user) {
+        Delete(user, 1);
+        Create(user, "N");
+        EXPECT_EQ(Folder.Read(test::ListFile), before);
     });
-    EXPECT_NE(this->Folder.Read(test::ListFile), before);
+    EXPECT_NE(Folder.Read(test::ListFile), before);
 }
 
-TYPED_TEST(EditorCancel, FilesOfNewAndCopiedFavoritesAreDeleted) {
-    this->GivenThree();
-    this->RunAndCancel([this](DialogUser& user) {
-        this->Create(user, "N");
-        this->AnswerName("M");
+TEST_P(EditorCancel, FilesOfNewAndCopiedFavoritesAreDeleted) {
+    GivenThree();
+    RunAndCancel([this](DialogUser& user) {
+        Create(user, "N");
+        AnswerName("M");
         user.ClickRow(List, 0);
         user.Press(control::EditorCopy);
-        EXPECT_TRUE(this->Folder.Exists("M.pmt"));
+        EXPECT_TRUE(Folder.Exists("M.pmt"));
     });
-    EXPECT_EQ(this->Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
+    EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
-TYPED_TEST(EditorCancel, FileOfAFavoriteCreatedAndDeletedAgainIsDeleted) {
-    this->RunAndCancel([this](DialogUser& user) {
-        this->Create(user, "N");
-        TestFixture::Delete(user, 0);
+TEST_P(EditorCancel, FileOfAFavoriteCreatedAndDeletedAgainIsDeleted) {
+    RunAndCancel([this](DialogUser& user) {
+        Create(user, "N");
+        Delete(user, 0);
     });
-    EXPECT_TRUE(this->Folder.Names().empty());
+    EXPECT_TRUE(Folder.Names().empty());
 }
 
-TYPED_TEST(EditorCancel, FilesOfStandardFavoritesStay) {
-    this->Folder.Write("3", "not ours");
-    this->Folder.Write("Standard.pmt", "not ours");
-    this->Given({Standard("S"), Standard("T", 1)});
-    this->RunAndCancel([](DialogUser&) {});
-    this->RunAndAccept([](DialogUser&) {});
-    EXPECT_EQ(this->Folder.Read("3"), "not ours");
-    EXPECT_EQ(this->Folder.Read("Standard.pmt"), "not ours");
+TEST_P(EditorCancel, FilesOfStandardFavoritesStay) {
+    Folder.Write("3", "not ours");
+    Folder.Write("Standard.pmt", "not ours");
+    Given({Standard("S"), Standard("T", 1)});
+    RunAndCancel([](DialogUser&) {});
+    RunAndAccept([](DialogUser&) {});
+    EXPECT_EQ(Folder.Read("3"), "not ours");
+    EXPECT_EQ(Folder.Read("Standard.pmt"), "not ours");
 }
 
 TEST_F(EditorCancelInMemory, FileThatCannotBeDeletedIsRetriedUnderTheWaitCursorAndThenLeft) {
@@ -245,14 +244,14 @@ TEST_F(EditorCancelInMemory, EditorThatEndsByAFailureLeavesWhatCancelLeaves) {
     EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
 }
 
-TYPED_TEST(EditorCancel, CloseBoxCancels) {
-    this->GivenThree();
-    EXPECT_EQ(this->Run([](DialogUser& user) {
-        TestFixture::Delete(user, 0);
-        user.Close();
-    }),
+TEST_P(EditorCancel, CloseBoxCancels) {
+    GivenThree();
+    EXPECT_EQ(Run([](DialogUser& user) {
+                  Delete(user, 0);
+                  user.Close();
+              }),
               CodeCancel);
-    EXPECT_EQ(this->ListedCount(), "3");
+    EXPECT_EQ(ListedCount(), "3");
 }
 
 } // namespace

@@ -17,8 +17,8 @@ using test::Standard;
 constexpr ControlId List = control::EditorList;
 constexpr ControlId Name = control::EditorName;
 
-template <class AnyDesktop>
-class EditorRename : public EditorTestOn<AnyDesktop> {
+template <class AnyScreen>
+class EditorRenameOn : public EditorTestOn<AnyScreen> {
 protected:
     void GivenThree() { this->Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
 
@@ -32,9 +32,10 @@ protected:
     void ExpectRefusal(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
 };
 
-TYPED_TEST_SUITE(EditorRename, test::AllDesktops);
+using EditorRename = test::OnEachDesktop<EditorRenameOn>;
+INSTANTIATE_TEST_SUITE_P(On, EditorRename, test::AllDesktops, test::NameOfDesktop);
 
-using EditorRenameInMemory = EditorRename<MemoryDesktop>;
+using EditorRenameInMemory = EditorRenameOn<MemoryDesktop>;
 
 TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
     GivenThree();
@@ -45,66 +46,66 @@ TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
     });
 }
 
-TYPED_TEST(EditorRename, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, Sjis(u8"両面印刷"));
-        EXPECT_EQ(TestFixture::NamesInRows(user), (std::vector<std::string>{"A", Sjis(u8"両面印刷"), "C"}));
+TEST_P(EditorRename, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, Sjis(u8"両面印刷"));
+        EXPECT_EQ(NamesInRows(user), (std::vector<std::string>{"A", Sjis(u8"両面印刷"), "C"}));
     });
-    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", Sjis(u8"両面印刷"), "C"}));
+    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", Sjis(u8"両面印刷"), "C"}));
 }
 
-TYPED_TEST(EditorRename, FavoriteFileKeepsItsNameAndItsContent) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
-    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Name, "Beta");
-    EXPECT_EQ(this->ListedValues()[1], "0~New~1~0~14~F1.pmt");
+TEST_P(EditorRename, FavoriteFileKeepsItsNameAndItsContent) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
+    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "Beta");
+    EXPECT_EQ(ListedValues()[1], "0~New~1~0~14~F1.pmt");
 }
 
-TYPED_TEST(EditorRename, BlanksAroundTheNameAreRemoved) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "  New name \t");
+TEST_P(EditorRename, BlanksAroundTheNameAreRemoved) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, "  New name \t");
         EXPECT_EQ(user.Cell(List, 1, 1), "New name");
         EXPECT_EQ(user.Text(Name), "New name");
     });
-    EXPECT_EQ(this->ListedNames()[1], "New name");
+    EXPECT_EQ(ListedNames()[1], "New name");
 }
 
-TYPED_TEST(EditorRename, FullWidthBlanksAroundTheNameAreRemovedToo) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, Sjis(u8"　 表　紙 　"));
+TEST_P(EditorRename, FullWidthBlanksAroundTheNameAreRemovedToo) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, Sjis(u8"　 表　紙 　"));
         EXPECT_EQ(user.Text(Name), Sjis(u8"表　紙"));
     });
-    EXPECT_EQ(this->ListedNames()[1], Sjis(u8"表　紙"));
+    EXPECT_EQ(ListedNames()[1], Sjis(u8"表　紙"));
 }
 
-TYPED_TEST(EditorRename, BlanksOnlyChangeNothing) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, Sjis(u8" 　 "));
+TEST_P(EditorRename, BlanksOnlyChangeNothing) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, Sjis(u8" 　 "));
         EXPECT_EQ(user.Cell(List, 1, 1), "Beta");
         EXPECT_EQ(user.Text(Name), "Beta");
     });
-    EXPECT_EQ(this->ListedNames()[1], "Beta");
+    EXPECT_EQ(ListedNames()[1], "Beta");
 }
 
-TYPED_TEST(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, std::string(40, 'x'));
+TEST_P(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, std::string(40, 'x'));
         EXPECT_EQ(user.Cell(List, 1, 1), std::string(32, 'x'));
-        TestFixture::Rename(user, 2, "y" + Sjis(u8"あああああああああああああああああ"));
+        Rename(user, 2, "y" + Sjis(u8"あああああああああああああああああ"));
         EXPECT_EQ(user.Cell(List, 2, 1), "y" + Sjis(u8"あああああああああああああああ"));
     });
 }
 
-TYPED_TEST(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
-    this->GivenThree();
-    this->ExpectRefusal(text::NameHasSeparator);
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "a~b");
+TEST_P(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
+    GivenThree();
+    ExpectRefusal(text::NameHasSeparator);
+    RunAndCancel([](DialogUser& user) {
+        Rename(user, 1, "a~b");
         EXPECT_EQ(user.Focused(), Name);
         EXPECT_EQ(user.Text(Name), "a~b");
         EXPECT_EQ(user.SelectedRow(List), 1);
@@ -112,61 +113,61 @@ TYPED_TEST(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
     });
 }
 
-TYPED_TEST(EditorRename, SecondByteOfACharacterIsNoSeparator) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, Sjis(u8"ミ")); });
-    EXPECT_EQ(this->ListedNames()[1], Sjis(u8"ミ"));
+TEST_P(EditorRename, SecondByteOfACharacterIsNoSeparator) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, Sjis(u8"ミ")); });
+    EXPECT_EQ(ListedNames()[1], Sjis(u8"ミ"));
 }
 
-TYPED_TEST(EditorRename, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndCancel([](DialogUser& user) {
-        TestFixture::Rename(user, 0, "bETA");
+TEST_P(EditorRename, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndCancel([](DialogUser& user) {
+        Rename(user, 0, "bETA");
         EXPECT_EQ(user.Focused(), Name);
         EXPECT_EQ(user.Text(Name), "bETA");
         EXPECT_EQ(user.Cell(List, 0, 1), "A");
     });
 }
 
-TYPED_TEST(EditorRename, DoubleByteLettersOfOtherCaseAreAnotherName) {
-    this->Given({{.Name = Sjis(u8"ア")}, {.Name = "B"}});
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, Sjis(u8"ヂ")); });
-    EXPECT_EQ(this->ListedNames()[1], Sjis(u8"ヂ"));
+TEST_P(EditorRename, DoubleByteLettersOfOtherCaseAreAnotherName) {
+    Given({{.Name = Sjis(u8"ア")}, {.Name = "B"}});
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, Sjis(u8"ヂ")); });
+    EXPECT_EQ(ListedNames()[1], Sjis(u8"ヂ"));
 }
 
-TYPED_TEST(EditorRename, NameOfAFavoriteDeletedMeanwhileIsRefused) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, NameOfAFavoriteDeletedMeanwhileIsRefused) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
-        TestFixture::Rename(user, 0, "beta");
+        Rename(user, 0, "beta");
     });
 }
 
-TYPED_TEST(EditorRename, OwnNameInAnotherCaseIsAccepted) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) { TestFixture::Rename(user, 1, "BETA"); });
-    EXPECT_EQ(this->ListedNames()[1], "BETA");
+TEST_P(EditorRename, OwnNameInAnotherCaseIsAccepted) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) { Rename(user, 1, "BETA"); });
+    EXPECT_EQ(ListedNames()[1], "BETA");
 }
 
-TYPED_TEST(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
         user.Fill(Name, "New");
         user.TabTo(List);
         EXPECT_EQ(user.Cell(List, 1, 1), "New");
     });
-    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", "New", "C"}));
+    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "New", "C"}));
 }
 
-TYPED_TEST(EditorRename, RefusedNameSelectsItsRowAgain) {
-    this->GivenThree();
-    this->ExpectRefusal(text::NameHasSeparator);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, RefusedNameSelectsItsRowAgain) {
+    GivenThree();
+    ExpectRefusal(text::NameHasSeparator);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
         user.Fill(Name, "a~b");
@@ -176,21 +177,21 @@ TYPED_TEST(EditorRename, RefusedNameSelectsItsRowAgain) {
     });
 }
 
-TYPED_TEST(EditorRename, RefusedNameCanBeMended) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "C");
+TEST_P(EditorRename, RefusedNameCanBeMended) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, "C");
         user.Fill(Name, "D");
         user.TabTo(List);
     });
-    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"A", "D", "C"}));
+    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "D", "C"}));
 }
 
-TYPED_TEST(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
-    this->GivenThree();
-    this->ExpectRefusal(text::NameHasSeparator);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
+    GivenThree();
+    ExpectRefusal(text::NameHasSeparator);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "~");
         user.ClickRow(List, 2);
@@ -200,21 +201,21 @@ TYPED_TEST(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
     });
 }
 
-TYPED_TEST(EditorRename, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(EditorRename, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "New");
         user.ClickRow(List, 2);
-        EXPECT_EQ(TestFixture::NamesInRows(user), (std::vector<std::string>{"A", "New", "C"}));
+        EXPECT_EQ(NamesInRows(user), (std::vector<std::string>{"A", "New", "C"}));
         EXPECT_EQ(user.Text(Name), "C");
     });
 }
 
-TYPED_TEST(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
-    this->GivenThree();
-    this->ExpectRefusal(text::NameHasSeparator);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
+    GivenThree();
+    ExpectRefusal(text::NameHasSeparator);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "~");
         user.Press(control::EditorDelete);
@@ -223,21 +224,21 @@ TYPED_TEST(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
     });
 }
 
-TYPED_TEST(EditorRename, EnterInTheNameBoxRenamesAndAccepts) {
-    this->GivenThree();
-    EXPECT_EQ(this->Run([](DialogUser& user) {
-        user.ClickRow(List, 1);
-        user.Fill(Name, "New");
-        user.Enter();
-    }),
+TEST_P(EditorRename, EnterInTheNameBoxRenamesAndAccepts) {
+    GivenThree();
+    EXPECT_EQ(Run([](DialogUser& user) {
+                  user.ClickRow(List, 1);
+                  user.Fill(Name, "New");
+                  user.Enter();
+              }),
               CodeOk);
-    EXPECT_EQ(this->ListedNames()[1], "New");
+    EXPECT_EQ(ListedNames()[1], "New");
 }
 
-TYPED_TEST(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
         user.Enter();
@@ -245,13 +246,13 @@ TYPED_TEST(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
         EXPECT_EQ(user.Focused(), Name);
         EXPECT_EQ(user.Text(Name), "C");
     });
-    EXPECT_EQ(this->ListedNames()[1], "Beta");
+    EXPECT_EQ(ListedNames()[1], "Beta");
 }
 
-TYPED_TEST(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
         user.Press(control::Ok);
@@ -259,19 +260,19 @@ TYPED_TEST(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
     });
 }
 
-TYPED_TEST(EditorRename, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
-    this->GivenThree();
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
+    GivenThree();
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
     });
-    EXPECT_EQ(this->ListedNames()[1], "Beta");
+    EXPECT_EQ(ListedNames()[1], "Beta");
 }
 
-TYPED_TEST(EditorRename, CancelButtonIsLeavingTheNameBoxToo) {
-    this->GivenThree();
-    this->ExpectRefusal(text::RenameNameExists);
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, CancelButtonIsLeavingTheNameBoxToo) {
+    GivenThree();
+    ExpectRefusal(text::RenameNameExists);
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
         user.Press(control::Cancel);
@@ -280,78 +281,78 @@ TYPED_TEST(EditorRename, CancelButtonIsLeavingTheNameBoxToo) {
     });
 }
 
-TYPED_TEST(EditorRename, EmptyNameIsNotComparedWithTheNamesOfOthers) {
-    this->Given({{.Name = "Same"}, {.Name = "Same"}});
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 0, "");
+TEST_P(EditorRename, EmptyNameIsNotComparedWithTheNamesOfOthers) {
+    Given({{.Name = "Same"}, {.Name = "Same"}});
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 0, "");
         EXPECT_EQ(user.Text(Name), "Same");
     });
-    EXPECT_EQ(this->ListedNames(), (std::vector<std::string>{"Same", "Same"}));
+    EXPECT_EQ(ListedNames(), (std::vector<std::string>{"Same", "Same"}));
 }
 
-TYPED_TEST(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
-    this->Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
-    this->ExpectRefusal(text::EditorFavoriteUnreadable);
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 0, "New");
+TEST_P(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
+    Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
+    ExpectRefusal(text::EditorFavoriteUnreadable);
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 0, "New");
         EXPECT_EQ(user.Cell(List, 0, 1), "A");
         EXPECT_EQ(user.Focused(), List);
     });
-    EXPECT_EQ(this->ListedNames()[0], "New");
+    EXPECT_EQ(ListedNames()[0], "New");
 }
 
-TYPED_TEST(EditorRename, UnreadableFavoriteFileDoesNotKeepEnterFromAccepting) {
-    this->Given({{.Name = "A", .HasFile = false}});
-    this->ExpectRefusal(text::EditorFavoriteUnreadable);
-    EXPECT_EQ(this->Run([](DialogUser& user) {
-        user.Fill(Name, "New");
-        user.Enter();
-    }),
+TEST_P(EditorRename, UnreadableFavoriteFileDoesNotKeepEnterFromAccepting) {
+    Given({{.Name = "A", .HasFile = false}});
+    ExpectRefusal(text::EditorFavoriteUnreadable);
+    EXPECT_EQ(Run([](DialogUser& user) {
+                  user.Fill(Name, "New");
+                  user.Enter();
+              }),
               CodeOk);
-    EXPECT_EQ(this->ListedNames()[0], "New");
+    EXPECT_EQ(ListedNames()[0], "New");
 }
 
-TYPED_TEST(EditorRename, FavoriteFileOutsideTheFolderCountsAsMissing) {
-    this->Folder.AddFolder("Sub");
-    FakeHost::WriteFavorite(this->Folder, "Sub\\X.pmt", {.Level = 1, .Name = "A"});
-    this->Given({{.Name = "A", .File = "Sub\\X.pmt", .HasFile = false}});
-    this->ExpectRefusal(text::EditorFavoriteUnreadable);
-    this->RunAndCancel([](DialogUser& user) { TestFixture::Rename(user, 0, "New"); });
-    EXPECT_TRUE(this->Host.LoadedPaths.empty());
+TEST_P(EditorRename, FavoriteFileOutsideTheFolderCountsAsMissing) {
+    Folder.AddFolder("Sub");
+    FakeHost::WriteFavorite(Folder, "Sub\\X.pmt", {.Level = 1, .Name = "A"});
+    Given({{.Name = "A", .File = "Sub\\X.pmt", .HasFile = false}});
+    ExpectRefusal(text::EditorFavoriteUnreadable);
+    RunAndCancel([](DialogUser& user) { Rename(user, 0, "New"); });
+    EXPECT_TRUE(Host.LoadedPaths.empty());
 }
 
-TYPED_TEST(EditorRename, LoadedDocumentGetsTheNameAndIsNotReadAgain) {
-    this->GivenThree();
-    this->RunAndCancel([this](DialogUser& user) {
-        TestFixture::Rename(user, 1, "New");
-        TestFixture::Rename(user, 1, "Newer");
-        EXPECT_EQ(this->Host.LoadedPaths.size(), 1U);
+TEST_P(EditorRename, LoadedDocumentGetsTheNameAndIsNotReadAgain) {
+    GivenThree();
+    RunAndCancel([this](DialogUser& user) {
+        Rename(user, 1, "New");
+        Rename(user, 1, "Newer");
+        EXPECT_EQ(Host.LoadedPaths.size(), 1U);
         user.Press(control::EditorEdit); // saves the document with its name
     });
-    EXPECT_EQ(FakeHost::ReadFavorite(this->Folder, "F1.pmt").Name, "Newer");
+    EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "Newer");
 }
 
-TYPED_TEST(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
-    this->GivenThree();
-    this->Host.Plan.FailFrom(HostCall::SetName, 1, HostFailure::Raise);
-    this->RunAndAccept([](DialogUser& user) {
-        TestFixture::Rename(user, 1, "New");
+TEST_P(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
+    GivenThree();
+    Host.Plan.FailFrom(HostCall::SetName, 1, HostFailure::Raise);
+    RunAndAccept([](DialogUser& user) {
+        Rename(user, 1, "New");
         EXPECT_EQ(user.Cell(List, 1, 1), "New");
     });
-    EXPECT_EQ(this->ListedNames()[1], "New");
+    EXPECT_EQ(ListedNames()[1], "New");
 }
 
-TYPED_TEST(EditorRename, HostThatRaisesAtTheFileIsReported) {
-    this->GivenThree();
-    this->Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
-    this->ExpectRefusal(text::EditorFavoriteUnreadable);
-    this->RunAndCancel([](DialogUser& user) { TestFixture::Rename(user, 1, "New"); });
-    EXPECT_EQ(this->Host.LiveDocuments, 0U);
+TEST_P(EditorRename, HostThatRaisesAtTheFileIsReported) {
+    GivenThree();
+    Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
+    ExpectRefusal(text::EditorFavoriteUnreadable);
+    RunAndCancel([](DialogUser& user) { Rename(user, 1, "New"); });
+    EXPECT_EQ(Host.LiveDocuments, 0U);
 }
 
-TYPED_TEST(EditorRename, NameThatIsNotChangedIsNotChecked) {
-    this->Given({{.Name = "Same"}, {.Name = "Same"}, {.Name = "A", .HasFile = false}});
-    const int code = this->Run([](DialogUser& user) {
+TEST_P(EditorRename, NameThatIsNotChangedIsNotChecked) {
+    Given({{.Name = "Same"}, {.Name = "Same"}, {.Name = "A", .HasFile = false}});
+    const int code = Run([](DialogUser& user) {
         for (int row = 0; row < 3; ++row) {
             user.ClickRow(List, row);
             user.TabTo(Name);
@@ -361,12 +362,12 @@ TYPED_TEST(EditorRename, NameThatIsNotChangedIsNotChecked) {
         user.Enter();
     });
     EXPECT_EQ(code, CodeOk);
-    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
+    EXPECT_TRUE(Desktop.Messages.Shown.empty());
 }
 
-TYPED_TEST(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
-    this->Given({{.Name = "A"}, {.Name = "B", .HasFile = false}});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
+    Given({{.Name = "A"}, {.Name = "B", .HasFile = false}});
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.TabTo(Name);
         user.Key(test::key::End);
@@ -386,9 +387,9 @@ TYPED_TEST(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
     });
 }
 
-TYPED_TEST(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
-    this->GivenThree();
-    this->RunAndAccept([](DialogUser& user) {
+TEST_P(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
+    GivenThree();
+    RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "New");
         user.VisitAnotherWindow();
@@ -398,34 +399,34 @@ TYPED_TEST(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
     });
 }
 
-TYPED_TEST(EditorRename, LeavingANameThatIsTooLongForTheBoxKeepsIt) {
+TEST_P(EditorRename, LeavingANameThatIsTooLongForTheBoxKeepsIt) {
     const std::string longName(40, 'x');
-    this->Given({{.Name = longName}, {.Name = "B"}});
-    this->RunAndAccept([](DialogUser& user) {
+    Given({{.Name = longName}, {.Name = "B"}});
+    RunAndAccept([](DialogUser& user) {
         user.TabTo(Name);
         user.TabTo(List);
     });
-    EXPECT_EQ(this->ListedNames()[0], longName);
+    EXPECT_EQ(ListedNames()[0], longName);
 }
 
-TYPED_TEST(EditorRename, NameBoxOfAnEmptyListCannotBeEntered) {
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRename, NameBoxOfAnEmptyListCannotBeEntered) {
+    RunAndCancel([](DialogUser& user) {
         user.Press(Name);
         EXPECT_NE(user.Focused(), Name);
     });
 }
 
-TYPED_TEST(EditorRename, SecondRunOfTheSameEditorBeginsAnew) {
-    this->GivenThree();
-    CPMXTemplUIMainDlg editor(this->Folder.Path(), test::ListFile, ".pmt", WindowHandle::None,
-                              this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
-        TestFixture::Rename(user, 0, "Lost");
+TEST_P(EditorRename, SecondRunOfTheSameEditorBeginsAnew) {
+    GivenThree();
+    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
+                              Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
+        Rename(user, 0, "Lost");
         user.Escape();
     });
     EXPECT_EQ(editor.DoModal(), CodeCancel);
-    this->Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
-        EXPECT_EQ(TestFixture::NamesInRows(user), (std::vector<std::string>{"A", "Beta", "C"}));
+    Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
+        EXPECT_EQ(NamesInRows(user), (std::vector<std::string>{"A", "Beta", "C"}));
         user.Escape();
     });
     EXPECT_EQ(editor.DoModal(), CodeCancel);

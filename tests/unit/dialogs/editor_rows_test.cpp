@@ -21,12 +21,10 @@ constexpr ControlId RowControls[] = {control::EditorEdit,   control::EditorCopy,
                                      control::EditorExport, control::EditorUp,   control::EditorDown,
                                      control::EditorName,   control::ChangeIcon, control::EditorIcon};
 
-template <class AnyDesktop>
-using EditorRows = EditorTestOn<AnyDesktop>;
+using EditorRows = test::OnEachDesktop<EditorTestOn>;
+INSTANTIATE_TEST_SUITE_P(On, EditorRows, test::AllDesktops, test::NameOfDesktop);
 
-TYPED_TEST_SUITE(EditorRows, test::AllDesktops);
-
-using EditorRowsInMemory = EditorRows<MemoryDesktop>;
+using EditorRowsInMemory = EditorTestOn<MemoryDesktop>;
 
 ListedFavorite Named(const std::string& name, std::int32_t level = 1, bool onToolbar = false,
                      std::int64_t icon = 14) {
@@ -65,9 +63,9 @@ TEST_F(EditorRowsInMemory, PicturesComeFromTheTwoStrips) {
               (std::vector<Request>{{2001, 32, Color::LightGrey}, {2002, 16, Color::White}}));
 }
 
-TYPED_TEST(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
-    this->Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
+    Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
+    RunAndCancel([](DialogUser& user) {
         ASSERT_EQ(user.RowCount(List), 3);
         EXPECT_EQ(user.Cell(List, 0, 0), "");
         EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"両面印刷"));
@@ -89,7 +87,7 @@ TEST_F(EditorRowsInMemory, FillingTheListDrawsItOnce) {
     });
 }
 
-TYPED_TEST(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
+TEST_P(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
     const std::string names[] = {Sjis(u8"文書"), Sjis(u8"セクション"), Sjis(u8"用紙"), Sjis(u8"面"),
                                  Sjis(u8"原稿")};
     std::vector<ListedFavorite> favorites;
@@ -97,15 +95,15 @@ TYPED_TEST(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
         favorites.push_back(Named("U" + std::to_string(level), level));
         favorites.push_back(Standard("S" + std::to_string(level), 100 + level));
     }
-    this->Given(favorites);
-    this->RunAndCancel([&names](DialogUser& user) {
+    Given(favorites);
+    RunAndCancel([&names](DialogUser& user) {
         for (int row = 0; row < 10; ++row) {
             EXPECT_EQ(user.Cell(List, row, 2), names[row / 2]) << row;
         }
     });
 }
 
-TYPED_TEST(EditorRows, LevelsThatDoNotExistHaveNoName) {
+TEST_P(EditorRows, LevelsThatDoNotExistHaveNoName) {
     for (const std::int32_t level : {-1, 0, 6, 100, 106}) {
         CPMXTemplUIListData record;
         record.SetLevel(level);
@@ -113,12 +111,12 @@ TYPED_TEST(EditorRows, LevelsThatDoNotExistHaveNoName) {
     }
 }
 
-TYPED_TEST(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableElsewhere) {
+TEST_P(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableElsewhere) {
     ListedFavorite standardOn = Standard("D");
     standardOn.OnToolbar = true;
-    this->Given({Named("A", 1, false), Named("B", 1, true), Named("C", 2, true), standardOn, Standard("E"),
-                 Standard("F", 102), Named("G", 5)});
-    this->RunAndCancel([](DialogUser& user) {
+    Given({Named("A", 1, false), Named("B", 1, true), Named("C", 2, true), standardOn, Standard("E"),
+           Standard("F", 102), Named("G", 5)});
+    RunAndCancel([](DialogUser& user) {
         std::vector<int> images;
         for (int row = 0; row < user.RowCount(List); ++row) {
             images.push_back(user.StateImage(List, row));
@@ -137,8 +135,8 @@ TEST_F(EditorRowsInMemory, FirstRowIsSelectedAndShownAtTheStart) {
     });
 }
 
-TYPED_TEST(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
+    RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_EQ(user.SelectedRow(List), -1);
         for (const ControlId id : RowControls) {
@@ -151,35 +149,35 @@ TYPED_TEST(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
     });
 }
 
-TYPED_TEST(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
-    CPMXTemplUIMainDlg editor(this->Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
-                              this->Desktop.Services, this->Store.Services);
-    this->Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
+TEST_P(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
+    Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
         EXPECT_FALSE(user.IsEnabled(control::EditorUp));
         EXPECT_TRUE(user.IsEnabled(control::EditorNew));
         user.Press(control::Ok);
     });
     EXPECT_EQ(editor.DoModal(), CodeOk);
-    EXPECT_TRUE(this->Folder.Names().empty());
+    EXPECT_TRUE(Folder.Names().empty());
 }
 
-TYPED_TEST(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
-    CPMXTemplUIMainDlg editor(this->Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
-                              this->Desktop.Services, this->Store.Services);
-    this->Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
-    this->Desktop.Dialogs.OnOpened(dialog::Editor, [this](DialogUser& user) {
-        this->AnswerName("N");
+TEST_P(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
+    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    Desktop.Dialogs.OnOpened(dialog::Editor, [this](DialogUser& user) {
+        AnswerName("N");
         user.Press(control::EditorNew);
         user.Escape();
     });
     EXPECT_EQ(editor.DoModal(), CodeCancel);
-    EXPECT_TRUE(this->Folder.Names().empty());
+    EXPECT_TRUE(Folder.Names().empty());
 }
 
-TYPED_TEST(EditorRows, UserFavoriteHasEverythingByItsPosition) {
-    this->Given({Named("A"), Named("B"), Named("C")});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRows, UserFavoriteHasEverythingByItsPosition) {
+    Given({Named("A"), Named("B"), Named("C")});
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : RowControls) {
             EXPECT_TRUE(user.IsEnabled(id)) << id;
@@ -193,17 +191,17 @@ TYPED_TEST(EditorRows, UserFavoriteHasEverythingByItsPosition) {
     });
 }
 
-TYPED_TEST(EditorRows, SingleRowCannotMove) {
-    this->Given({Named("A")});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRows, SingleRowCannotMove) {
+    Given({Named("A")});
+    RunAndCancel([](DialogUser& user) {
         EXPECT_FALSE(user.IsEnabled(control::EditorUp));
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
     });
 }
 
-TYPED_TEST(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
-    this->Given({Named("A"), Standard("S"), Standard("T", 102), Named("B")});
-    this->RunAndCancel([](DialogUser& user) {
+TEST_P(EditorRows, StandardFavoriteCanOnlyMoveAndChangeItsIcon) {
+    Given({Named("A"), Standard("S"), Standard("T", 102), Named("B")});
+    RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : {control::EditorEdit, control::EditorCopy, control::EditorDelete,
                                    control::EditorExport, control::EditorName}) {
@@ -251,12 +249,12 @@ TEST_F(EditorRowsInMemory, AttributeDialogIsLookedUpOnceAndReleasedAtTheEnd) {
     EXPECT_EQ(Desktop.Libraries.Loaded, 0);
 }
 
-TYPED_TEST(EditorRows, MissingAttributeDialogIsNotReportedAtTheStart) {
-    this->Desktop.Libraries.Present.clear();
-    this->RunAndCancel([](DialogUser&) {});
-    this->Desktop.Libraries.Present["PMXPropUI.dll"] = {};
-    this->RunAndCancel([](DialogUser&) {});
-    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
+TEST_P(EditorRows, MissingAttributeDialogIsNotReportedAtTheStart) {
+    Desktop.Libraries.Present.clear();
+    RunAndCancel([](DialogUser&) {});
+    Desktop.Libraries.Present["PMXPropUI.dll"] = {};
+    RunAndCancel([](DialogUser&) {});
+    EXPECT_TRUE(Desktop.Messages.Shown.empty());
 }
 
 TEST_F(EditorRowsInMemory, EveryControlButTheLinesHasAHelpNote) {

@@ -18,8 +18,8 @@ constexpr ControlId Name = control::EditorName;
 
 using Names = std::vector<std::string>;
 
-template <class AnyDesktop>
-class ListByHand : public test::EditorTestOn<AnyDesktop> {
+template <class AnyScreen>
+class ListByHandOn : public test::EditorTestOn<AnyScreen> {
 protected:
     using Favorites = std::vector<test::ListedFavorite>;
 
@@ -43,12 +43,13 @@ protected:
     }
 };
 
-TYPED_TEST_SUITE(ListByHand, test::AllDesktops);
+using ListByHand = test::OnEachDesktop<ListByHandOn>;
+INSTANTIATE_TEST_SUITE_P(On, ListByHand, test::AllDesktops, test::NameOfDesktop);
 
 // Commands leave the focus where it is
 
-TYPED_TEST(ListByHand, EnterOnDeleteDeletesEachTime) {
-    const Names left = this->Use(Names{"A", "B", "C"}, [](DialogUser& user) {
+TEST_P(ListByHand, EnterOnDeleteDeletesEachTime) {
+    const Names left = Use(Names{"A", "B", "C"}, [](DialogUser& user) {
         user.TabTo(control::EditorDelete);
         user.Enter();
         user.Enter();
@@ -58,8 +59,8 @@ TYPED_TEST(ListByHand, EnterOnDeleteDeletesEachTime) {
     EXPECT_EQ(left, Names{"C"});
 }
 
-TYPED_TEST(ListByHand, SpaceOnDeleteTouchesNoToolbarBox) {
-    this->Use(Names{"A", "B"}, [](DialogUser& user) {
+TEST_P(ListByHand, SpaceOnDeleteTouchesNoToolbarBox) {
+    Use(Names{"A", "B"}, [](DialogUser& user) {
         user.TabTo(control::EditorDelete);
         user.Key(test::key::Space);
         user.Key(test::key::Space);
@@ -67,18 +68,18 @@ TYPED_TEST(ListByHand, SpaceOnDeleteTouchesNoToolbarBox) {
         EXPECT_EQ(user.Focused(), control::EditorNew);
         user.TabTo(List);
     });
-    EXPECT_TRUE(this->ListedValues().empty());
+    EXPECT_TRUE(ListedValues().empty());
 }
 
-TYPED_TEST(ListByHand, FocusIsOnTheButtonThatOpenedADialogAlsoWhenThatIsCancelled) {
-    this->Attributes.User = [](unsigned char*) { return PMX_PROPUI_CANCEL; };
-    this->Use(Names{"A"}, [this](DialogUser& user) {
+TEST_P(ListByHand, FocusIsOnTheButtonThatOpenedADialogAlsoWhenThatIsCancelled) {
+    Attributes.User = [](unsigned char*) { return PMX_PROPUI_CANCEL; };
+    Use(Names{"A"}, [this](DialogUser& user) {
         for (const ControlId button : {control::EditorNew, control::EditorCopy}) {
-            this->Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& name) { name.Escape(); });
+            Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& name) { name.Escape(); });
             user.Press(button);
             EXPECT_EQ(user.Focused(), button);
         }
-        this->Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& picker) { picker.Escape(); });
+        Desktop.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& picker) { picker.Escape(); });
         user.PressByKey(control::ChangeIcon);
         EXPECT_EQ(user.Focused(), control::ChangeIcon);
         user.Press(control::EditorEdit);
@@ -86,18 +87,18 @@ TYPED_TEST(ListByHand, FocusIsOnTheButtonThatOpenedADialogAlsoWhenThatIsCancelle
     });
 }
 
-TYPED_TEST(ListByHand, DoubleClickLeavesTheFocusInTheList) {
-    this->Use(Names{"A"}, [](DialogUser& user) {
+TEST_P(ListByHand, DoubleClickLeavesTheFocusInTheList) {
+    Use(Names{"A"}, [](DialogUser& user) {
         user.DoubleClickRow(List, 0);
         EXPECT_EQ(user.Focused(), List);
     });
-    EXPECT_EQ(this->Attributes.Calls.size(), 1U);
+    EXPECT_EQ(Attributes.Calls.size(), 1U);
 }
 
-TYPED_TEST(ListByHand, RowsThatComeLetTheShownOneMoveDown) {
-    this->Use(Names{"A"}, [this](DialogUser& user) {
+TEST_P(ListByHand, RowsThatComeLetTheShownOneMoveDown) {
+    Use(Names{"A"}, [this](DialogUser& user) {
         EXPECT_FALSE(user.IsEnabled(control::EditorDown));
-        this->AnswerName("N");
+        AnswerName("N");
         user.Press(control::EditorNew);
         EXPECT_TRUE(user.IsEnabled(control::EditorDown));
     });
@@ -105,8 +106,8 @@ TYPED_TEST(ListByHand, RowsThatComeLetTheShownOneMoveDown) {
 
 // Typing a name's beginning
 
-TYPED_TEST(ListByHand, LetterSelectsTheNextRowWhoseNameBeginsSo) {
-    this->Use(Names{"Alpha", "Beta", "gamma", "beta 2"}, [](DialogUser& user) {
+TEST_P(ListByHand, LetterSelectsTheNextRowWhoseNameBeginsSo) {
+    Use(Names{"Alpha", "Beta", "gamma", "beta 2"}, [](DialogUser& user) {
         user.Type("G");
         EXPECT_EQ(user.SelectedRow(List), 2);
         EXPECT_EQ(user.Text(Name), "gamma");
@@ -120,8 +121,8 @@ TYPED_TEST(ListByHand, LetterSelectsTheNextRowWhoseNameBeginsSo) {
     });
 }
 
-TYPED_TEST(ListByHand, LettersTogetherAreABeginning) {
-    this->Use(Names{"Z", "ba", "bb", "bc1", "bc2"}, [](DialogUser& user) {
+TEST_P(ListByHand, LettersTogetherAreABeginning) {
+    Use(Names{"Z", "ba", "bb", "bc1", "bc2"}, [](DialogUser& user) {
         user.Type("bc");
         EXPECT_EQ(user.SelectedRow(List), 3);
         user.Key(test::key::End);
@@ -133,25 +134,24 @@ TYPED_TEST(ListByHand, LettersTogetherAreABeginning) {
     });
 }
 
-TYPED_TEST(ListByHand, KanaSelectARow) {
-    this->Use(Names{"A", Sjis(u8"ミシン目"), Sjis(u8"ア"), Sjis(u8"ヂ"), Sjis(u8"ミラー")},
-              [](DialogUser& user) {
-                  user.Type(Sjis(u8"ミラ"));
-                  EXPECT_EQ(user.SelectedRow(List), 4);
-                  user.Key(test::key::Home);
-                  user.Type(Sjis(u8"ヂ"));
-                  EXPECT_EQ(user.SelectedRow(List), 3) << "no small letter of another";
-              });
+TEST_P(ListByHand, KanaSelectARow) {
+    Use(Names{"A", Sjis(u8"ミシン目"), Sjis(u8"ア"), Sjis(u8"ヂ"), Sjis(u8"ミラー")}, [](DialogUser& user) {
+        user.Type(Sjis(u8"ミラ"));
+        EXPECT_EQ(user.SelectedRow(List), 4);
+        user.Key(test::key::Home);
+        user.Type(Sjis(u8"ヂ"));
+        EXPECT_EQ(user.SelectedRow(List), 3) << "no small letter of another";
+    });
 }
 
-TYPED_TEST(ListByHand, LettersInAnEmptyListDoNothing) {
-    this->Use(Names{}, [](DialogUser& user) { user.Type("a"); });
+TEST_P(ListByHand, LettersInAnEmptyListDoNothing) {
+    Use(Names{}, [](DialogUser& user) { user.Type("a"); });
 }
 
 // F2
 
-TYPED_TEST(ListByHand, F2LeadsToTheWholeName) {
-    const Names names = this->Use(Names{"A", "B"}, [](DialogUser& user) {
+TEST_P(ListByHand, F2LeadsToTheWholeName) {
+    const Names names = Use(Names{"A", "B"}, [](DialogUser& user) {
         user.Key(test::key::Down);
         user.Key(test::key::F2);
         EXPECT_EQ(user.Focused(), Name);
@@ -160,8 +160,8 @@ TYPED_TEST(ListByHand, F2LeadsToTheWholeName) {
     EXPECT_EQ(names, (Names{"A", "New"}));
 }
 
-TYPED_TEST(ListByHand, F2OnAStandardFavoriteDoesNothing) {
-    this->Use({Standard("S")}, [](DialogUser& user) {
+TEST_P(ListByHand, F2OnAStandardFavoriteDoesNothing) {
+    Use({Standard("S")}, [](DialogUser& user) {
         user.Key(test::key::F2);
         EXPECT_EQ(user.Focused(), List);
     });
@@ -169,8 +169,8 @@ TYPED_TEST(ListByHand, F2OnAStandardFavoriteDoesNothing) {
 
 // Moving
 
-TYPED_TEST(ListByHand, AltAndAnArrowMoveTheRow) {
-    const Names names = this->Use({{.Name = "A"}, Standard("S"), {.Name = "C"}}, [](DialogUser& user) {
+TEST_P(ListByHand, AltAndAnArrowMoveTheRow) {
+    const Names names = Use({{.Name = "A"}, Standard("S"), {.Name = "C"}}, [](DialogUser& user) {
         user.ClickRow(List, 1);
         user.AltKey(test::key::Up);
         user.AltKey(test::key::Up);
@@ -186,8 +186,8 @@ TYPED_TEST(ListByHand, AltAndAnArrowMoveTheRow) {
     EXPECT_EQ(names, (Names{"A", "C", "S"}));
 }
 
-TYPED_TEST(ListByHand, DraggedRowStandsWhereItWasDropped) {
-    const Names names = this->Use(Names{"A", "B", "C", "D"}, [](DialogUser& user) {
+TEST_P(ListByHand, DraggedRowStandsWhereItWasDropped) {
+    const Names names = Use(Names{"A", "B", "C", "D"}, [](DialogUser& user) {
         user.DragRow(List, 0, 2);
         EXPECT_EQ(user.Cell(List, 2, 1), "A");
         EXPECT_EQ(user.SelectedRow(List), 2);
@@ -202,15 +202,15 @@ TYPED_TEST(ListByHand, DraggedRowStandsWhereItWasDropped) {
     EXPECT_EQ(names, (Names{"D", "C", "A", "B"}));
 }
 
-TYPED_TEST(ListByHand, RowDroppedOnItsOwnPlaceStays) {
-    const Names names = this->Use(Names{"A", "B"}, [](DialogUser& user) {
+TEST_P(ListByHand, RowDroppedOnItsOwnPlaceStays) {
+    const Names names = Use(Names{"A", "B"}, [](DialogUser& user) {
         user.DragRow(List, 1, 1);
         EXPECT_EQ(user.Text(Name), "B");
     });
     EXPECT_EQ(names, (Names{"A", "B"}));
 }
 
-using ListByHandInMemory = ListByHand<MemoryDesktop>;
+using ListByHandInMemory = ListByHandOn<MemoryDesktop>;
 
 TEST_F(ListByHandInMemory, RowsThatComeAreScrolledIntoView) {
     Given({{.Name = "A"}, {.Name = "B"}});

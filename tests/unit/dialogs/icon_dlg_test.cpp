@@ -23,8 +23,7 @@ using test::Sjis;
 
 constexpr ControlId Picker = control::PickerIcons;
 
-template <class Desktop>
-class IconPickerTest : public testing::Test {
+class IconPickerTest : public testing::TestWithParam<test::DesktopKind> {
 protected:
     /// Runs the picker for a favorite with that icon; the icon afterwards.
     std::int64_t Pick(std::int64_t icon, const std::function<void(DialogUser&)>& script) {
@@ -43,14 +42,14 @@ protected:
         return row;
     }
 
-    Desktop Screen;
+    test::AnyDesktop Screen;
     int Code = 0;
 };
 
-TYPED_TEST_SUITE(IconPickerTest, test::AllDesktops);
+INSTANTIATE_TEST_SUITE_P(On, IconPickerTest, test::AllDesktops, test::NameOfDesktop);
 
-TYPED_TEST(IconPickerTest, Shows46IconsAndTheStandardTitle) {
-    this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, Shows46IconsAndTheStandardTitle) {
+    Pick(14, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(Picker), 46);
         EXPECT_EQ(user.Title(), Sjis(u8"アイコンの変更"));
         EXPECT_EQ(user.Focused(), Picker);
@@ -58,32 +57,32 @@ TYPED_TEST(IconPickerTest, Shows46IconsAndTheStandardTitle) {
     });
 }
 
-TYPED_TEST(IconPickerTest, SelectsTheIconOfTheFavoriteOrTheFirst) {
-    EXPECT_EQ(this->InitialRow(14), 0);
-    EXPECT_EQ(this->InitialRow(59), 45);
-    EXPECT_EQ(this->InitialRow(3), 0);
-    EXPECT_EQ(this->InitialRow(60), 0);
+TEST_P(IconPickerTest, SelectsTheIconOfTheFavoriteOrTheFirst) {
+    EXPECT_EQ(InitialRow(14), 0);
+    EXPECT_EQ(InitialRow(59), 45);
+    EXPECT_EQ(InitialRow(3), 0);
+    EXPECT_EQ(InitialRow(60), 0);
 }
 
-TYPED_TEST(IconPickerTest, OkReturnsTheUntouchedSelection) {
-    EXPECT_EQ(this->Pick(59, [](DialogUser& user) { user.Press(control::Ok); }), 59);
-    EXPECT_EQ(this->Code, CodeOk);
-    EXPECT_EQ(this->Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
+TEST_P(IconPickerTest, OkReturnsTheUntouchedSelection) {
+    EXPECT_EQ(Pick(59, [](DialogUser& user) { user.Press(control::Ok); }), 59);
+    EXPECT_EQ(Code, CodeOk);
+    EXPECT_EQ(Pick(3, [](DialogUser& user) { user.Enter(); }), 14);
 }
 
-TYPED_TEST(IconPickerTest, DoubleClickOrEnterOnAnIconTakesIt) {
-    EXPECT_EQ(this->Pick(14, [](DialogUser& user) { user.DoubleClickRow(Picker, 3); }), 17);
-    EXPECT_EQ(this->Code, CodeOk);
-    const std::int64_t entered = this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, DoubleClickOrEnterOnAnIconTakesIt) {
+    EXPECT_EQ(Pick(14, [](DialogUser& user) { user.DoubleClickRow(Picker, 3); }), 17);
+    EXPECT_EQ(Code, CodeOk);
+    const std::int64_t entered = Pick(14, [](DialogUser& user) {
         user.ClickRow(Picker, 5);
         user.Enter();
     });
     EXPECT_EQ(entered, 19);
-    EXPECT_EQ(this->Code, CodeOk);
+    EXPECT_EQ(Code, CodeOk);
 }
 
-TYPED_TEST(IconPickerTest, ClickBesideTheIconsKeepsTheOneThatWasSelected) {
-    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, ClickBesideTheIconsKeepsTheOneThatWasSelected) {
+    const std::int64_t icon = Pick(14, [](DialogUser& user) {
         user.ClickRow(Picker, 3);
         user.ClickBesideRows(Picker);
         user.Press(control::Ok);
@@ -91,22 +90,22 @@ TYPED_TEST(IconPickerTest, ClickBesideTheIconsKeepsTheOneThatWasSelected) {
     EXPECT_EQ(icon, 17);
 }
 
-TYPED_TEST(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
-    const std::int64_t clicked = this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, OkReturnsTheIconThatTheUserSelected) {
+    const std::int64_t clicked = Pick(14, [](DialogUser& user) {
         user.ClickRow(Picker, 40);
         EXPECT_EQ(user.SelectedRow(Picker), 40);
         user.Press(control::Ok);
     });
     EXPECT_EQ(clicked, 54);
-    const std::int64_t lastByKey = this->Pick(14, [](DialogUser& user) {
+    const std::int64_t lastByKey = Pick(14, [](DialogUser& user) {
         user.Key(test::key::End);
         user.Enter();
     });
     EXPECT_EQ(lastByKey, 59);
 }
 
-TYPED_TEST(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
-    const std::int64_t icon = this->Pick(20, [](DialogUser& user) {
+TEST_P(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
+    const std::int64_t icon = Pick(20, [](DialogUser& user) {
         user.ClickRow(Picker, 45); // scrolls to the end, where there is room beside the icons
         user.ClickBesideRows(Picker);
         EXPECT_EQ(user.SelectedRow(Picker), -1);
@@ -115,28 +114,27 @@ TYPED_TEST(IconPickerTest, ClickBesideTheIconsLeavesTheMarkAndSoTheIcon) {
     EXPECT_EQ(icon, 59);
 }
 
-TYPED_TEST(IconPickerTest, CancelKeepsTheIcon) {
-    const std::int64_t icon = this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, CancelKeepsTheIcon) {
+    const std::int64_t icon = Pick(14, [](DialogUser& user) {
         user.ClickRow(Picker, 20);
         user.Press(control::Cancel);
     });
     EXPECT_EQ(icon, 14);
-    EXPECT_EQ(this->Code, CodeCancel);
-    EXPECT_EQ(this->Pick(30, [](DialogUser& user) { user.Close(); }), 30);
+    EXPECT_EQ(Code, CodeCancel);
+    EXPECT_EQ(Pick(30, [](DialogUser& user) { user.Close(); }), 30);
 }
 
-TYPED_TEST(IconPickerTest, TitleIsTheOneGiven) {
-    CPMXTemplUIIconDlg picker(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle::None,
-                              this->Screen.Services);
-    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
+TEST_P(IconPickerTest, TitleIsTheOneGiven) {
+    CPMXTemplUIIconDlg picker(14, 0, Sjis(u8"\"ミ\"のアイコンの変更"), WindowHandle::None, Screen.Services);
+    Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"\"ミ\"のアイコンの変更"));
         user.Escape();
     });
     picker.DoModal();
 }
 
-TYPED_TEST(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
-    this->Pick(14, [](DialogUser& user) {
+TEST_P(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
+    Pick(14, [](DialogUser& user) {
         user.AskHelp();
         user.AskHelpOn(control::PickerLabel);
         user.Escape();
@@ -144,9 +142,9 @@ TYPED_TEST(IconPickerTest, HelpIsTheSameForTheLabelAndTheList) {
     const std::string text =
         Sjis(u8"【機能】\n・ツールバー上に表示されるアイコンイメージを一覧表示します。\n\n【操作】\n"
              u8"・変更したいアイコンを選択します。");
-    ASSERT_EQ(this->Screen.Help.Requests.size(), 2U);
-    EXPECT_EQ(this->Screen.Help.Requests[0].Text, text);
-    EXPECT_EQ(this->Screen.Help.Requests[1].Text, text);
+    ASSERT_EQ(Screen.Help.Requests.size(), 2U);
+    EXPECT_EQ(Screen.Help.Requests[0].Text, text);
+    EXPECT_EQ(Screen.Help.Requests[1].Text, text);
 }
 
 // What only the window in memory shows

@@ -119,8 +119,7 @@ private:
     std::unique_ptr<ImageList> Icons;
 };
 
-template <class Desktop>
-class BaseDialogTest : public testing::Test {
+class BaseDialogTest : public testing::TestWithParam<test::DesktopKind> {
 protected:
     int RunWith(const std::function<void(DialogUser&)>& script) {
         Screen.Dialogs.OnOpened(dialog::BasicList, [this, script](DialogUser& user) {
@@ -132,22 +131,22 @@ protected:
 
     void ExpectRefusal() { Screen.Messages.Expect(text::NameHasSeparator, MessageIcon::Exclamation); }
 
-    Desktop Screen;
+    test::AnyDesktop Screen;
     ProbeDlg Dialog{Screen.Services};
 };
 
-TYPED_TEST_SUITE(BaseDialogTest, test::AllDesktops);
+INSTANTIATE_TEST_SUITE_P(On, BaseDialogTest, test::AllDesktops, test::NameOfDesktop);
 
-TYPED_TEST(BaseDialogTest, EndsWithTheCodeOfWhatTheUserDoes) {
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Enter(); }), CodeOk);
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Escape(); }), CodeCancel);
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Close(); }), CodeCancel);
+TEST_P(BaseDialogTest, EndsWithTheCodeOfWhatTheUserDoes) {
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Enter(); }), CodeOk);
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Escape(); }), CodeCancel);
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Close(); }), CodeCancel);
 }
 
-TYPED_TEST(BaseDialogTest, ListTellsKeysBeforeItActsOnThemAndWhatTheySelectAfterwards) {
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, ListTellsKeysBeforeItActsOnThemAndWhatTheySelectAfterwards) {
+    RunWith([](DialogUser& user) {
         user.ClickRow(control::BasicList, 1);
         EXPECT_EQ(user.SelectedRow(control::BasicList), 1);
         user.Key(test::key::Down);
@@ -160,20 +159,20 @@ TYPED_TEST(BaseDialogTest, ListTellsKeysBeforeItActsOnThemAndWhatTheySelectAfter
         user.Key(test::key::Delete);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"row 1", "list clicked on 1", "key 40 at 1", "row 2", "key 40 at 2",
-                                         "key 38 at 2", "row 1", "list clicked on -1", "key 46 at -1"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"row 1", "list clicked on 1", "key 40 at 1", "row 2", "key 40 at 2",
+                                   "key 38 at 2", "row 1", "list clicked on -1", "key 46 at -1"}));
 }
 
-TYPED_TEST(BaseDialogTest, ListTellsDoubleClicks) {
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, ListTellsDoubleClicks) {
+    RunWith([](DialogUser& user) {
         user.DoubleClickRow(control::BasicList, 2);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"row 2", "list clicked on 2", "list double-clicked on 2"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"row 2", "list clicked on 2", "list double-clicked on 2"}));
 }
 
-TYPED_TEST(BaseDialogTest, NameBoxTellsWhenItGetsAndLosesTheFocus) {
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, NameBoxTellsWhenItGetsAndLosesTheFocus) {
+    RunWith([](DialogUser& user) {
         user.Press(control::BasicName);
         EXPECT_EQ(user.Focused(), control::BasicName);
         user.Press(control::BasicDelete);
@@ -181,26 +180,26 @@ TYPED_TEST(BaseDialogTest, NameBoxTellsWhenItGetsAndLosesTheFocus) {
         user.ClickRow(control::BasicList, 1);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left", "delete", "name entered", "name left",
-                                         "row 1", "list clicked on 1"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"name entered", "name left", "delete", "name entered", "name left",
+                                   "row 1", "list clicked on 1"}));
 }
 
-TYPED_TEST(BaseDialogTest, ClickThatLeavesARefusedNameIsNotCarriedOut) {
-    this->Dialog.RefusesNames = true;
-    this->ExpectRefusal();
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, ClickThatLeavesARefusedNameIsNotCarriedOut) {
+    Dialog.RefusesNames = true;
+    ExpectRefusal();
+    RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.Press(control::BasicDelete);
         EXPECT_EQ(user.Focused(), control::BasicName);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
 }
 
-TYPED_TEST(BaseDialogTest, ClickOnOkThatLeavesARefusedNameDoesNotEndTheDialog) {
-    this->Dialog.RefusesNames = true;
-    this->ExpectRefusal();
-    const int code = this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, ClickOnOkThatLeavesARefusedNameDoesNotEndTheDialog) {
+    Dialog.RefusesNames = true;
+    ExpectRefusal();
+    const int code = RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.Press(control::Ok);
         EXPECT_TRUE(user.IsOpen());
@@ -210,61 +209,61 @@ TYPED_TEST(BaseDialogTest, ClickOnOkThatLeavesARefusedNameDoesNotEndTheDialog) {
     EXPECT_EQ(code, CodeCancel);
 }
 
-TYPED_TEST(BaseDialogTest, AccessKeyThatLeavesARefusedNameIsRefusedOnce) {
-    this->Dialog.RefusesNames = true;
-    this->ExpectRefusal();
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, AccessKeyThatLeavesARefusedNameIsRefusedOnce) {
+    Dialog.RefusesNames = true;
+    ExpectRefusal();
+    RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.PressByKey(control::BasicDelete);
         EXPECT_EQ(user.Focused(), control::BasicName);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
 }
 
-TYPED_TEST(BaseDialogTest, ClickIntoTheListThatLeavesARefusedNameKeepsTheSelection) {
-    this->Dialog.RefusesNames = true;
-    this->ExpectRefusal();
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, ClickIntoTheListThatLeavesARefusedNameKeepsTheSelection) {
+    Dialog.RefusesNames = true;
+    ExpectRefusal();
+    RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.ClickRow(control::BasicList, 2);
         EXPECT_EQ(user.Focused(), control::BasicName);
         EXPECT_EQ(user.SelectedRow(control::BasicList), 0);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"name entered", "name left", "name entered"}));
 }
 
-TYPED_TEST(BaseDialogTest, EscapeDoesNotLeaveTheNameBox) {
-    this->Dialog.RefusesNames = true;
-    const int code = this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, EscapeDoesNotLeaveTheNameBox) {
+    Dialog.RefusesNames = true;
+    const int code = RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.Escape();
     });
     EXPECT_EQ(code, CodeCancel);
-    EXPECT_EQ(this->Dialog.Seen, Events{"name entered"});
+    EXPECT_EQ(Dialog.Seen, Events{"name entered"});
 }
 
-TYPED_TEST(BaseDialogTest, MessageGivesTheFocusBackWithoutTelling) {
-    this->Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.Fail(text::OutOfMemory); };
-    this->Screen.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, MessageGivesTheFocusBackWithoutTelling) {
+    Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.Fail(text::OutOfMemory); };
+    Screen.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
+    RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.Enter();
         EXPECT_EQ(user.Focused(), control::BasicName);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, (Events{"name entered", "ok"}));
+    EXPECT_EQ(Dialog.Seen, (Events{"name entered", "ok"}));
 }
 
-TYPED_TEST(BaseDialogTest, QuestionIsAnsweredByTheUser) {
+TEST_P(BaseDialogTest, QuestionIsAnsweredByTheUser) {
     Events answers;
-    this->Dialog.WhenDeletePressed = [&answers](ProbeDlg& dialog) {
+    Dialog.WhenDeletePressed = [&answers](ProbeDlg& dialog) {
         answers.emplace_back(dialog.AskYesNo(text::CreateAskOverwrite) ? "yes" : "no");
     };
-    this->Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::No);
-    this->Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::Yes);
-    this->RunWith([](DialogUser& user) {
+    Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::No);
+    Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::Yes);
+    RunWith([](DialogUser& user) {
         user.Press(control::BasicDelete);
         user.PressByKey(control::BasicDelete);
         user.Escape();
@@ -272,48 +271,45 @@ TYPED_TEST(BaseDialogTest, QuestionIsAnsweredByTheUser) {
     EXPECT_EQ(answers, (Events{"no", "yes"}));
 }
 
-TYPED_TEST(BaseDialogTest, DialogOverTheDialogIsModalToIt) {
+TEST_P(BaseDialogTest, DialogOverTheDialogIsModalToIt) {
     int innerCode = 0;
-    this->Dialog.WhenDeletePressed = [&](ProbeDlg& dialog) {
-        CPMXTemplUIIconDlg picker(14, 0, std::nullopt, dialog.Window().Handle(), this->Screen.Services);
+    Dialog.WhenDeletePressed = [&](ProbeDlg& dialog) {
+        CPMXTemplUIIconDlg picker(14, 0, std::nullopt, dialog.Window().Handle(), Screen.Services);
         innerCode = dialog.RunOver(picker);
     };
-    this->Screen.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
+    Screen.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.PressByKey(control::BasicDelete);
         EXPECT_EQ(user.Focused(), control::BasicDelete);
         user.Escape();
     });
-    this->Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) { user.Press(control::Ok); });
-    EXPECT_EQ(this->Dialog.DoModal(), CodeCancel);
+    Screen.Dialogs.OnOpened(dialog::IconPicker, [](DialogUser& user) { user.Press(control::Ok); });
+    EXPECT_EQ(Dialog.DoModal(), CodeCancel);
     EXPECT_EQ(innerCode, CodeOk);
 }
 
-TYPED_TEST(BaseDialogTest, ExceptionOfAHandlerLeavesTheDialog) {
-    this->Dialog.WhenDeletePressed = [](ProbeDlg& /*dialog*/) { throw std::runtime_error("from a handler"); };
-    EXPECT_THROW(this->RunWith([](DialogUser& user) { user.Press(control::BasicDelete); }),
-                 std::runtime_error);
-    EXPECT_EQ(this->RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
+TEST_P(BaseDialogTest, ExceptionOfAHandlerLeavesTheDialog) {
+    Dialog.WhenDeletePressed = [](ProbeDlg& /*dialog*/) { throw std::runtime_error("from a handler"); };
+    EXPECT_THROW(RunWith([](DialogUser& user) { user.Press(control::BasicDelete); }), std::runtime_error);
+    EXPECT_EQ(RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
 }
 
-TYPED_TEST(BaseDialogTest, DisablingTheFocusedControlMovesTheFocusOn) {
-    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
-        dialog.Window().Enable(control::BasicDelete, false);
-    };
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, DisablingTheFocusedControlMovesTheFocusOn) {
+    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.Window().Enable(control::BasicDelete, false); };
+    RunWith([](DialogUser& user) {
         user.Press(control::BasicDelete);
         EXPECT_FALSE(user.IsEnabled(control::BasicDelete));
         EXPECT_EQ(user.Focused(), control::BasicUp);
         user.Press(control::BasicDelete);
         user.Escape();
     });
-    EXPECT_EQ(this->Dialog.Seen, Events{"delete"});
+    EXPECT_EQ(Dialog.Seen, Events{"delete"});
 }
 
-TYPED_TEST(BaseDialogTest, IconBoxKeepsItsIconWhenThereIsNone) {
-    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.ShowIcon(14); };
-    this->Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.ShowIcon(60); };
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, IconBoxKeepsItsIconWhenThereIsNone) {
+    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.ShowIcon(14); };
+    Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.ShowIcon(60); };
+    RunWith([](DialogUser& user) {
         EXPECT_FALSE(user.HasIcon(control::BasicIcon));
         user.Press(control::BasicDelete);
         EXPECT_TRUE(user.HasIcon(control::BasicIcon));
@@ -323,24 +319,24 @@ TYPED_TEST(BaseDialogTest, IconBoxKeepsItsIconWhenThereIsNone) {
     });
 }
 
-TYPED_TEST(BaseDialogTest, HelpIsThatOfTheControl) {
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, HelpIsThatOfTheControl) {
+    RunWith([](DialogUser& user) {
         user.TabTo(control::Cancel);
         user.AskHelp();
         user.AskHelpOn(control::CurrentIconLabel);
         user.AskHelpOn(control::Separator);
         user.Escape();
     });
-    auto& requests = this->Screen.Help.Requests;
+    auto& requests = Screen.Help.Requests;
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_EQ(requests[0].Text, Sjis(u8"【機能】\n・処理を中断し画面を閉じます。"));
     EXPECT_NE(requests[0].Control, WindowHandle::None);
     EXPECT_EQ(requests[1].Text, Sjis(u8"【機能】\n・現在使用しているアイコンを表示します。"));
 }
 
-TYPED_TEST(BaseDialogTest, NameBoxTakes32BytesHoweverTheyCome) {
+TEST_P(BaseDialogTest, NameBoxTakes32BytesHoweverTheyCome) {
     const std::string name31(31, 'a');
-    this->RunWith([&](DialogUser& user) {
+    RunWith([&](DialogUser& user) {
         user.Fill(control::BasicName, name31 + Sjis(u8"表"));
         EXPECT_EQ(user.Text(control::BasicName), name31);
         user.Type("bc");
@@ -352,8 +348,8 @@ TYPED_TEST(BaseDialogTest, NameBoxTakes32BytesHoweverTheyCome) {
     });
 }
 
-TYPED_TEST(BaseDialogTest, NameBoxTakesOneLineOfWhatIsPasted) {
-    this->RunWith([](DialogUser& user) {
+TEST_P(BaseDialogTest, NameBoxTakesOneLineOfWhatIsPasted) {
+    RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
         user.Paste("one\r\ntwo");
         EXPECT_EQ(user.Text(control::BasicName), "one");
@@ -361,11 +357,11 @@ TYPED_TEST(BaseDialogTest, NameBoxTakesOneLineOfWhatIsPasted) {
     });
 }
 
-TYPED_TEST(BaseDialogTest, NameBoxCutsWhatTheDialogPutsIn) {
-    this->Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
+TEST_P(BaseDialogTest, NameBoxCutsWhatTheDialogPutsIn) {
+    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
         dialog.Window().SetText(control::BasicName, "a" + Sjis(u8"ソソソソソソソソソソソソソソソソ"));
     };
-    this->RunWith([](DialogUser& user) {
+    RunWith([](DialogUser& user) {
         user.Press(control::BasicDelete);
         EXPECT_EQ(user.Text(control::BasicName), "a" + Sjis(u8"ソソソソソソソソソソソソソソソ"));
         user.Escape();

@@ -295,6 +295,8 @@ TEST_F(PmxDlgTest, NameIsTakenWithoutBlanksAtItsEnds) {
         user.Escape();
     });
     EXPECT_EQ(Dialog.TrimmedName("   "), "");
+    EXPECT_EQ(Dialog.TrimmedName(Sjis(u8"　 ミ　表 　")), Sjis(u8"ミ　表"));
+    EXPECT_EQ(Dialog.TrimmedName("\x83\x81\x40"), "\x83\x81\x40") << "whose bytes are no blank";
 }
 
 TEST_F(PmxDlgTest, SeparatorIsFoundAsACharacterOnly) {

@@ -24,8 +24,8 @@ constexpr std::array<ControlId, 5> LevelButtons = {control::CreateLevelDocument,
 constexpr std::array AllModes = {CreateMode::New, CreateMode::SaveAs, CreateMode::Copy,
                                  CreateMode::Overwrite};
 
-template <class Screen>
-class SelLevelDlgTest : public testing::Test {
+template <class AnyScreen>
+class SelLevelDlgTestOn : public testing::Test {
 protected:
     CPMXTemplUIListData& AddFavorite(const std::string& name, std::uint32_t standard = 0) {
         auto record = std::make_unique<CPMXTemplUIListData>();
@@ -62,9 +62,10 @@ protected:
     CPMXTemplUISelLevelDlg Dialog{&List, WindowHandle::None, Desktop.Services};
 };
 
-TYPED_TEST_SUITE(SelLevelDlgTest, test::AllDesktops);
+using SelLevelDlgTest = test::OnEachDesktop<SelLevelDlgTestOn>;
+INSTANTIATE_TEST_SUITE_P(On, SelLevelDlgTest, test::AllDesktops, test::NameOfDesktop);
 
-using MemorySelLevelDlgTest = SelLevelDlgTest<MemoryDesktop>;
+using MemorySelLevelDlgTest = SelLevelDlgTestOn<MemoryDesktop>;
 
 struct ModeCase {
     CreateMode Mode;
@@ -73,7 +74,7 @@ struct ModeCase {
     bool LevelsEnabled;
 };
 
-TYPED_TEST(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
+TEST_P(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
     const std::array cases = {
         ModeCase{CreateMode::New, u8"お気に入りの作成",
                  u8"作成するお気に入り名と属性情報を設定してください。", true},
@@ -85,8 +86,8 @@ TYPED_TEST(SelLevelDlgTest, TitlePromptAndLevelsFollowTheMode) {
         ModeCase{CreateMode{4}, u8"", u8"", true},
     };
     for (const ModeCase& expected : cases) {
-        this->Dialog.Mode = expected.Mode;
-        this->Run(this->Dialog, [&](DialogUser& user) {
+        Dialog.Mode = expected.Mode;
+        Run(Dialog, [&](DialogUser& user) {
             EXPECT_EQ(user.Title(), Sjis(expected.Title));
             EXPECT_EQ(user.Text(control::CreatePrompt), Sjis(expected.Prompt));
             EXPECT_EQ(user.IsEnabled(control::CreateLevelLabel), expected.LevelsEnabled);
@@ -108,9 +109,9 @@ TEST_F(MemorySelLevelDlgTest, IsModalToTheGivenParent) {
     EXPECT_EQ(dialog.DoModal(), CodeCancel);
 }
 
-TYPED_TEST(SelLevelDlgTest, StartsInTheNameBoxAndStaysThereWhenANameIsRefused) {
-    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
-    this->Run(this->Dialog, [](DialogUser& user) {
+TEST_P(SelLevelDlgTest, StartsInTheNameBoxAndStaysThereWhenANameIsRefused) {
+    Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    Run(Dialog, [](DialogUser& user) {
         EXPECT_EQ(user.Focused(), control::CreateName);
         user.Type("a~b");
         user.Enter();
@@ -120,16 +121,16 @@ TYPED_TEST(SelLevelDlgTest, StartsInTheNameBoxAndStaysThereWhenANameIsRefused) {
     });
 }
 
-TYPED_TEST(SelLevelDlgTest, ProposesTheNameWithoutBlanksAtItsEnds) {
-    this->Dialog.SetName(" \t" + Sjis(u8"両面 印刷") + " \r\n");
-    this->Run(this->Dialog, [](DialogUser& user) {
+TEST_P(SelLevelDlgTest, ProposesTheNameWithoutBlanksAtItsEnds) {
+    Dialog.SetName(" \t" + Sjis(u8"両面 印刷") + " \r\n");
+    Run(Dialog, [](DialogUser& user) {
         EXPECT_EQ(user.Text(control::CreateName), Sjis(u8"両面 印刷"));
         user.Escape();
     });
 }
 
-TYPED_TEST(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
-    this->Run(this->Dialog, [](DialogUser& user) {
+TEST_P(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
+    Run(Dialog, [](DialogUser& user) {
         user.TabTo(control::CreateName);
         user.Type("a" + Sjis(u8"あいうえおかきくけこさしすせそ") + Sjis(u8"表") + "z");
         EXPECT_EQ(user.Text(control::CreateName), "a" + Sjis(u8"あいうえおかきくけこさしすせそ") + "z");
@@ -137,28 +138,28 @@ TYPED_TEST(SelLevelDlgTest, TakesAtMost32BytesAndNeverHalfACharacter) {
     });
 }
 
-TYPED_TEST(SelLevelDlgTest, GivesBackTheChosenLevel) {
+TEST_P(SelLevelDlgTest, GivesBackTheChosenLevel) {
     for (std::size_t index = 0; index < LevelButtons.size(); ++index) {
-        CPMXTemplUISelLevelDlg dialog(&this->List, WindowHandle::None, this->Desktop.Services);
+        CPMXTemplUISelLevelDlg dialog(&List, WindowHandle::None, Desktop.Services);
         EXPECT_EQ(dialog.GetLevel(), 0U);
-        EXPECT_EQ(this->Run(dialog,
-                            [&](DialogUser& user) {
-                                user.Fill(control::CreateName, "A");
-                                user.Press(LevelButtons[index]);
-                                user.Press(control::Ok);
-                            }),
+        EXPECT_EQ(Run(dialog,
+                      [&](DialogUser& user) {
+                          user.Fill(control::CreateName, "A");
+                          user.Press(LevelButtons[index]);
+                          user.Press(control::Ok);
+                      }),
                   CodeOk);
         EXPECT_EQ(dialog.GetLevel(), index + 1);
     }
 }
 
-TYPED_TEST(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereItIsGiven) {
+TEST_P(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereItIsGiven) {
     for (const CreateMode mode : {CreateMode::SaveAs, CreateMode::Copy, CreateMode::Overwrite}) {
         for (std::int32_t level = 1; level <= 5; ++level) {
-            CPMXTemplUISelLevelDlg dialog(&this->List, WindowHandle::None, this->Desktop.Services);
+            CPMXTemplUISelLevelDlg dialog(&List, WindowHandle::None, Desktop.Services);
             dialog.Mode = mode;
             dialog.SetLevel(level);
-            this->Run(dialog, [&](DialogUser& user) {
+            Run(dialog, [&](DialogUser& user) {
                 for (std::size_t index = 0; index < LevelButtons.size(); ++index) {
                     EXPECT_EQ(user.IsChecked(LevelButtons[index]),
                               static_cast<std::int32_t>(index) + 1 == level);
@@ -172,124 +173,124 @@ TYPED_TEST(SelLevelDlgTest, ChecksTheProposedLevelAndGivesItBackUnchangedWhereIt
     }
 }
 
-TYPED_TEST(SelLevelDlgTest, KeepsTheLevelWhenAnotherValueIsProposed) {
-    this->Dialog.SetLevel(3);
+TEST_P(SelLevelDlgTest, KeepsTheLevelWhenAnotherValueIsProposed) {
+    Dialog.SetLevel(3);
     for (const std::int32_t level : {0, 6, -1, 101}) {
-        this->Dialog.SetLevel(level);
+        Dialog.SetLevel(level);
     }
-    this->Run(this->Dialog, [](DialogUser& user) {
+    Run(Dialog, [](DialogUser& user) {
         EXPECT_TRUE(user.IsChecked(control::CreateLevelSheet));
         user.Escape();
     });
 }
 
-TYPED_TEST(SelLevelDlgTest, GivesTheNameWithoutBlanksAtItsEnds) {
-    EXPECT_EQ(this->Enter(CreateMode::New, "  A b ", false), CodeOk);
-    EXPECT_EQ(this->Dialog.GetName(), "A b");
+TEST_P(SelLevelDlgTest, GivesTheNameWithoutBlanksAtItsEnds) {
+    EXPECT_EQ(Enter(CreateMode::New, "  A b ", false), CodeOk);
+    EXPECT_EQ(Dialog.GetName(), "A b");
 }
 
-TYPED_TEST(SelLevelDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
-    for (const std::string& name : {std::string(), std::string("   ")}) {
-        this->Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
-        EXPECT_EQ(this->Enter(CreateMode::New, name, true), CodeCancel);
+TEST_P(SelLevelDlgTest, RefusesAnEmptyNameAndOneOfBlanksOnly) {
+    for (const std::string& name : {std::string(), std::string("   "), Sjis(u8"　 　")}) {
+        Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
+        EXPECT_EQ(Enter(CreateMode::New, name, true), CodeCancel);
     }
 }
 
-TYPED_TEST(SelLevelDlgTest, RefusesATildeBeforeItLooksForDuplicates) {
-    this->AddFavorite("a~b");
-    this->Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
-    this->Enter(CreateMode::New, "a~b", true);
+TEST_P(SelLevelDlgTest, RefusesATildeBeforeItLooksForDuplicates) {
+    AddFavorite("a~b");
+    Desktop.Messages.Expect(1057, MessageIcon::Exclamation);
+    Enter(CreateMode::New, "a~b", true);
 }
 
-TYPED_TEST(SelLevelDlgTest, AcceptsATildeThatIsTheSecondByteOfACharacter) {
-    EXPECT_EQ(this->Enter(CreateMode::New, Sjis(u8"ミリ×"), false), CodeOk);
-    EXPECT_EQ(this->Dialog.GetName(), Sjis(u8"ミリ×"));
+TEST_P(SelLevelDlgTest, AcceptsATildeThatIsTheSecondByteOfACharacter) {
+    EXPECT_EQ(Enter(CreateMode::New, Sjis(u8"ミリ×"), false), CodeOk);
+    EXPECT_EQ(Dialog.GetName(), Sjis(u8"ミリ×"));
 }
 
-TYPED_TEST(SelLevelDlgTest, RefusesANameInUseWithoutRegardToCaseInEveryMode) {
-    this->AddFavorite("Duplex");
+TEST_P(SelLevelDlgTest, RefusesANameInUseWithoutRegardToCaseInEveryMode) {
+    AddFavorite("Duplex");
     for (const CreateMode mode : {CreateMode::New, CreateMode::SaveAs, CreateMode::Copy}) {
-        this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-        this->Enter(mode, "dUPLEX", true);
+        Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+        Enter(mode, "dUPLEX", true);
     }
 }
 
-TYPED_TEST(SelLevelDlgTest, TellsDoubleByteCharactersApartThatDifferInOneByte) {
-    this->AddFavorite(Sjis(u8"ア"));
-    EXPECT_EQ(this->Enter(CreateMode::New, Sjis(u8"ヂ"), false), CodeOk);
+TEST_P(SelLevelDlgTest, TellsDoubleByteCharactersApartThatDifferInOneByte) {
+    AddFavorite(Sjis(u8"ア"));
+    EXPECT_EQ(Enter(CreateMode::New, Sjis(u8"ヂ"), false), CodeOk);
 }
 
-TYPED_TEST(SelLevelDlgTest, AcceptsTheNameOfADeletedFavorite) {
-    this->AddFavorite("Duplex").SetDeleteFlag(1);
-    EXPECT_EQ(this->Enter(CreateMode::New, "Duplex", false), CodeOk);
+TEST_P(SelLevelDlgTest, AcceptsTheNameOfADeletedFavorite) {
+    AddFavorite("Duplex").SetDeleteFlag(1);
+    EXPECT_EQ(Enter(CreateMode::New, "Duplex", false), CodeOk);
 }
 
-TYPED_TEST(SelLevelDlgTest, AcceptsAnyNameWithoutAList) {
-    CPMXTemplUISelLevelDlg dialog(nullptr, WindowHandle::None, this->Desktop.Services);
-    EXPECT_EQ(this->Run(dialog,
-                        [](DialogUser& user) {
-                            user.Fill(control::CreateName, "Duplex");
-                            user.Press(control::Ok);
-                        }),
+TEST_P(SelLevelDlgTest, AcceptsAnyNameWithoutAList) {
+    CPMXTemplUISelLevelDlg dialog(nullptr, WindowHandle::None, Desktop.Services);
+    EXPECT_EQ(Run(dialog,
+                  [](DialogUser& user) {
+                      user.Fill(control::CreateName, "Duplex");
+                      user.Press(control::Ok);
+                  }),
               CodeOk);
 }
 
-TYPED_TEST(SelLevelDlgTest, OverwriteModeAsksAndTakesYesOnly) {
-    this->AddFavorite("Duplex");
-    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
-    EXPECT_EQ(this->Enter(CreateMode::Overwrite, "duplex", true), CodeCancel);
-    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
-    EXPECT_EQ(this->Enter(CreateMode::Overwrite, "duplex", false), CodeOk);
-    EXPECT_EQ(this->Dialog.GetName(), "duplex");
+TEST_P(SelLevelDlgTest, OverwriteModeAsksAndTakesYesOnly) {
+    AddFavorite("Duplex");
+    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
+    EXPECT_EQ(Enter(CreateMode::Overwrite, "duplex", true), CodeCancel);
+    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
+    EXPECT_EQ(Enter(CreateMode::Overwrite, "duplex", false), CodeOk);
+    EXPECT_EQ(Dialog.GetName(), "duplex");
 }
 
-TYPED_TEST(SelLevelDlgTest, OverwriteModeAsksAgainForEveryFurtherMatch) {
-    this->AddFavorite("Duplex");
-    this->AddFavorite("DUPLEX");
-    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
-    this->Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
-    this->Enter(CreateMode::Overwrite, "duplex", true);
+TEST_P(SelLevelDlgTest, OverwriteModeAsksAgainForEveryFurtherMatch) {
+    AddFavorite("Duplex");
+    AddFavorite("DUPLEX");
+    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::Yes);
+    Desktop.Messages.ExpectQuestion(1014, MessageAnswer::No);
+    Enter(CreateMode::Overwrite, "duplex", true);
 }
 
-TYPED_TEST(SelLevelDlgTest, ACopyOfAStandardFavoriteNeverOverwrites) {
-    this->AddFavorite("Duplex");
+TEST_P(SelLevelDlgTest, ACopyOfAStandardFavoriteNeverOverwrites) {
+    AddFavorite("Duplex");
     for (const CreateMode mode : AllModes) {
-        this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-        this->Enter(mode, "Duplex", true, 1);
+        Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+        Enter(mode, "Duplex", true, 1);
     }
-    this->Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
-    this->Enter(CreateMode{4}, "Duplex", true, 1);
+    Desktop.Messages.Expect(1022, MessageIcon::Exclamation);
+    Enter(CreateMode{4}, "Duplex", true, 1);
 }
 
-TYPED_TEST(SelLevelDlgTest, AnUnknownModeRefusesANameInUseSilently) {
-    this->AddFavorite("Duplex");
-    this->Enter(CreateMode{4}, "Duplex", true);
-    EXPECT_TRUE(this->Desktop.Messages.Shown.empty());
+TEST_P(SelLevelDlgTest, AnUnknownModeRefusesANameInUseSilently) {
+    AddFavorite("Duplex");
+    Enter(CreateMode{4}, "Duplex", true);
+    EXPECT_TRUE(Desktop.Messages.Shown.empty());
 }
 
-TYPED_TEST(SelLevelDlgTest, MessagesBearTheTitleOfTheDialog) {
-    this->Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
-    this->Enter(CreateMode::New, "", true);
-    EXPECT_EQ(this->Desktop.Messages.Shown.front().Caption, Sjis(u8"お気に入りの作成"));
+TEST_P(SelLevelDlgTest, MessagesBearTheTitleOfTheDialog) {
+    Desktop.Messages.Expect(1018, MessageIcon::Exclamation);
+    Enter(CreateMode::New, "", true);
+    EXPECT_EQ(Desktop.Messages.Shown.front().Caption, Sjis(u8"お気に入りの作成"));
 }
 
-TYPED_TEST(SelLevelDlgTest, CancelGivesAnEmptyName) {
-    this->Dialog.SetName("A");
-    EXPECT_EQ(this->Run(this->Dialog, [](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
-    EXPECT_EQ(this->Dialog.GetName(), "");
-    this->Dialog.SetName("A");
-    EXPECT_EQ(this->Run(this->Dialog, [](DialogUser& user) { user.Close(); }), CodeCancel);
-    EXPECT_EQ(this->Dialog.GetName(), "");
+TEST_P(SelLevelDlgTest, CancelGivesAnEmptyName) {
+    Dialog.SetName("A");
+    EXPECT_EQ(Run(Dialog, [](DialogUser& user) { user.Press(control::Cancel); }), CodeCancel);
+    EXPECT_EQ(Dialog.GetName(), "");
+    Dialog.SetName("A");
+    EXPECT_EQ(Run(Dialog, [](DialogUser& user) { user.Close(); }), CodeCancel);
+    EXPECT_EQ(Dialog.GetName(), "");
 }
 
-TYPED_TEST(SelLevelDlgTest, EnterAccepts) {
-    EXPECT_EQ(this->Run(this->Dialog,
-                        [](DialogUser& user) {
-                            user.Fill(control::CreateName, "A");
-                            user.Enter();
-                        }),
+TEST_P(SelLevelDlgTest, EnterAccepts) {
+    EXPECT_EQ(Run(Dialog,
+                  [](DialogUser& user) {
+                      user.Fill(control::CreateName, "A");
+                      user.Enter();
+                  }),
               CodeOk);
-    EXPECT_EQ(this->Dialog.GetName(), "A");
+    EXPECT_EQ(Dialog.GetName(), "A");
 }
 
 TEST_F(MemorySelLevelDlgTest, ADialogThatCannotBeShownIsNeitherOkNorCancel) {

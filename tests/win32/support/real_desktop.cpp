@@ -21,13 +21,7 @@ std::optional<int> RealDialogs::Run(ResourceId dialogTemplate, WindowHandle pare
 }
 
 RealDesktop::RealDesktop()
-    : Services{.Strings = SystemResources(),
-               .Dialogs = Dialogs,
-               .Messages = Messages,
-               .FileChoice = FileChoice,
-               .Images = SystemImageLists(),
-               .Help = Help,
-               .Libraries = Libraries},
+    : TestDesktop(SystemResources(), Dialogs, SystemImageLists()),
       HostWindow(CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 240, 160,
                                  nullptr, nullptr, GetModuleHandleW(nullptr), nullptr)) {
     Messages.Show = [this](const Message& message, MessageAnswer planned,

@@ -12,6 +12,7 @@
 
 #include "dialogs/base/dialog_services.h"
 #include "support/memory_services.h"
+#include "support/test_desktop.h"
 #include "win32/support/dialog_driver.h"
 #include "win32/support/real_user.h"
 
@@ -42,23 +43,20 @@ private:
     std::deque<std::pair<ResourceId, Script>> Scripts;
 };
 
-class RealDesktop {
+class RealDesktop final : public TestDesktop {
 public:
     RealDesktop();
-    ~RealDesktop();
-    RealDesktop(const RealDesktop&) = delete;
-    RealDesktop& operator=(const RealDesktop&) = delete;
+    ~RealDesktop() override;
+
+    void OnOpened(ResourceId dialogTemplate, Script script) override {
+        Dialogs.OnOpened(dialogTemplate, std::move(script));
+    }
 
     /// A visible window that stands for the host's.
     HWND Host() const { return HostWindow; }
 
     DialogDriver Driver;
-    MemoryMessages Messages{SystemResources()};
-    MemoryFileDialogs FileChoice;
-    MemoryHelp Help;
-    MemoryLibraries Libraries;
     RealDialogs Dialogs{Driver};
-    DialogServices Services;
 
 private:
     HWND HostWindow;

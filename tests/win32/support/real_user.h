@@ -46,9 +46,6 @@ public:
     void TypeWide(const std::wstring& text);
     void PasteWide(const std::wstring& text);
 
-    /// A key that an input method has taken, on the focused list.
-    void ProcessKey(std::uint32_t scanCode);
-
     bool IsOpen() const override { return !Driver.IsClosed(Dialog); }
     std::string Title() const override;
     std::string Text(ControlId control) const override;
@@ -80,6 +77,7 @@ public:
     void PressByKey(ControlId button) override;
     void AskHelp() override;
     void AskHelpOn(ControlId control) override;
+    void ProcessKey(std::uint32_t scanCode) override;
     void VisitAnotherWindow() override;
     void Close() override;
 
