@@ -17,8 +17,8 @@
 ///
 /// Rules that the two implementations (real windows, and the memory window of the tests) share:
 ///
-///  - Focus events come from edit boxes only, FocusLost before the other control's FocusGained. They tell how the
-///    focus moves inside the window: when the user turns to another window and comes back, there is none.
+///  - FocusLost comes from edit boxes only, when the focus moves on inside the window. When the user turns to another
+///    window and comes back, nothing is told.
 ///  - Pressed comes from push buttons and radio buttons, except the buttons OK (1) and Cancel (2), which give
 ///    OnOk and OnCancel, as do Enter (when no other push button has the focus) and Escape or closing the
 ///    window.
@@ -31,7 +31,7 @@
 ///  - ListTyped replaces what the list itself would do with characters that are typed. Spaces are left out.
 ///  - ListRowDragged comes when the user drops a row of a list that lets rows be dragged; the list moves nothing.
 ///  - What the class does to its controls causes no Pressed or list events, but Focus (and disabling or
-///    hiding the focused control) causes focus events, inside the call.
+///    hiding the focused control) causes FocusLost, inside the call.
 ///  - While the user deals with a message box, a file dialog or another dialog that belongs to the window, `CPmxDlg`
 ///    drops events for as long as the class says so with a ModalScope.
 ///
@@ -135,7 +135,6 @@ protected:
 /// What can happen to a control.
 enum class DialogEvent {
     Pressed,
-    FocusGained,
     FocusLost,
     ListSelectionChanged,
     ListClicked,

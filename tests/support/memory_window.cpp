@@ -196,13 +196,7 @@ bool MemoryWindow::MoveFocus(Control* target) {
     if (previous && previous->Source.Kind == ControlKind::Edit && !HasEnded()) {
         Events.OnEvent({.Control = previous->Source.Id, .Event = DialogEvent::FocusLost});
     }
-    if (Focused != target || !target) {
-        return false;
-    }
-    if (target->Source.Kind == ControlKind::Edit && !HasEnded()) {
-        Events.OnEvent({.Control = target->Source.Id, .Event = DialogEvent::FocusGained});
-    }
-    return Focused == target;
+    return target && Focused == target;
 }
 
 void MemoryWindow::WhileElsewhere(const std::function<void()>& open) {

@@ -93,7 +93,7 @@ protected:
     /// The row that commands act on; -1 when none is selected.
     int CurrentRow() const { return ListView().SelectedRow(); }
 
-    /// The row that the controls show: the one that was selected last. -1 for none.
+    /// The row that the controls show, the name box among them: the one that was selected last. -1 for none.
     int ShownRow() const { return Shown; }
 
     /// Shows the row's favorite in the name box, the icon and the enabling of the controls.
@@ -111,7 +111,6 @@ protected:
     void OnSelectionChanged();
     void OnTyped(const ControlEvent& event);
     void OnRowDragged(const ControlEvent& event);
-    void OnNameBoxEntered();
     void OnNameBoxLeft();
     void OnDelete();
     void OnUp();
@@ -135,7 +134,6 @@ private:
     const FavoriteListLayout& Layout;
     std::vector<std::int64_t> Rows; ///< the index of each row's record
     int Shown = -1;
-    int EditRow = -1;      ///< the row whose name the user may be changing in the name box
     std::string ShownName; ///< what the name box holds as long as the user does not change it
 };
 

@@ -72,37 +72,33 @@ void FavoriteListDlg::HandleListKey(const ListKey& key) {
     }
 }
 
-void FavoriteListDlg::OnNameBoxEntered() {
-    EditRow = Shown;
-}
-
 /// A name that was not refused and could not be taken all the same gives way to the one that the favorite has.
 void FavoriteListDlg::OnNameBoxLeft() {
     if (!Rename() && Window().FocusedControl() != Layout.Name) {
-        ShowName(FavoriteOf(EditRow).GetName());
+        ShowName(FavoriteOf(Shown).GetName());
     }
 }
 
-/// Gives the favorite of `EditRow` the name in the name box. False when it does not get that name; when it was
+/// Gives the favorite that is shown the name in the name box. False when it does not get that name; when it was
 /// refused, the focus is back in the name box.
 bool FavoriteListDlg::Rename() {
-    if (Window().TextOf(Layout.Name) == ShownName) {
+    if (Shown < 0 || Window().TextOf(Layout.Name) == ShownName) {
         return true;
     }
     const std::string name = NameIn(Layout.Name);
     if (name.empty()) {
-        ShowName(FavoriteOf(EditRow).GetName());
+        ShowName(FavoriteOf(Shown).GetName());
         return true;
     }
     if (HasSeparator(name)) {
         RefuseName(text::NameHasSeparator);
         return false;
     }
-    if (!GetFavorites().IsNameUnique(IndexOf(EditRow), name)) {
+    if (!GetFavorites().IsNameUnique(IndexOf(Shown), name)) {
         RefuseName(text::RenameNameExists);
         return false;
     }
-    if (!TakeName(EditRow, name)) {
+    if (!TakeName(Shown, name)) {
         return false;
     }
     ShowName(name);
@@ -111,7 +107,7 @@ bool FavoriteListDlg::Rename() {
 
 void FavoriteListDlg::RefuseName(ResourceId id) {
     Warn(id);
-    SelectRow(EditRow);
+    SelectRow(Shown);
     Window().Focus(Layout.Name);
 }
 

@@ -138,7 +138,7 @@ void CPmxDlg::OnEvent(const ControlEvent& event) {
     }
     if (event.Event == DialogEvent::FocusLost) {
         HandleFocusLoss(event);
-    } else if (event.Event == DialogEvent::FocusGained || !IsRefused()) {
+    } else if (!IsRefused()) {
         OnControlEvent(event);
     }
 }

@@ -66,7 +66,6 @@ bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
 void CPMXTemplUIChoiceBasicDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIChoiceBasicDlg;
     static const EventHandler<Self> Table[] = {
-        {control::BasicName, DialogEvent::FocusGained, &Self::OnNameBoxEntered},
         {control::BasicName, DialogEvent::FocusLost, &Self::OnNameBoxLeft},
         {control::BasicList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::BasicList, DialogEvent::ListKeyDown, &Self::OnListKey},

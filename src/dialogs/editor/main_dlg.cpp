@@ -77,7 +77,6 @@ void CPMXTemplUIMainDlg::LoadAttributeDialog() {
 void CPMXTemplUIMainDlg::OnControlEvent(const ControlEvent& event) {
     using Self = CPMXTemplUIMainDlg;
     static const EventHandler<Self> Table[] = {
-        {control::EditorName, DialogEvent::FocusGained, &Self::OnNameBoxEntered},
         {control::EditorName, DialogEvent::FocusLost, &Self::OnNameBoxLeft},
         {control::EditorList, DialogEvent::ListSelectionChanged, &Self::OnSelectionChanged},
         {control::EditorList, DialogEvent::ListClicked, &Self::OnListClick},

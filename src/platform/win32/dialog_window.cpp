@@ -242,13 +242,9 @@ INT_PTR WindowsDialog::ButtonClicked(ControlId control) {
     return TRUE;
 }
 
-/// The focus that goes to another window and comes back has not moved for the dialog.
+/// The focus that goes to another window has not moved on for the dialog.
 INT_PTR WindowsDialog::EditNotified(ControlId control, UINT code) {
-    if (code == EN_SETFOCUS && EnteredEdit != control) {
-        EnteredEdit = control;
-        Notify({.Control = control, .Event = DialogEvent::FocusGained});
-    } else if (code == EN_KILLFOCUS && FocusedChild()) {
-        EnteredEdit = 0;
+    if (code == EN_KILLFOCUS && FocusedChild()) {
         Notify({.Control = control, .Event = DialogEvent::FocusLost});
     }
     return FALSE;

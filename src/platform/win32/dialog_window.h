@@ -70,7 +70,6 @@ private:
     std::optional<int> EndCode;
     std::exception_ptr Failure;
     std::uint64_t Input = 0;
-    ControlId EnteredEdit = 0; ///< the edit box that has the focus as far as the dialog knows
     std::map<ControlId, std::unique_ptr<Icon>> Icons;
     std::map<ControlId, std::unique_ptr<WindowsList>> Lists;
     std::map<ControlId, std::unique_ptr<NameEdit>> Edits;

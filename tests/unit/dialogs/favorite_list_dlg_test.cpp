@@ -167,6 +167,14 @@ TEST_P(ListByHand, F2OnAStandardFavoriteDoesNothing) {
     });
 }
 
+TEST_P(ListByHand, NameThatTheBoxShowsInOtherBytesStaysWhenItIsNotChanged) {
+    const Names names = Use(Names{"\x87\x90", "B"}, [](DialogUser& user) {
+        user.Key(test::key::F2);
+        user.TabTo(List);
+    });
+    EXPECT_EQ(names, (Names{"\x87\x90", "B"}));
+}
+
 // Moving
 
 TEST_P(ListByHand, AltAndAnArrowMoveTheRow) {

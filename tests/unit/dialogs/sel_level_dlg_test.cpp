@@ -57,7 +57,7 @@ protected:
     }
 
     test::FakeHost Host;
-    Screen Desktop;
+    AnyScreen Desktop;
     CPMXTemplUIListDataArray List{nullptr, nullptr, SystemStoreServices()};
     CPMXTemplUISelLevelDlg Dialog{&List, WindowHandle::None, Desktop.Services};
 };
