@@ -24,13 +24,11 @@ public:
     explicit EditorSession(ModelWorld& world) : ListSession(world, Ids) {}
 
 private:
-    static constexpr Controls Ids{control::EditorList,
-                                  control::EditorName,
-                                  control::EditorIcon,
-                                  control::EditorUp,
-                                  control::EditorDown,
-                                  control::EditorDelete,
-                                  1};
+    static constexpr int NameColumn = 1;
+    static constexpr int CategoryColumn = 2;
+    static constexpr Controls Ids{control::EditorList, control::EditorName, control::EditorIcon,
+                                  control::EditorUp,   control::EditorDown, control::EditorDelete,
+                                  NameColumn};
 
     std::int64_t Show() override {
         return ShowEditor(World.Favorites.Path().c_str(), WindowHandle::None, Desktop.Services,
@@ -87,7 +85,7 @@ private:
         static const std::array<std::string, 6> Categories = {
             "", Sjis(u8"文書"), Sjis(u8"セクション"), Sjis(u8"用紙"), Sjis(u8"面"), Sjis(u8"原稿")};
         const int level = favorite.Level > 100 ? favorite.Level - 100 : favorite.Level;
-        EXPECT_EQ(User->Cell(control::EditorList, row, 2),
+        EXPECT_EQ(User->Cell(control::EditorList, row, CategoryColumn),
                   Categories.at(model::HasPart(level) ? static_cast<std::size_t>(level) : 0))
             << Row(row);
     }

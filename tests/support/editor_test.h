@@ -14,6 +14,9 @@
 
 namespace pmx::test {
 
+/// The columns of the editor's list.
+enum EditorColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
+
 /// Runs the favorites editor on a desktop and a real folder, with the host's libraries faked.
 template <class AnyScreen>
 class EditorTestOn : public testing::Test, public FavoriteFolder {
@@ -59,7 +62,7 @@ protected:
         std::vector<std::string> names;
         names.reserve(static_cast<std::size_t>(rows));
         for (int row = 0; row < rows; ++row) {
-            names.push_back(user.Cell(control::EditorList, row, 1));
+            names.push_back(user.Cell(control::EditorList, row, NameColumn));
         }
         return names;
     }

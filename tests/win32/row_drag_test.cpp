@@ -120,7 +120,7 @@ TEST_F(RowDragTest, ListScrollsWhileTheMouseIsAtItsEdge) {
         user.Release(List, bottom);
         const int dropped = user.SelectedRow(List);
         EXPECT_GT(dropped, 10);
-        EXPECT_EQ(user.Cell(List, dropped, 1), "F1");
+        EXPECT_EQ(user.Cell(List, dropped, test::NameColumn), "F1");
 
         const POINT top{100, user.AreaOfRow(List, static_cast<int>(Top(user))).top + 2};
         user.HoldAt(List, In(user, dropped - 2));

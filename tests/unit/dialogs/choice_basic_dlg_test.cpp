@@ -24,6 +24,8 @@ constexpr ControlId Name = control::BasicName;
 
 using Names = std::vector<std::string>;
 
+enum Column : int { NameColumn, KindColumn };
+
 /// Runs the basic list on a desktop and a real folder.
 template <class AnyScreen>
 class BasicListTestOn : public testing::Test, public test::FavoriteFolder {
@@ -60,7 +62,7 @@ protected:
     static Names NamesInRows(const DialogUser& user) {
         Names names;
         for (int row = 0; row < user.RowCount(List); ++row) {
-            names.push_back(user.Cell(List, row, 0));
+            names.push_back(user.Cell(List, row, NameColumn));
         }
         return names;
     }
@@ -99,8 +101,8 @@ TEST_P(BasicListTest, ShowsTheFavoritesWithNameAndKindInTheOrderOfTheListFile) {
     RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
         EXPECT_EQ(NamesInRows(user), (Names{Sjis(u8"表紙"), "S", "B"}));
-        EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"ユーザー設定"));
-        EXPECT_EQ(user.Cell(List, 1, 1), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 0, KindColumn), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, KindColumn), Sjis(u8"標準"));
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Text(Name), Sjis(u8"表紙"));
         EXPECT_TRUE(user.HasIcon(control::BasicIcon));
@@ -309,8 +311,8 @@ TEST_P(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
         user.Press(control::BasicDown);
         EXPECT_FALSE(user.IsEnabled(control::BasicDown));
         EXPECT_EQ(user.SelectedRow(List), 2);
-        EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"ユーザー設定")) << "the kind goes with the row";
-        EXPECT_EQ(user.Cell(List, 2, 1), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 0, KindColumn), Sjis(u8"ユーザー設定")) << "the kind goes with the row";
+        EXPECT_EQ(user.Cell(List, 2, KindColumn), Sjis(u8"標準"));
     });
     EXPECT_EQ(ListedNames(), (Names{"B", "C", "S"}));
 }
@@ -361,7 +363,7 @@ TEST_P(BasicListTest, NameHasAtMost32Bytes) {
     GivenThree();
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, std::string(31, 'x') + Sjis(u8"表") + "yz");
-        EXPECT_EQ(user.Cell(List, 1, 0), std::string(31, 'x') + "y");
+        EXPECT_EQ(user.Cell(List, 1, NameColumn), std::string(31, 'x') + "y");
     });
 }
 
@@ -415,11 +417,11 @@ TEST_P(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsItsName
     ExpectWarning(1020);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 0, "New");
-        EXPECT_EQ(user.Cell(List, 0, 0), "A");
+        EXPECT_EQ(user.Cell(List, 0, NameColumn), "A");
         EXPECT_EQ(user.Text(Name), "A");
         EXPECT_EQ(user.Focused(), List);
         Rename(user, 0, "New"); // neither the document nor the name was taken up
-        EXPECT_EQ(user.Cell(List, 0, 0), "A");
+        EXPECT_EQ(user.Cell(List, 0, NameColumn), "A");
     });
     EXPECT_EQ(ListedNames(), (Names{"A", "B"}));
 }

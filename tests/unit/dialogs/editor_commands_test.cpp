@@ -61,8 +61,8 @@ TEST_P(EditorNew, AddsARowAtTheEndAndAFavoriteFile) {
     RunAndAccept([this](DialogUser& user) {
         Create(user, "N");
         EXPECT_EQ(NamesInRows(user), (Names{"A", "B", "C", "N"}));
-        EXPECT_EQ(user.Cell(List, 3, 2), Sjis(u8"文書"));
-        EXPECT_EQ(user.Cell(List, 3, 3), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 3, test::CategoryColumn), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 3, test::KindColumn), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.StateImage(List, 3), 1);
         EXPECT_TRUE(Folder.Exists("N.pmt"));
     });
@@ -122,7 +122,7 @@ TEST_P(EditorNew, LevelIsTheChosenOneAndOtherLevelsCannotBeOnTheToolbar) {
         });
         editor.Press(control::EditorNew);
         EXPECT_EQ(editor.StateImage(List, 0), 3);
-        EXPECT_EQ(editor.Cell(List, 0, 2), Sjis(u8"用紙"));
+        EXPECT_EQ(editor.Cell(List, 0, test::CategoryColumn), Sjis(u8"用紙"));
     });
     EXPECT_EQ(ListedValues(), Names{"0~N~3~0~14~N.pmt"});
     EXPECT_EQ(FakeHost::ReadFavorite(Folder, "N.pmt").Level, 3);
@@ -634,8 +634,8 @@ TEST_P(EditorMove, MovedRowKeepsEverythingThatItShowed) {
         EXPECT_EQ(user.StateImage(List, 0), 3);
         EXPECT_EQ(user.StateImage(List, 1), 2);
         EXPECT_EQ(user.StateImage(List, 2), 3);
-        EXPECT_EQ(user.Cell(List, 2, 2), Sjis(u8"面"));
-        EXPECT_EQ(user.Cell(List, 2, 3), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 2, test::CategoryColumn), Sjis(u8"面"));
+        EXPECT_EQ(user.Cell(List, 2, test::KindColumn), Sjis(u8"標準"));
     });
     EXPECT_EQ(ListedValues(), (Names{"0~C~2~0~14~F2.pmt", "0~A~1~1~14~F0.pmt", "1~S~104~0~14~3"}));
 }

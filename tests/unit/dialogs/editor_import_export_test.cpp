@@ -91,9 +91,9 @@ TEST_P(EditorImport, NameThatIsNotInUseAddsAFavoriteWithAnEmptyName) {
     RunAndCancel([this](DialogUser& user) {
         Import(user, "X.pmt");
         ASSERT_EQ(user.RowCount(List), 2);
-        EXPECT_EQ(user.Cell(List, 1, 1), "");
-        EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"セクション"));
-        EXPECT_EQ(user.Cell(List, 1, 3), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "");
+        EXPECT_EQ(user.Cell(List, 1, test::CategoryColumn), Sjis(u8"セクション"));
+        EXPECT_EQ(user.Cell(List, 1, test::KindColumn), Sjis(u8"ユーザー設定"));
         EXPECT_EQ(user.StateImage(List, 1), 3);
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Focused(), control::EditorImport);
@@ -124,7 +124,7 @@ TEST_P(EditorImport, NameInUseAsksForAnotherAndProposesIt) {
             user.Press(control::Ok);
         });
         Import(editor, "X.pmt");
-        EXPECT_EQ(editor.Cell(List, 1, 1), "Other");
+        EXPECT_EQ(editor.Cell(List, 1, test::NameColumn), "Other");
     });
     EXPECT_EQ(ListedValues()[1], "0~Other~3~0~0~X.pmt");
 }
@@ -301,11 +301,11 @@ TEST_P(EditorImport, LevelsOfStandardFavoritesAreShownLikeTheOthers) {
     RunAndAccept([this](DialogUser& user) {
         Import(user, "X.pmt");
         Import(user, "Y.pmt");
-        EXPECT_EQ(user.Cell(List, 0, 2), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 0, test::CategoryColumn), Sjis(u8"文書"));
         EXPECT_EQ(user.StateImage(List, 0), 1);
-        EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"面"));
+        EXPECT_EQ(user.Cell(List, 1, test::CategoryColumn), Sjis(u8"面"));
         EXPECT_EQ(user.StateImage(List, 1), 3);
-        EXPECT_EQ(user.Cell(List, 1, 3), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, test::KindColumn), Sjis(u8"ユーザー設定"));
     });
     EXPECT_EQ(ListedValues(), (Names{"0~~101~0~0~X.pmt", "0~~104~0~0~Y.pmt"}));
 }

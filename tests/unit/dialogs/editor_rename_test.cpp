@@ -66,7 +66,7 @@ TEST_P(EditorRename, BlanksAroundTheNameAreRemoved) {
     GivenThree();
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "  New name \t");
-        EXPECT_EQ(user.Cell(List, 1, 1), "New name");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "New name");
         EXPECT_EQ(user.Text(Name), "New name");
     });
     EXPECT_EQ(ListedNames()[1], "New name");
@@ -85,7 +85,7 @@ TEST_P(EditorRename, BlanksOnlyChangeNothing) {
     GivenThree();
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, Sjis(u8" 　 "));
-        EXPECT_EQ(user.Cell(List, 1, 1), "Beta");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "Beta");
         EXPECT_EQ(user.Text(Name), "Beta");
     });
     EXPECT_EQ(ListedNames()[1], "Beta");
@@ -95,9 +95,9 @@ TEST_P(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
     GivenThree();
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, std::string(40, 'x'));
-        EXPECT_EQ(user.Cell(List, 1, 1), std::string(32, 'x'));
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), std::string(32, 'x'));
         Rename(user, 2, "y" + Sjis(u8"あああああああああああああああああ"));
-        EXPECT_EQ(user.Cell(List, 2, 1), "y" + Sjis(u8"あああああああああああああああ"));
+        EXPECT_EQ(user.Cell(List, 2, test::NameColumn), "y" + Sjis(u8"あああああああああああああああ"));
     });
 }
 
@@ -109,7 +109,7 @@ TEST_P(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
         EXPECT_EQ(user.Focused(), Name);
         EXPECT_EQ(user.Text(Name), "a~b");
         EXPECT_EQ(user.SelectedRow(List), 1);
-        EXPECT_EQ(user.Cell(List, 1, 1), "Beta");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "Beta");
     });
 }
 
@@ -126,7 +126,7 @@ TEST_P(EditorRename, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
         Rename(user, 0, "bETA");
         EXPECT_EQ(user.Focused(), Name);
         EXPECT_EQ(user.Text(Name), "bETA");
-        EXPECT_EQ(user.Cell(List, 0, 1), "A");
+        EXPECT_EQ(user.Cell(List, 0, test::NameColumn), "A");
     });
 }
 
@@ -159,7 +159,7 @@ TEST_P(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
         user.ClickBesideRows(List);
         user.Fill(Name, "New");
         user.TabTo(List);
-        EXPECT_EQ(user.Cell(List, 1, 1), "New");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "New");
     });
     EXPECT_EQ(ListedNames(), (std::vector<std::string>{"A", "New", "C"}));
 }
@@ -295,7 +295,7 @@ TEST_P(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
     ExpectRefusal(text::EditorFavoriteUnreadable);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 0, "New");
-        EXPECT_EQ(user.Cell(List, 0, 1), "A");
+        EXPECT_EQ(user.Cell(List, 0, test::NameColumn), "A");
         EXPECT_EQ(user.Focused(), List);
     });
     EXPECT_EQ(ListedNames()[0], "New");
@@ -337,7 +337,7 @@ TEST_P(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
     Host.Plan.FailFrom(HostCall::SetName, 1, HostFailure::Raise);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "New");
-        EXPECT_EQ(user.Cell(List, 1, 1), "New");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "New");
     });
     EXPECT_EQ(ListedNames()[1], "New");
 }
@@ -383,7 +383,7 @@ TEST_P(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
         user.Key(test::key::Backspace);
         user.VisitAnotherWindow();
         EXPECT_EQ(user.Text(Name), "");
-        EXPECT_EQ(user.Cell(List, 1, 1), "B");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "B");
     });
 }
 
@@ -395,7 +395,7 @@ TEST_P(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
         user.VisitAnotherWindow();
         user.Type("er");
         user.TabTo(List);
-        EXPECT_EQ(user.Cell(List, 1, 1), "Newer");
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "Newer");
     });
 }
 

@@ -67,15 +67,15 @@ TEST_P(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
     Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
     RunAndCancel([](DialogUser& user) {
         ASSERT_EQ(user.RowCount(List), 3);
-        EXPECT_EQ(user.Cell(List, 0, 0), "");
-        EXPECT_EQ(user.Cell(List, 0, 1), Sjis(u8"両面印刷"));
-        EXPECT_EQ(user.Cell(List, 0, 2), Sjis(u8"文書"));
-        EXPECT_EQ(user.Cell(List, 0, 3), Sjis(u8"ユーザー設定"));
-        EXPECT_EQ(user.Cell(List, 1, 1), "B");
-        EXPECT_EQ(user.Cell(List, 1, 2), Sjis(u8"セクション"));
-        EXPECT_EQ(user.Cell(List, 2, 1), "S");
-        EXPECT_EQ(user.Cell(List, 2, 2), Sjis(u8"文書"));
-        EXPECT_EQ(user.Cell(List, 2, 3), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 0, test::ToolbarColumn), "");
+        EXPECT_EQ(user.Cell(List, 0, test::NameColumn), Sjis(u8"両面印刷"));
+        EXPECT_EQ(user.Cell(List, 0, test::CategoryColumn), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 0, test::KindColumn), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "B");
+        EXPECT_EQ(user.Cell(List, 1, test::CategoryColumn), Sjis(u8"セクション"));
+        EXPECT_EQ(user.Cell(List, 2, test::NameColumn), "S");
+        EXPECT_EQ(user.Cell(List, 2, test::CategoryColumn), Sjis(u8"文書"));
+        EXPECT_EQ(user.Cell(List, 2, test::KindColumn), Sjis(u8"標準"));
     });
 }
 
@@ -98,7 +98,7 @@ TEST_P(EditorRows, LevelsAndTheirStandardFormsHaveTheSameNames) {
     Given(favorites);
     RunAndCancel([&names](DialogUser& user) {
         for (int row = 0; row < 10; ++row) {
-            EXPECT_EQ(user.Cell(List, row, 2), names[row / 2]) << row;
+            EXPECT_EQ(user.Cell(List, row, test::CategoryColumn), names[row / 2]) << row;
         }
     });
 }

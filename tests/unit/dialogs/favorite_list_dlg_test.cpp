@@ -197,7 +197,7 @@ TEST_P(ListByHand, AltAndAnArrowMoveTheRow) {
 TEST_P(ListByHand, DraggedRowStandsWhereItWasDropped) {
     const Names names = Use(Names{"A", "B", "C", "D"}, [](DialogUser& user) {
         user.DragRow(List, 0, 2);
-        EXPECT_EQ(user.Cell(List, 2, 1), "A");
+        EXPECT_EQ(user.Cell(List, 2, test::NameColumn), "A");
         EXPECT_EQ(user.SelectedRow(List), 2);
         EXPECT_EQ(user.Text(Name), "A");
         EXPECT_TRUE(user.IsEnabled(control::EditorUp));
