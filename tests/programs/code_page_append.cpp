@@ -1,5 +1,5 @@
-// Opens the favorites of a folder, appends a standard favorite and closes them again, as a host does. Says
-// under which code page it ran. Usage: pmx_code_page_append folder
+// Opens the favorites of folders, appends a standard favorite to each and closes them again, as a host does. Says
+// under which code page it ran. Usage: pmx_code_page_append folder...
 
 #include "PMXTemplUI.h"
 
@@ -8,11 +8,13 @@
 #include <windows.h>
 
 int main(int argumentCount, char** arguments) {
-    if (argumentCount != 2) {
-        return 2;
-    }
     std::printf("%u\n", GetACP());
-    void* const handle = EX_CreateTemplList(arguments[1], nullptr, nullptr);
-    const bool isAppended = handle != nullptr && EX_CreateDefaultTempl(handle, "Added", 3, 5) == 0;
-    return EX_DestroyTemplList(handle) == 0 && isAppended ? 0 : 1;
+    for (int position = 1; position < argumentCount; ++position) {
+        void* const handle = EX_CreateTemplList(arguments[position], nullptr, nullptr);
+        const bool isAppended = handle != nullptr && EX_CreateDefaultTempl(handle, "Added", 3, 5) == 0;
+        if (EX_DestroyTemplList(handle) != 0 || !isAppended) {
+            return 1;
+        }
+    }
+    return 0;
 }

@@ -271,6 +271,9 @@ public:
     /// MoveFileEx and not ReplaceFile: it is one renaming, so there is no moment without the target, and the
     /// target need not exist.
     FileError Replace(const std::string& source, const std::string& target) override {
+        if (!IsPossible(target)) {
+            return FileError::NotFound;
+        }
         const std::optional<DWORD> former = AttributesOf(target);
         if (IsFolder(source) || HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
             return FileError::Held;
@@ -282,11 +285,14 @@ public:
             SetFileAttributesA(source.c_str(), *former & KeptAttributes);
         }
         constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-        return ErrorUnless(IsPossible(target) && MoveFileExA(source.c_str(), target.c_str(), Flags));
+        return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), Flags));
     }
 
     FileError Rename(const std::string& source, const std::string& target) override {
-        return ErrorUnless(FlushFile(source) && IsPossible(target) &&
+        if (!IsPossible(target)) {
+            return FileError::NotFound;
+        }
+        return ErrorUnless(FlushFile(source) &&
                            MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH));
     }
 

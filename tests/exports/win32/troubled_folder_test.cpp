@@ -7,9 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <chrono>
 #include <optional>
-#include <thread>
 
 namespace pmx::exports_test {
 namespace {
@@ -121,37 +119,13 @@ TEST_P(TroubledFolderTest, AFolderThatIsGoneIsNotMadeAgain) {
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, TroubledFolderTest, testing::ValuesIn(Dialogs), NameOf);
 
-class HeldListTest : public TroubledFolderTest {
-protected:
-    /// The new list lies aside while the old one is waited for. False when it never does.
-    bool WaitForListAside() const {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (std::chrono::steady_clock::now() < deadline) {
-            const std::filesystem::directory_iterator entries(test::DiskPath(Folder.Path("Favorites")));
-            if (std::any_of(begin(entries), end(entries), [](const auto& entry) {
-                    return entry.path().filename().string().starts_with("Pmx") &&
-                           entry.path().extension() == ".tmp";
-                })) {
-                return true;
-            }
-            std::this_thread::yield();
-        }
-        return false;
-    }
-};
+using HeldListTest = TroubledFolderTest;
 
-TEST_P(HeldListTest, IsWaitedForAndThenSaved) {
+TEST_P(HeldListTest, IsSavedWhereItLies) {
     std::optional<test::HoldingProcess> other;
-    std::thread releaser;
-    EXPECT_EQ(Accept([&](const OpenDialog&) {
-                  other.emplace(Folder.Path(List));
-                  releaser = std::thread([&] {
-                      EXPECT_TRUE(WaitForListAside());
-                      other->Release();
-                  });
-              }),
-              0);
-    releaser.join();
+    EXPECT_EQ(
+        Accept([&](const OpenDialog&) { other.emplace("pmx_hold_file", "shared:" + Folder.Path(List)); }), 0);
+    other.reset();
     EXPECT_NE(Folder.Read(List), OldList);
     EXPECT_NE(Folder.Read(List).find("; mine\r\n"), std::string::npos);
     EXPECT_EQ(TemporaryFiles(), 0);
