@@ -17,7 +17,7 @@ struct Contestant {
     void (*Load)(const Place& place, CPMXTemplUIListDataArray& list);
 
     /// Replaces the place's list file by the list, whose folder it is. Null for what cannot write.
-    void (*Save)(const Place& place, const CPMXTemplUIListDataArray& list);
+    void (*Save)(const Place& place, CPMXTemplUIListDataArray& list);
 
     /// The most favorites that it is asked for, for those whose cost grows faster than their number.
     std::size_t MostLoaded = std::numeric_limits<std::size_t>::max();

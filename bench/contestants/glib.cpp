@@ -34,7 +34,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& place, CPMXTemplUIListDataArray& list) {
     const KeyFile file(g_key_file_new());
     WriteSection(list, [&](const char* key, const char* value) {
         g_key_file_set_value(file.get(), Section, key, value);

@@ -33,7 +33,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& place, CPMXTemplUIListDataArray& list) {
     constexpr std::size_t usualLength = 80;
     std::string text;
     text.reserve(static_cast<std::size_t>(list.GetSize()) * usualLength);

@@ -25,7 +25,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     Require(ini_browse(Take, &reader, place.Path.c_str()) != 0, "minIni cannot load");
 }
 
-void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& place, CPMXTemplUIListDataArray& list) {
     const std::string path = Aside(place.Path);
     WriteSection(list, [&](const char* key, const char* value) {
         Require(ini_puts(Section, key, value, path.c_str()) != 0, "minIni cannot save");

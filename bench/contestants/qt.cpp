@@ -27,7 +27,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& place, CPMXTemplUIListDataArray& list) {
     QSettings settings(QString::fromStdString(Aside(place.Path)), QSettings::IniFormat);
     settings.beginGroup(TextOf(Section));
     WriteSection(list,

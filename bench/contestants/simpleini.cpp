@@ -20,7 +20,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void Save(const Place& place, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& place, CPMXTemplUIListDataArray& list) {
     CSimpleIniCaseA file;
     WriteSection(list, [&](const char* key, const char* value) { file.SetValue(Section, key, value); });
     Require(file.SaveFile(Aside(place.Path).c_str()) == SI_OK, "SimpleIni cannot save");

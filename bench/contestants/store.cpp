@@ -11,7 +11,7 @@ void Load(const Place& place, CPMXTemplUIListDataArray& list) {
     Require(list.LoadList(), "the store cannot load");
 }
 
-void Save(const Place& /*place*/, const CPMXTemplUIListDataArray& list) {
+void Save(const Place& /*place*/, CPMXTemplUIListDataArray& list) {
     Require(list.WriteListFile(), "the store cannot save");
 }
 

@@ -1,6 +1,7 @@
 #include "store/list_data_array.h"
 
 #include "store/favorite_files.h"
+#include "store/list_merge.h"
 
 #include <algorithm>
 #include <new>
@@ -131,7 +132,8 @@ bool CPMXTemplUIListDataArray::LoadList() {
     try {
         DecodedText content;
         const FileError error = ReadListFile(content);
-        const ListValues values = ReadListValues(content.Text);
+        Base = std::move(content.Text);
+        const ListValues values = ReadListValues(Base);
         Records.reserve(values.size());
         for (const std::string_view value : values) {
             if (std::unique_ptr<CPMXTemplUIListData> record = ParseListValue(value, LeadBytesIn(value))) {
@@ -151,7 +153,7 @@ bool CPMXTemplUIListDataArray::Open(const char* folder) {
 }
 
 bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUIListData*>& records,
-                                             std::int64_t count) const {
+                                             std::int64_t count) {
     if (ListFilePath.empty() || ListFileUnreadable) {
         return false;
     }
@@ -169,17 +171,37 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
     }
 }
 
-bool CPMXTemplUIListDataArray::ReplaceSection(const ListValues& values, std::int64_t count) const {
+bool CPMXTemplUIListDataArray::ReplaceSection(const ListValues& values, std::int64_t count) {
+    const std::unique_ptr<FileLock> lock = WaitForLock(Services, ListFilePath);
     DecodedText content;
     const FileError error = RetryBriefly(Services, [&] { return ReadListFile(content); });
     if (error != FileError::None || !content.IsWhole) {
         return false;
     }
-    const std::string changed = WithSection(content.Text, FormatSection(values, count));
-    return ReplaceListFile(Services, ListFilePath, changed) == FileError::None;
+    std::string mine = FormatSection(values, count);
+    std::string changed;
+    const bool isMerged = IsChangedByAnother(content.Text);
+    if (isMerged) {
+        // Of one's own values what a reader would find of them: a host may have put a line end into a name.
+        const ListValues merged =
+            MergeValues(ReadListValues(Base), ReadListValues(mine), ReadListValues(content.Text));
+        changed = WithSection(content.Text, FormatSection(merged, static_cast<std::int64_t>(merged.size())));
+    } else {
+        changed = WithSection(content.Text, mine);
+    }
+    if (ReplaceListFile(Services, ListFilePath, changed) != FileError::None) {
+        return false;
+    }
+    Base = std::move(isMerged ? mine : changed);
+    return true;
 }
 
-bool CPMXTemplUIListDataArray::WriteListFile() const {
+/// A file without the section says nothing: no program leaves one behind, however many favorites it deletes.
+bool CPMXTemplUIListDataArray::IsChangedByAnother(const std::string& content) const {
+    return content != Base && ReadListValues(content) != ReadListValues(Base) && HasListSection(content);
+}
+
+bool CPMXTemplUIListDataArray::WriteListFile() {
     try {
         return WriteListFile(GetRecords(), GetSize());
     } catch (const std::bad_alloc&) {
@@ -320,6 +342,15 @@ void CPMXTemplUIListDataArray::DeleteUnusedFiles(
         if (record->GetDeleteFlag() == 1 && !record->IsStandard()) {
             deleted.push_back(record);
         } else {
+            stillUsed.insert(FoldedFileName(record->GetFileName()));
+        }
+    }
+    DecodedText content;
+    if (deleted.empty() || RetryBriefly(Services, [&] { return ReadListFile(content); }) != FileError::None) {
+        return;
+    }
+    for (const std::string_view value : ReadListValues(content.Text)) {
+        if (const auto record = ParseListValue(value, LeadBytesIn(value))) {
             stillUsed.insert(FoldedFileName(record->GetFileName()));
         }
     }

@@ -75,12 +75,14 @@ public:
     bool Open(const char* folder);
 
     /// Replaces the list file by the given records in order; deleted ones are left out, but `count` is written
-    /// as their number. The former file stays, whole, when the new one cannot be made, when it is read-only or
-    /// when LoadList has not read it to its end. False then; no file of a favorite is touched.
-    bool WriteListFile(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) const;
+    /// as their number. When another program has changed the file since this list read it or wrote it last,
+    /// what is written is both programs' changes merged (MergeValues), and their number; the records stay as
+    /// they are. The former file stays, whole, when the new one cannot be made, when it is read-only or when
+    /// it cannot be read, now or by the last LoadList. False then; no file of a favorite is touched.
+    bool WriteListFile(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count);
 
     /// The same with all records of this list and their number.
-    bool WriteListFile() const;
+    bool WriteListFile();
 
     // Favorite files
 
@@ -113,8 +115,9 @@ public:
     bool DeleteFavorite(const CPMXTemplUIListData& record) const;
 
     /// Deletes the favorite files of those of the given records that are user favorites marked deleted,
-    /// except files that another of them still uses, among them those of all standard favorites. Failures,
-    /// lack of memory among them, are ignored: such a file is no longer referred to by the list.
+    /// except files that another of them still uses, among them those of all standard favorites, or that the
+    /// list file names, as another program may have left it. Failures, lack of memory among them, are ignored:
+    /// such a file is no longer referred to by the list.
     void DeleteFilesOfDeleted(const std::vector<const CPMXTemplUIListData*>& records) const;
 
     const std::string& GetExtension() const { return Extension; }
@@ -126,7 +129,8 @@ public:
 
 private:
     FileError ReadListFile(DecodedText& content) const;
-    bool ReplaceSection(const ListValues& values, std::int64_t count) const;
+    bool IsChangedByAnother(const std::string& content) const;
+    bool ReplaceSection(const ListValues& values, std::int64_t count);
     std::optional<std::string> FreeFileName(const std::string& base, std::int64_t& number) const;
     FileError SaveNewFavorite(CPMXTemplUIListData& record, const std::string& path) const;
     bool IsListFileName(std::string_view fileName) const;
@@ -137,6 +141,7 @@ private:
     std::string Folder;
     std::string ListFilePath;
     std::vector<std::unique_ptr<CPMXTemplUIListData>> Records;
+    std::string Base; // the content of the list file as far as the records come from it or went there
     bool ListFileUnreadable = false; // the list file was there and could not be read whole the last time
     StoreServices Services;
 };

@@ -320,6 +320,15 @@ ListValues ReadListValues(std::string_view content) {
     return values;
 }
 
+bool HasListSection(std::string_view content) {
+    while (!content.empty()) {
+        if (NextPart(content).IsList) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::string FormatSection(const ListValues& values, std::int64_t count) {
     constexpr std::string_view LineEnd = "\r\n";
     std::string section;

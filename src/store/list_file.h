@@ -42,6 +42,9 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
 /// of the content, whatever count it states. Throws std::bad_alloc.
 ListValues ReadListValues(std::string_view content);
 
+/// Whether there is the section in a list file with that content, be it empty.
+bool HasListSection(std::string_view content);
+
 /// The lines of the section with these values. `count` is the number that is written.
 std::string FormatSection(const ListValues& values, std::int64_t count);
 

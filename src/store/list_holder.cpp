@@ -76,7 +76,7 @@ bool CPMXTemplUIListHolder::StoreFavorite(const std::string& name, std::int32_t 
     return List.SaveFavorite(*record);
 }
 
-bool CPMXTemplUIListHolder::SaveList() const {
+bool CPMXTemplUIListHolder::SaveList() {
     if (List.WriteListFile()) {
         List.DeleteFilesOfDeleted(List.GetRecords());
     }

@@ -51,7 +51,7 @@ public:
 
     /// Writes the list to its list file, and deletes the favorite files of its deleted user favorites once
     /// the new list file is in place. True; a file that could not be written is not reported.
-    bool SaveList() const;
+    bool SaveList();
 
 private:
     CPMXTemplUIListDataArray List;

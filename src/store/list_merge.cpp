@@ -29,27 +29,24 @@ using Entries = std::vector<Entry>;
 /// The position of an entry's partner in another sequence, or None, for each entry of one.
 using Partners = std::vector<std::size_t>;
 
-Entry MakeEntry(std::string_view value, const LeadByteTable& leadBytes) {
-    // A host may name a favorite with more than a line; what a reader finds is the first.
-    const std::string_view line = Trimmed(value.substr(0, value.find_first_of("\r\n")), leadBytes);
-    const std::unique_ptr<CPMXTemplUIListData> record = ParseListValue(line, leadBytes);
+Entry MakeEntry(std::string_view value) {
+    const std::unique_ptr<CPMXTemplUIListData> record = ParseListValue(value, LeadBytesIn(value));
     if (record == nullptr) {
-        return {value, std::string(line), "?" + std::string(line), EntryKind::Unreadable};
+        return {value, std::string(value), "?" + std::string(value), EntryKind::Unreadable};
     }
     std::string text = FormatListValue(*record);
     if (IsStandardLevel(record->GetLevel())) {
         const std::string number = std::to_string(LeadingNumber(record->GetFileName()));
         return {value, std::move(text), number + FieldSeparator + record->GetName(), EntryKind::Standard};
     }
-    return {value, std::move(text), "/" + FoldedFileName(record->GetFileName(), leadBytes),
-            EntryKind::Favorite};
+    return {value, std::move(text), "/" + FoldedFileName(record->GetFileName()), EntryKind::Favorite};
 }
 
-Entries MakeEntries(const ListValues& values, const LeadByteTable& leadBytes) {
+Entries MakeEntries(const ListValues& values) {
     Entries entries;
     entries.reserve(values.size());
     for (const std::string_view value : values) {
-        entries.push_back(MakeEntry(value, leadBytes));
+        entries.push_back(MakeEntry(value));
     }
     return entries;
 }
@@ -241,11 +238,10 @@ private:
 
 } // namespace
 
-ListValues MergeValues(const ListValues& base, const ListValues& mine, const ListValues& theirs,
-                       const LeadByteTable& leadBytes) {
-    const Entries baseEntries = MakeEntries(base, leadBytes);
-    const Entries myEntries = MakeEntries(mine, leadBytes);
-    const Entries theirEntries = MakeEntries(theirs, leadBytes);
+ListValues MergeValues(const ListValues& base, const ListValues& mine, const ListValues& theirs) {
+    const Entries baseEntries = MakeEntries(base);
+    const Entries myEntries = MakeEntries(mine);
+    const Entries theirEntries = MakeEntries(theirs);
     return Merge(baseEntries, myEntries, theirEntries).Run();
 }
 

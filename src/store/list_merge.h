@@ -19,7 +19,6 @@ namespace pmx {
 ///   or last when the order is mine.
 ///
 /// The cost is linear but for a small factor. The result refers to the texts of the arguments.
-ListValues MergeValues(const ListValues& base, const ListValues& mine, const ListValues& theirs,
-                       const LeadByteTable& leadBytes);
+ListValues MergeValues(const ListValues& base, const ListValues& mine, const ListValues& theirs);
 
 } // namespace pmx

@@ -23,11 +23,15 @@ constexpr const char* Filler = "filler";
 constexpr std::size_t BlockSize = 4096;
 constexpr std::size_t MostBlocks = 16;
 
-std::string ListOf(std::size_t count, const std::string& name) {
+std::string ValueOf(std::size_t number) {
+    const std::string digits = std::to_string(number);
+    return "0~name " + digits + "~1~0~14~file" + digits + ".pmt";
+}
+
+std::string ListOf(std::size_t count) {
     std::string text = "[PMXTemplateList]\r\nTemplateNum=" + std::to_string(count) + "\r\n";
     for (std::size_t number = 0; number < count; ++number) {
-        const std::string digits = std::to_string(number);
-        text += "TemplateData" + digits + "=0~" + name + digits + "~1~0~14~file" + digits + ".pmt\r\n";
+        text += "TemplateData" + std::to_string(number) + "=" + ValueOf(number) + "\r\n";
     }
     return text;
 }
@@ -56,16 +60,18 @@ protected:
 
 TEST_F(FullDisk, AListIsSavedWholeOrNotAtAll) {
     const std::string other = "; mine\r\n[Other]\r\nx=1\r\n";
-    const std::string old = other + ListOf(100, "old");
-    const std::string saved = other + ListOf(300, "new");
+    const std::string old = other + ListOf(100);
+    const std::string saved = other + ListOf(300);
     std::size_t refused = 0;
     for (std::size_t blocks = 0; blocks <= MostBlocks; ++blocks) {
         SCOPED_TRACE(blocks);
         CPMXTemplUIListDataArray list(nullptr, nullptr, Fakes.Services);
         ASSERT_TRUE(list.SetFolder(Folder->Path().c_str()));
-        Folder->Write(ListFile, saved);
-        ASSERT_TRUE(list.LoadList());
         Folder->Write(ListFile, old);
+        ASSERT_TRUE(list.LoadList());
+        for (std::size_t number = 100; number < 300; ++number) {
+            list.Add(ParseListValue(ValueOf(number), SystemLeadBytes()));
+        }
         Fill(blocks);
         const bool isSaved = list.WriteListFile();
         refused += isSaved ? 0 : 1;

@@ -87,7 +87,7 @@ void CPMXTemplUIChoiceBasicDlg::OnListKey(const ControlEvent& event) {
 /// The files of deleted favorites stay.
 void CPMXTemplUIChoiceBasicDlg::Commit() {
     const std::unique_ptr<WaitCursor> waiting = Window().ShowWaitCursor();
-    GetFavorites().WriteListFile(FavoritesInRows(), RowCount());
+    Favorites.GetList().WriteListFile(FavoritesInRows(), RowCount());
 }
 
 void CPMXTemplUIChoiceBasicDlg::DrawRow(int row, const CPMXTemplUIListData& record) {

@@ -5,9 +5,11 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -88,6 +90,18 @@ bool TryLock(const FileDescriptor& file, bool exclusive) {
     return flock(file.Get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
+/// The same for a shared lock. Whoever only asks whether the file is held, to replace it, holds it for a moment.
+bool TryShare(const FileDescriptor& file) {
+    constexpr int Attempts = 20;
+    for (int attempt = 1; attempt < Attempts; ++attempt) {
+        if (TryLock(file, false)) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return TryLock(file, false);
+}
+
 /// Why a file may not be replaced or deleted; None when it may, or when there is none.
 FileError ChangeError(const std::string& native) {
     const std::optional<struct stat> status = StatusOf(native);
@@ -119,7 +133,7 @@ FileDescriptor OpenShared(const std::string& path, int flags, FileError& error) 
         error = ErrorOf(errno);
         return {};
     }
-    const bool isFree = S_ISREG(status.st_mode) && TryLock(file, false);
+    const bool isFree = S_ISREG(status.st_mode) && TryShare(file);
     error = isFree ? FileError::None : FileError::Held;
     return isFree ? std::move(file) : FileDescriptor();
 }

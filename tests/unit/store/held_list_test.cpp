@@ -28,7 +28,7 @@ protected:
     }
 
     /// Saves the list while it is held. No file stays beside it, and nobody waits for long.
-    bool Save() const {
+    bool Save() {
         const auto start = std::chrono::steady_clock::now();
         const bool isSaved = List.WriteListFile();
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -42,7 +42,7 @@ ListValues ViewsOf(const std::vector<std::string>& values) {
 
 std::vector<std::string> Merged(const std::vector<std::string>& base, const std::vector<std::string>& mine,
                                 const std::vector<std::string>& theirs) {
-    const ListValues merged = MergeValues(ViewsOf(base), ViewsOf(mine), ViewsOf(theirs), SystemLeadBytes());
+    const ListValues merged = MergeValues(ViewsOf(base), ViewsOf(mine), ViewsOf(theirs));
     return {merged.begin(), merged.end()};
 }
 
@@ -142,16 +142,12 @@ TEST(ListMerge, TakesWhatSaysTheSameForUnchanged) {
               (std::vector<std::string>{"1~Name~1~1~14~a.pmt", ValueOf("b")}));
 }
 
-TEST(ListMerge, KnowsANameOfTwoLinesByTheFirst) {
-    const std::string mine = "1~two\r\nlines~101~0~1~3";
-    EXPECT_EQ(Merged({mine}, {mine}, {"1~two", ValueOf("a")}),
-              (std::vector<std::string>{mine, ValueOf("a")}));
-}
+#ifndef _WIN32 // whose clock counts the time of other programs, too
 
-/// Ten thousand entries of each kind, in a time that a quadratic cost would exceed by far.
-TEST(ListMerge, CostsTheSameForEachEntryHoweverManyThereAre) {
+/// Processor time of merging so many entries of each kind, all of them moved.
+std::clock_t CostOf(int count) {
     std::vector<std::string> base;
-    for (int number = 0; number < 10'000; ++number) {
+    for (int number = 0; number < count; ++number) {
         base.push_back("0~a~1~0~14~" + std::to_string(number) + ".pmt");
         base.push_back(ValueOf("s"));
         base.push_back(ValueOf("?x"));
@@ -159,10 +155,16 @@ TEST(ListMerge, CostsTheSameForEachEntryHoweverManyThereAre) {
     const std::vector<std::string> mine(base.rbegin(), base.rend());
     std::vector<std::string> theirs = base;
     theirs.insert(theirs.end(), base.size(), ValueOf("s"));
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock();
     EXPECT_EQ(Merged(base, mine, theirs).size(), theirs.size());
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    return std::clock() - begin;
 }
+
+TEST(ListMerge, CostsTheSameForEachEntryHoweverManyThereAre) {
+    EXPECT_LT(CostOf(8'000), 10 * CostOf(2'000) + CLOCKS_PER_SEC / 20);
+}
+
+#endif
 
 } // namespace
 } // namespace pmx::test
