@@ -73,7 +73,7 @@ public:
         return TimeOf([&] { Program.Load(Folder.GetPlace(), loaded); });
     }
 
-    Microseconds Save() const {
+    Microseconds Save() {
         return TimeOf([&] { Program.Save(Folder.GetPlace(), List); });
     }
 

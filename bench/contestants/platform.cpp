@@ -29,7 +29,7 @@ void LoadSection(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void SaveSection(const Place& place, const CPMXTemplUIListDataArray& list) {
+void SaveSection(const Place& place, CPMXTemplUIListDataArray& list) {
     std::string entries;
     WriteSection(list, [&](const char* key, const char* value) {
         entries.append(key).append("=").append(value).push_back('\0');
@@ -50,7 +50,7 @@ void LoadKeys(const Place& place, CPMXTemplUIListDataArray& list) {
     }
 }
 
-void SaveKeys(const Place& place, const CPMXTemplUIListDataArray& list) {
+void SaveKeys(const Place& place, CPMXTemplUIListDataArray& list) {
     const std::string path = Aside(place.Path);
     WriteSection(list, [&](const char* key, const char* value) {
         Require(WritePrivateProfileStringA(Section, key, value, path.c_str()) != FALSE,
