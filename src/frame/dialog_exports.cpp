@@ -5,15 +5,14 @@
 #include "dialogs/choice/choice_entry_dlg.h"
 #include "dialogs/editor/main_dlg.h"
 #include "platform/text.h"
+#include "store/favorite_files.h"
+#include "store/list_file.h"
 
 #include <string>
 
 namespace pmx {
 
 namespace {
-
-constexpr const char* EditorListFileName = "PmxTempleList.ini";
-constexpr const char* EditorExtension = ".pmt";
 
 std::string WithinLimit(std::string text, std::size_t limit, const LeadByteTable& leadBytes) {
     text.resize(LengthWithin(text, limit, leadBytes));
@@ -38,8 +37,8 @@ std::int64_t ResultOfDialog(int code) {
 
 std::int64_t ShowEditor(const char* folder, WindowHandle owner, const DialogServices& services,
                         const StoreServices& storeServices) {
-    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, SystemLeadBytes()), EditorListFileName,
-                              EditorExtension, owner, services, storeServices);
+    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, SystemLeadBytes()), DefaultListFileName,
+                              DefaultExtension, owner, services, storeServices);
     return ResultOfDialog(dialog.DoModal());
 }
 

@@ -1,14 +1,13 @@
 #include "dialogs/base/pmx_dlg.h"
 
 #include "platform/text.h"
+#include "store/list_file.h"
 
 #include <algorithm>
 
 namespace pmx {
 
 namespace {
-
-constexpr char NameSeparator = '~';
 
 bool IsNameBlank(std::string_view character) {
     constexpr std::string_view FullWidthBlank = "\x81\x40";
@@ -112,7 +111,7 @@ std::string CPmxDlg::TrimmedName(std::string_view name) const {
 }
 
 bool CPmxDlg::HasSeparator(std::string_view name) const {
-    return FindSingleByte(name, NameSeparator, SystemLeadBytes()) != std::string_view::npos;
+    return FindSingleByte(name, FieldSeparator, SystemLeadBytes()) != std::string_view::npos;
 }
 
 bool CPmxDlg::OnOpened(DialogWindow& window) {
