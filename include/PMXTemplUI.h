@@ -19,6 +19,8 @@
  * the caller.
  */
 
+#include "PMXTemplUIVersion.h"
+
 #include <stdint.h>
 
 #ifdef __cplusplus

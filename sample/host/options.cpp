@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <shellapi.h>
+#include <shlobj.h>
 
 namespace pmx::host {
 
@@ -21,10 +22,35 @@ std::vector<std::wstring> Arguments() {
     return {arguments.get() + 1, arguments.get() + count};
 }
 
-std::wstring FolderBesideProgram(const wchar_t* name) {
-    std::wstring path(MAX_PATH, L'\0');
+std::filesystem::path FolderOfProgram() {
+    std::wstring path(32768, L'\0');
     path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return (std::filesystem::path(path).parent_path() / name).wstring();
+    return std::filesystem::path(path).parent_path();
+}
+
+/// The user's documents; empty when the system does not tell.
+std::filesystem::path DocumentsFolder() {
+    wchar_t* text = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Documents, 0, nullptr, &text);
+    const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> owner(text, CoTaskMemFree);
+    return SUCCEEDED(result) ? text : L"";
+}
+
+/// Makes the folder if need be; false when no file can be made in it.
+bool CanBeWritten(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    const HANDLE file = CreateFileW((folder / L"~write~").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file) != FALSE;
+}
+
+/// Beside the program; where that cannot be written, as in the folder of installed programs, in the documents.
+std::wstring DefaultFolder() {
+    const std::filesystem::path beside = FolderOfProgram() / L"favorites";
+    const std::filesystem::path documents = DocumentsFolder();
+    const bool isBeside = documents.empty() || CanBeWritten(beside);
+    return (isBeside ? beside : documents / L"PmxSampleHost" / L"favorites").wstring();
 }
 
 } // namespace
@@ -40,7 +66,7 @@ Options ReadOptions() {
         }
     }
     if (options.FavoritesFolder.empty()) {
-        options.FavoritesFolder = FolderBesideProgram(L"favorites");
+        options.FavoritesFolder = DefaultFolder();
     }
     // The list file is reached through the system's profile functions, which take a bare name for the Windows
     // folder's.
