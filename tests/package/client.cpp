@@ -18,9 +18,11 @@ int main() {
         return 1;
     }
     const std::int32_t level = PMX_LEVEL_DOCUMENT + PMX_LEVEL_STANDARD;
-    std::vector<TemplInfo> infos(static_cast<std::size_t>(EX_GetTemplListSize(list, level)) / sizeof(TemplInfo));
+    std::vector<TemplInfo> infos(static_cast<std::size_t>(EX_GetTemplListSize(list, level)) /
+                                 sizeof(TemplInfo));
     std::int64_t count = 0;
-    EX_GetAllTemplInfo(list, level, infos.data(), static_cast<std::int64_t>(infos.size() * sizeof(TemplInfo)), &count);
+    EX_GetAllTemplInfo(list, level, infos.data(), static_cast<std::int64_t>(infos.size() * sizeof(TemplInfo)),
+                       &count);
     std::vector<unsigned char> table(PMX_TABLE_SIZE);
     const bool isRead = EX_CurTemplInfo(list, 0, 1, table.data(), PMX_TABLE_SIZE) == 0;
     std::printf("%s %s %d\n", PMX_VERSION, infos.at(0).Name, isRead ? 1 : 0);
