@@ -90,16 +90,14 @@ bool TryLock(const FileDescriptor& file, bool exclusive) {
     return flock(file.Get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
-/// The same for a shared lock. Whoever only asks whether the file is held, to replace it, holds it for a moment.
+/// The same for a shared lock. Whoever only asks whether the file is held, to replace it, has it for a moment.
 bool TryShare(const FileDescriptor& file) {
-    constexpr int Attempts = 20;
-    for (int attempt = 1; attempt < Attempts; ++attempt) {
-        if (TryLock(file, false)) {
-            return true;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    bool isFree = TryLock(file, false);
+    for (int attempts = 3; attempts > 0 && !isFree; --attempts) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        isFree = TryLock(file, false);
     }
-    return TryLock(file, false);
+    return isFree;
 }
 
 /// Why a file may not be replaced or deleted; None when it may, or when there is none.
