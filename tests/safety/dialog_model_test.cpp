@@ -38,10 +38,8 @@ int NumberFromEnvironment(const char* name, int usual) {
 int Actions() {
 #if defined(_WIN32)
     constexpr int Usual = 6'000; // files are slow there
-#elif defined(__SANITIZE_ADDRESS__)
-    constexpr int Usual = 40'000;
 #else
-    constexpr int Usual = 100'000;
+    constexpr int Usual = 40'000;
 #endif
     return NumberFromEnvironment("PMX_MODEL_STEPS", Usual);
 }

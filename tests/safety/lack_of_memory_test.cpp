@@ -16,7 +16,7 @@ namespace {
 
 /// Every so manyth allocation is refused: all of them where that is fast, some where the same code runs
 /// again.
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(PMX_UNDER_SANITIZERS)
 constexpr std::size_t Step = 2;
 #elif defined(_WIN32)
 constexpr std::size_t Step = 7;
