@@ -29,25 +29,6 @@ TEST_F(ConvertChoiceTest, AUserFavoriteGivesItsTable) {
     EXPECT_EQ(Snapshot(), before);
 }
 
-TEST_F(ConvertChoiceTest, EachLevelBeginsWithItsPartAndEndsInZeros) {
-    for (std::int32_t level = 1; level <= 5; ++level) {
-        WriteFavorite("a.pmt", TableOf(10));
-        Folder.Write(ListFile, Section({"0~A~" + std::to_string(level) + "~0~14~a.pmt"}));
-        std::fill(Buffer.begin(), Buffer.end(), static_cast<unsigned char>(0xEE));
-        EXPECT_EQ(Convert("A", level), 0);
-        std::vector<unsigned char> expected = PartOf(TableOf(10), level);
-        expected.resize(PMX_TABLE_SIZE, 0);
-        EXPECT_EQ(Buffer, expected) << level;
-    }
-}
-
-TEST_F(ConvertChoiceTest, NamesAreExact) {
-    Fill();
-    EXPECT_EQ(Convert("first", 1), -1);
-    EXPECT_EQ(Convert(" First", 1), -1);
-    EXPECT_THAT(Buffer, Each(0xEE));
-}
-
 TEST_F(ConvertChoiceTest, TheLevelMustBeTheFavorites) {
     Fill();
     EXPECT_EQ(Convert("Second", 1), -1);
@@ -61,22 +42,6 @@ TEST_F(ConvertChoiceTest, AStandardFavoriteHasNoFile) {
     EXPECT_EQ(Convert("Duplex", 101), -1);
     WriteFavorite("3", TableOf(1), 1);
     EXPECT_EQ(Convert("Duplex", 101), -1) << "there is no part of level 101";
-    EXPECT_THAT(Buffer, Each(0xEE));
-}
-
-TEST_F(ConvertChoiceTest, TheFirstFavoriteOfANameCounts) {
-    Fill();
-    Folder.Write(ListFile, Section({"0~Same~1~0~14~first.pmt", "0~Same~3~0~14~second.pmt"}));
-    EXPECT_EQ(Convert("Same", 3), -1);
-    EXPECT_EQ(Convert("Same", 1), 0);
-}
-
-TEST_F(ConvertChoiceTest, AMissingOrDamagedFileIsAFailure) {
-    Fill();
-    Folder.Remove("first.pmt");
-    EXPECT_EQ(Convert("First", 1), -1);
-    Folder.Write("second.pmt", "no favorite");
-    EXPECT_EQ(Convert("Second", 3), -1);
     EXPECT_THAT(Buffer, Each(0xEE));
 }
 

@@ -31,21 +31,6 @@ TEST_F(DefaultFavoritesTest, TheOtherExportLeavesItOffTheToolbar) {
     EXPECT_EQ(Folder.Read(ListFile), Section({"1~Fresh~101~0~14~1"}));
 }
 
-TEST_F(DefaultFavoritesTest, AnUnknownNumberIsWrittenButNeverReturned) {
-    const ListHandle handle = Open();
-    EXPECT_EQ(EX_CreateDefaultTempl(handle.get(), "Seven", 7, 14), 0);
-    EXPECT_EQ(Folder.Read(ListFile), Section({"1~Seven~101~0~14~7"}));
-    EXPECT_EQ(EX_GetTemplListSize(handle.get(), 101), 0);
-    EXPECT_EQ(Part(handle.get(), 0, 1).size(), 8657U) << "at its position it can be asked for";
-}
-
-TEST_F(DefaultFavoritesTest, TheSameFavoriteMayBeMadeTwice) {
-    const ListHandle handle = Open();
-    EXPECT_EQ(EX_CreateDefaultChoice(handle.get(), "Same", 3, 14), 0);
-    EXPECT_EQ(EX_CreateDefaultChoice(handle.get(), "Same", 3, 14), 0);
-    EXPECT_EQ(Folder.Read(ListFile), Section({"1~Same~101~1~14~3", "1~Same~101~1~14~3"}));
-}
-
 TEST_F(DefaultFavoritesTest, ANullNameCountsAsEmpty) {
     const ListHandle handle = Open();
     EXPECT_EQ(EX_CreateDefaultTempl(handle.get(), nullptr, 3, 14), 0);

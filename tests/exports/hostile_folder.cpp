@@ -60,24 +60,6 @@ std::map<std::string, std::string> HostileFolder::Outside() const {
     return files;
 }
 
-std::vector<std::string> HostileFolder::FavoritesThatPointOutside() const {
-    return {"0~A~1~1~14~..\\outside.pmt",
-            "0~B~1~1~14~../outside.pmt",
-            "0~C~1~1~14~" + Folder.Path("outside.pmt"),
-            "0~D~1~1~14~.\\..\\outside.pmt",
-            "0~E~1~1~14~\\outside.pmt",
-            "0~F~1~1~14~C:outside.pmt",
-            "0~G~1~1~14~..",
-            "0~H~1~1~14~.",
-            "0~I~1~1~14~NUL",
-            "0~J~1~1~14~con.pmt",
-            std::string("0~K~1~1~14~") + ListFile,
-            "0~L~1~1~14~a.pmt:stream",
-            "0~M~1~1~14~\x81/..\\outside.pmt",
-            "0~N~1~1~14~\\\\?\\" + Folder.Path("outside.pmt"),
-            "0~O~1~1~14~..\\Outside\\kept.pmt"};
-}
-
 void HostileFolder::WriteEveryKindOfFile() const {
     WriteFavorite(Favorites("good.pmt"), 10);
     const std::string good = Folder.Read("Favorites\\good.pmt");

@@ -34,8 +34,9 @@ protected:
     std::string Favorites() const { return Folder.Path("Favorites"); }
     std::string Favorites(const std::string& name) const { return Favorites() + '\\' + name; }
 
-    /// Favorites whose file fields lead out of the folder.
-    std::vector<std::string> FavoritesThatPointOutside() const;
+    std::vector<std::string> FavoritesThatPointOutside() const {
+        return test::FavoritesThatPointOutside(Folder.Path("outside.pmt"));
+    }
 
     /// Makes the files of FavoritesOfEveryKindOfFile: damaged.pmt, empty.pmt, cut.pmt, altered.pmt, huge.pmt
     /// (200 MB), folder.pmt, link.pmt (to a favorite outside), nowhere.pmt (a link to a missing file

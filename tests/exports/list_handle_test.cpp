@@ -43,16 +43,6 @@ TEST_F(ListHandleTest, TheListFilesNameAndTheExtensionMayBeGiven) {
     EXPECT_THAT(NamesOf(Summaries(Open(nullptr, ".fav").get(), 1)), ElementsAre("Default"));
 }
 
-TEST_F(ListHandleTest, AFolderNeedsNoSeparatorAtItsEnd) {
-    Fill();
-    const std::string path = Folder.Path().substr(0, Folder.Path().size() - 1);
-    const ListHandle handle(EX_CreateTemplList(path.c_str(), nullptr, nullptr));
-    ASSERT_NE(handle, nullptr);
-    const std::vector<TemplInfo> summaries = Summaries(handle.get(), 1);
-    ASSERT_EQ(summaries.size(), 1U);
-    EXPECT_EQ(summaries[0].FilePath, path + "\\\\first.pmt");
-}
-
 TEST_F(ListHandleTest, ALevelGivesItsUserFavoritesAloneOrWithTheStandardOnes) {
     Fill();
     const ListHandle handle = Open();
@@ -75,50 +65,6 @@ TEST_F(ListHandleTest, TheBufferSizeIsOnlyAskedForItsSign) {
     EXPECT_EQ(count, 3);
 }
 
-TEST_F(ListHandleTest, ASummaryIs548BytesWithEveryFieldInItsPlace) {
-    const std::string name = Sjis(u8"ミ表×ｱ");
-    Folder.Write(ListFile, Section({"0~Other~2~0~14~other.pmt", "0~" + name + "~1~1~59~" + name + ".pmt"}));
-    const ListHandle handle = Open();
-    ASSERT_EQ(EX_GetTemplListSize(handle.get(), 1), 548);
-    std::vector<unsigned char> bytes(548, 0xEE);
-    std::int64_t count = 0;
-    ASSERT_EQ(EX_GetAllTemplInfo(handle.get(), 1, bytes.data(), 548, &count), 0);
-    std::vector<unsigned char> expected(548, 0);
-    expected[0] = 1;
-    expected[8] = 0;
-    expected[12] = 1;
-    std::memcpy(expected.data() + 16, name.data(), name.size());
-    const std::string path = Folder.Path() + "\\" + name + ".pmt";
-    std::memcpy(expected.data() + 276, path.data(), path.size());
-    expected[536] = 1;
-    expected[540] = 59;
-    EXPECT_EQ(bytes, expected);
-}
-
-TEST_F(ListHandleTest, AStandardFavoritesSummaryHasItsNumberAsPath) {
-    Fill();
-    const ListHandle handle = Open();
-    const TemplInfo info = Summaries(handle.get(), 101).at(1);
-    EXPECT_EQ(std::int64_t{info.Position}, 2);
-    EXPECT_EQ(info.Standard, 1U);
-    EXPECT_EQ(info.Level, 101);
-    EXPECT_STREQ(info.FilePath, "3");
-    EXPECT_EQ(info.Toolbar, 1);
-    EXPECT_EQ(std::int64_t{info.IconIndex}, 3);
-}
-
-TEST_F(ListHandleTest, LongNamesAreCutTo259BytesBetweenCharacters) {
-    std::string kanji;
-    while (kanji.size() < 300) {
-        kanji += Sjis(u8"表");
-    }
-    Folder.Write(ListFile, Section({"0~" + std::string(260, 'n') + "~1~0~14~a", "0~" + kanji + "~1~0~14~b"}));
-    const std::vector<TemplInfo> summaries = Summaries(Open().get(), 1);
-    ASSERT_EQ(summaries.size(), 2U);
-    EXPECT_EQ(summaries[0].Name, std::string(259, 'n'));
-    EXPECT_EQ(summaries[1].Name, kanji.substr(0, 258));
-}
-
 TEST_F(ListHandleTest, EachPartOfAFavoritesTableIsCopiedAtItsExactLength) {
     Fill();
     const ListHandle handle = Open();
@@ -126,29 +72,6 @@ TEST_F(ListHandleTest, EachPartOfAFavoritesTableIsCopiedAtItsExactLength) {
         EXPECT_EQ(Part(handle.get(), 0, part), PartOf(TableOf(10), part)) << part;
         EXPECT_EQ(Part(handle.get(), 1, part), PartOf(TableOf(20), part)) << part;
     }
-}
-
-TEST_F(ListHandleTest, ALoadedFavoriteStaysLoadedUntilTheHandleIsClosed) {
-    Fill();
-    ListHandle handle = Open();
-    EXPECT_EQ(Part(handle.get(), 0, 1), TableOf(10));
-    WriteFavorite("first.pmt", TableOf(99));
-    EXPECT_EQ(Part(handle.get(), 0, 1), TableOf(10));
-    handle = Open();
-    EXPECT_EQ(Part(handle.get(), 0, 1), TableOf(99));
-}
-
-TEST_F(ListHandleTest, AFavoriteWhoseFileIsMissingOrDamagedFailsUntilItIsThere) {
-    Fill();
-    Folder.Remove("first.pmt");
-    Folder.Write("second.pmt", "no favorite");
-    const ListHandle handle = Open();
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        EXPECT_THAT(Part(handle.get(), 0, 1), IsEmpty());
-        EXPECT_THAT(Part(handle.get(), 1, 3), IsEmpty());
-    }
-    WriteFavorite("first.pmt", TableOf(30));
-    EXPECT_EQ(Part(handle.get(), 0, 1), TableOf(30));
 }
 
 TEST_F(ListHandleTest, StandardFavoritesAreMadeByTheHost) {
@@ -165,32 +88,6 @@ TEST_F(ListHandleTest, StandardFavoritesAreMadeByTheHost) {
     fresh.GetTable(freshTable);
     EXPECT_EQ(std::memcmp(duplex.data(), freshTable.Bytes, sizeof freshTable.Bytes), 0);
     EXPECT_NE(duplex, upperLeft);
-}
-
-TEST_F(ListHandleTest, FileFieldsThatLeadOutOfTheFolderAreMissingFiles) {
-    WriteFavorite("outside.pmt", TableOf(1));
-    Folder.AddFolder("Favorites");
-    Folder.Write(std::string("Favorites\\") + ListFile,
-                 Section({"0~A~1~0~14~..\\outside.pmt", "0~B~1~0~14~../outside.pmt",
-                          "0~C~1~0~14~" + Folder.Path("outside.pmt"), "0~D~1~0~14~NUL",
-                          std::string("0~E~1~0~14~") + ListFile}));
-    const std::string favorites = Folder.Path("Favorites");
-    const ListHandle handle(EX_CreateTemplList(favorites.c_str(), nullptr, nullptr));
-    ASSERT_NE(handle, nullptr);
-    EXPECT_EQ(Summaries(handle.get(), 1).size(), 5U);
-    for (std::int64_t position = 0; position < 5; ++position) {
-        EXPECT_THAT(Part(handle.get(), position, 1), IsEmpty()) << position;
-    }
-    unsigned char buffer[PMX_TABLE_SIZE];
-    EXPECT_EQ(EX_ConvertChoiceData("A", favorites.c_str(), ListFile, ".pmt", buffer, 1), -1);
-}
-
-TEST_F(ListHandleTest, AHostileCountIsHarmless) {
-    for (const char* const count : {"2147483647", "-1", "4294967295", "x"}) {
-        Folder.Write(ListFile, std::string("[PMXTemplateList]\r\nTemplateNum=") + count +
-                                   "\r\nTemplateData0=0~A~1~0~14~a\r\n");
-        EXPECT_LE(Summaries(Open().get(), 1).size(), 1U) << count;
-    }
 }
 
 TEST_F(ListHandleTest, FoldersWithDoubleByteNamesAreOpened) {

@@ -150,13 +150,7 @@ protected:
 };
 
 TEST_F(HostileFolder, FileFieldsThatPointOutsideReachNothing) {
-    const std::string absolute = Folder.Path(Outside);
-    OpenEverywhere({"0~A~1~1~14~..\\outside.pmt", "0~B~1~1~14~../outside.pmt", "0~C~1~1~14~" + absolute,
-                    "0~D~1~1~14~.\\..\\outside.pmt", "0~E~1~1~14~\\outside.pmt", "0~F~1~1~14~C:outside.pmt",
-                    "0~G~1~1~14~..", "0~H~1~1~14~.", "0~I~1~1~14~NUL", "0~J~1~1~14~con.pmt",
-                    std::string("0~K~1~1~14~") + ListFile, "0~L~1~1~14~a.pmt:stream",
-                    "0~M~1~1~14~\x81/..\\outside.pmt"},
-                   "A");
+    OpenEverywhere(FavoritesThatPointOutside(Folder.Path(Outside)), "A");
 }
 
 TEST_F(HostileFolder, NumbersAtAndBeyondEveryLimitAreOnlyNumbers) {
@@ -195,7 +189,7 @@ TEST_F(HostileFolder, AFolderInTheFilesPlaceIsAMissingFile) {
 
 TEST_F(HostileFolder, DamagedAndHugeFilesAreNotLoaded) {
     Folder.Write(Inside("a.pmt"), "damaged");
-    Folder.Write(Inside("b.pmt"), std::string(20'000'000, 'h'));
+    Folder.Write(Inside("b.pmt"), std::string(1'000'000, 'h'));
     Folder.Write(Inside("c.pmt"), "");
     OpenEverywhere({"0~A~1~1~14~a.pmt", "0~B~1~1~14~b.pmt", "0~C~1~1~14~c.pmt"}, "B");
 }

@@ -31,6 +31,24 @@ std::vector<std::string> FavoritesWithBrokenNames() {
     return values;
 }
 
+std::vector<std::string> FavoritesThatPointOutside(const std::string& outside) {
+    return {"0~A~1~1~14~..\\outside.pmt",
+            "0~B~1~1~14~../outside.pmt",
+            "0~C~1~1~14~" + outside,
+            "0~D~1~1~14~.\\..\\outside.pmt",
+            "0~E~1~1~14~\\outside.pmt",
+            "0~F~1~1~14~C:outside.pmt",
+            "0~G~1~1~14~..",
+            "0~H~1~1~14~.",
+            "0~I~1~1~14~NUL",
+            "0~J~1~1~14~con.pmt",
+            "0~K~1~1~14~PmxTempleList.ini",
+            "0~L~1~1~14~a.pmt:stream",
+            "0~M~1~1~14~\x81/..\\outside.pmt",
+            "0~N~1~1~14~\\\\?\\" + outside,
+            "0~O~1~1~14~..\\Outside\\kept.pmt"};
+}
+
 std::vector<std::string> HostileCounts() {
     return {"2147483647",           "2147483648", "4294967295", "-1", "-2147483648",
             "99999999999999999999", "",           "x",          "1"};
