@@ -20,14 +20,14 @@ void Load(CPMXTemplUIListDataArray& list) {
 
 void RequireWholeRecords(const CPMXTemplUIListDataArray& list) {
     for (std::int64_t index = 0; index < list.GetSize(); ++index) {
-        const CPMXTemplUIListData* const record = list.GetAt(index);
-        Require(record != nullptr && !record->GetName().empty() && !record->GetFileName().empty(),
+        const CPMXTemplUIListData& record = list.At(index);
+        Require(!record.GetName().empty() && !record.GetFileName().empty(),
                 "every favorite has a name and a file");
     }
 }
 
 std::string SavedAndRead() {
-    CPMXTemplUIListDataArray list;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, SystemStoreServices());
     Load(list);
     RequireWholeRecords(list);
     Require(list.WriteListFile(), "a list can be written");
@@ -36,7 +36,7 @@ std::string SavedAndRead() {
 
 void Run(std::string_view file) {
     PutFile(ListFile, file);
-    CPMXTemplUIListDataArray list;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, SystemStoreServices());
     Load(list);
     Require(static_cast<std::size_t>(list.GetSize()) <= file.size() / ShortestEntry + 1,
             "no more favorites than the file has room for");
