@@ -47,7 +47,7 @@ void CheckFileName(const std::string& name) {
         Require(FindSingleByte(safe, letter, leadBytes) == std::string_view::npos,
                 "a safe name has no forbidden character");
     }
-    CPMXTemplUIListDataArray list;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, SystemStoreServices());
     Require(list.SetFolder(Folder().Path().c_str()), "the folder can be used");
     if (const auto fileName = list.MakeFileName(name)) {
         Require(!SystemFiles().Exists(Folder().Path(*fileName)), "a new file name is not in use");
@@ -55,7 +55,7 @@ void CheckFileName(const std::string& name) {
 }
 
 void CheckPath(const std::string& fileName) {
-    CPMXTemplUIListDataArray list;
+    CPMXTemplUIListDataArray list(nullptr, nullptr, SystemStoreServices());
     Require(list.SetFolder(Folder().Path().c_str()), "the folder can be used");
     CPMXTemplUIListData record;
     record.SetFileName(fileName);

@@ -16,9 +16,9 @@ namespace {
 using test::HoldingProcess;
 
 #ifdef _WIN32
-constexpr int Kills = 25; // starting a process takes long
+constexpr int KilledPrograms = 25; // starting a process takes long
 #else
-constexpr int Kills = 200;
+constexpr int KilledPrograms = 200;
 #endif
 
 class CrashTest : public ExportTest {
@@ -52,7 +52,7 @@ TEST_F(CrashTest, AProcessThatIsKilledLeavesTheOldListOrTheNewOne) {
     const std::string folder = Folder.Path().substr(0, Folder.Path().size() - 1);
     std::mt19937 random(932);
     std::size_t most = 0;
-    for (int kill = 0; kill < Kills; ++kill) {
+    for (int kill = 0; kill < KilledPrograms; ++kill) {
         SCOPED_TRACE(kill);
         Folder.Write(ListFile, ListWith(0));
         HoldingProcess saving("pmx_save_forever", folder);

@@ -18,7 +18,7 @@ using Names = std::vector<std::string>;
 /// Runs `work` with the first, the second, … allocation refused, until one run needs no more, and `check`
 /// after each run that failed.
 template <typename Work, typename Check>
-void RefuseEachAllocation(Work work, Check check) {
+void RefuseEachAllocationOf(Work work, Check check) {
     bool wasRefused = true;
     for (std::size_t granted = 0; wasRefused; ++granted) {
         SCOPED_TRACE(granted);
@@ -42,8 +42,8 @@ TEST(FilesMemoryTest, CopyThatFailsLeavesNothingBehind) {
     folder.Write("a", "A");
     const std::string source = folder.Path("a");
     const std::string target = folder.Path("b");
-    RefuseEachAllocation([&] { RetryCopyFile(SystemStoreServices(), source, target); },
-                         [&] { EXPECT_EQ(folder.Names(), Names{"a"}); });
+    RefuseEachAllocationOf([&] { RetryCopyFile(SystemStoreServices(), source, target); },
+                           [&] { EXPECT_EQ(folder.Names(), Names{"a"}); });
     EXPECT_EQ(folder.Read("b"), "A");
 }
 
@@ -51,11 +51,11 @@ TEST(FilesMemoryTest, ListFileThatIsNotReplacedStaysAndNothingBesideIt) {
     const TempFolder folder;
     folder.Write("list", "old");
     const std::string path = folder.Path("list");
-    RefuseEachAllocation([&] { ReplaceListFile(SystemStoreServices(), path, "new"); },
-                         [&] {
-                             EXPECT_EQ(folder.Names(), Names{"list"});
-                             EXPECT_EQ(folder.Read("list"), "old");
-                         });
+    RefuseEachAllocationOf([&] { ReplaceListFile(SystemStoreServices(), path, "new"); },
+                           [&] {
+                               EXPECT_EQ(folder.Names(), Names{"list"});
+                               EXPECT_EQ(folder.Read("list"), "old");
+                           });
     EXPECT_EQ(folder.Read("list"), "new");
 }
 

@@ -2,6 +2,7 @@
 #include "store/list_data_array.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,6 @@
 
 namespace pmx::test {
 namespace {
-
-constexpr const char* ListFile = "PmxTempleList.ini";
 
 /// Most bytes of memory that a favorite may cost while the list is loaded, beyond those of the file.
 constexpr std::size_t BytesPerFavorite = 260;

@@ -10,19 +10,19 @@
 namespace pmx::posix {
 namespace {
 
-using Bytes = std::vector<std::byte>;
+using FileBytes = std::vector<std::byte>;
 
-void AddWord(Bytes& bytes, unsigned value) {
+void AddWord(FileBytes& bytes, unsigned value) {
     bytes.push_back(static_cast<std::byte>(value & 0xFF));
     bytes.push_back(static_cast<std::byte>(value >> 8));
 }
 
-void AddLong(Bytes& bytes, unsigned value) {
+void AddLong(FileBytes& bytes, unsigned value) {
     AddWord(bytes, value & 0xFFFF);
     AddWord(bytes, value >> 16);
 }
 
-void AddResource(Bytes& bytes, unsigned type, unsigned id, unsigned language, const Bytes& data) {
+void AddResource(FileBytes& bytes, unsigned type, unsigned id, unsigned language, const FileBytes& data) {
     AddLong(bytes, static_cast<unsigned>(data.size()));
     AddLong(bytes, 32);
     AddWord(bytes, 0xFFFF);
@@ -38,15 +38,15 @@ void AddResource(Bytes& bytes, unsigned type, unsigned id, unsigned language, co
     bytes.resize((bytes.size() + 3) / 4 * 4);
 }
 
-Bytes EmptyFile() {
-    Bytes bytes;
+FileBytes EmptyFile() {
+    FileBytes bytes;
     AddResource(bytes, 0, 0, 0, {});
     return bytes;
 }
 
 /// Strings 32 and 34 of block 3: "ab" and "表".
-Bytes StringBlock() {
-    Bytes block;
+FileBytes StringBlock() {
+    FileBytes block;
     AddWord(block, 2);
     AddWord(block, 'a');
     AddWord(block, 'b');
@@ -59,16 +59,16 @@ Bytes StringBlock() {
     return block;
 }
 
-Bytes Sample() {
-    Bytes bytes = EmptyFile();
+FileBytes Sample() {
+    FileBytes bytes = EmptyFile();
     AddResource(bytes, 6, 3, 0x0411, StringBlock());
-    AddResource(bytes, 24, 2, 0, Bytes(5, std::byte{7}));
-    AddResource(bytes, 24, 2, 0x0411, Bytes(3, std::byte{8}));
+    AddResource(bytes, 24, 2, 0, FileBytes(5, std::byte{7}));
+    AddResource(bytes, 24, 2, 0x0411, FileBytes(3, std::byte{8}));
     return bytes;
 }
 
 TEST(ResFile, FindsResourcesByTypeNumberAndLanguage) {
-    const Bytes bytes = Sample();
+    const FileBytes bytes = Sample();
     const auto file = ResFile::Read(bytes);
     ASSERT_TRUE(file);
     EXPECT_EQ(file->Find(ResourceType::Manifest, 2).size(), 5U);
@@ -80,7 +80,7 @@ TEST(ResFile, FindsResourcesByTypeNumberAndLanguage) {
 }
 
 TEST(ResFile, FindsStringsByNumber) {
-    const Bytes bytes = Sample();
+    const FileBytes bytes = Sample();
     const auto file = ResFile::Read(bytes);
     ASSERT_TRUE(file);
     EXPECT_EQ(file->StringOf(32), u"ab");
@@ -92,11 +92,11 @@ TEST(ResFile, FindsStringsByNumber) {
 }
 
 TEST(ResFile, HasNoStringWhereItsBlockIsCutOff) {
-    const Bytes whole = StringBlock();
+    const FileBytes whole = StringBlock();
     for (std::size_t length = 0; length < 12; ++length) {
-        Bytes bytes = EmptyFile();
+        FileBytes bytes = EmptyFile();
         AddResource(bytes, 6, 3, 0x0411,
-                    Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+                    FileBytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
         const auto file = ResFile::Read(bytes);
         ASSERT_TRUE(file);
         EXPECT_EQ(file->StringOf(34), std::nullopt) << length;
@@ -104,7 +104,7 @@ TEST(ResFile, HasNoStringWhereItsBlockIsCutOff) {
 }
 
 TEST(ResFile, PassesOverResourcesWithNames) {
-    Bytes bytes = EmptyFile();
+    FileBytes bytes = EmptyFile();
     AddLong(bytes, 0);
     AddLong(bytes, 32);
     for (const unsigned unit : {unsigned{'A'}, 0U, unsigned{'B'}, 0U}) {
@@ -114,7 +114,7 @@ TEST(ResFile, PassesOverResourcesWithNames) {
     AddLong(bytes, 0);
     AddLong(bytes, 0);
     AddLong(bytes, 0);
-    AddResource(bytes, 2, 9, 0, Bytes(1));
+    AddResource(bytes, 2, 9, 0, FileBytes(1));
     const auto file = ResFile::Read(bytes);
     ASSERT_TRUE(file);
     EXPECT_EQ(file->Find(ResourceType::Bitmap, 9).size(), 1U);
@@ -122,24 +122,24 @@ TEST(ResFile, PassesOverResourcesWithNames) {
 
 /// Each beginning is copied to memory of its own length, where a sanitizer sees any read beyond it.
 TEST(ResFile, RefusesAFileCutOffInsideAResource) {
-    Bytes whole = EmptyFile();
+    FileBytes whole = EmptyFile();
     std::set<std::size_t> complete{whole.size()};
     for (const std::size_t size : {std::size_t{0}, std::size_t{5}, std::size_t{8}}) {
         const std::size_t end = whole.size() + 32 + size; // padding may be missing at the end of a file
-        AddResource(whole, 24, 2, 0, Bytes(size));
+        AddResource(whole, 24, 2, 0, FileBytes(size));
         for (std::size_t length = end; length <= whole.size(); ++length) {
             complete.insert(length);
         }
     }
     for (std::size_t length = 0; length <= whole.size(); ++length) {
-        const Bytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+        const FileBytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
         EXPECT_EQ(ResFile::Read(bytes).has_value(), complete.contains(length)) << length;
     }
 }
 
 TEST(ResFile, RefusesSizesThatContradictTheFile) {
     for (const std::size_t position : {std::size_t{32}, std::size_t{36}}) {
-        Bytes bytes = Sample();
+        FileBytes bytes = Sample();
         for (std::size_t index = 0; index < 4; ++index) {
             bytes[position + index] = std::byte{0xFF};
         }
@@ -149,8 +149,8 @@ TEST(ResFile, RefusesSizesThatContradictTheFile) {
 
 TEST(ResFile, RefusesOtherFiles) {
     EXPECT_FALSE(ResFile::Read({}));
-    EXPECT_FALSE(ResFile::Read(Bytes(64)));
-    EXPECT_FALSE(ResFile::Read(Bytes(64, std::byte{0xFF})));
+    EXPECT_FALSE(ResFile::Read(FileBytes(64)));
+    EXPECT_FALSE(ResFile::Read(FileBytes(64, std::byte{0xFF})));
 }
 
 TEST(ResFile, ReadsTheLibrarysOwnResources) {

@@ -9,6 +9,7 @@
 #include "store/import_export.h"
 #include "store/list_file.h"
 #include "store/list_holder.h"
+#include "support/favorite_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,6 @@ namespace pmx::test {
 
 namespace {
 
-constexpr const char* ListFile = "PmxTempleList.ini";
 constexpr const char* OtherSection = "[Other]\r\nx=1\r\n; mine\r\n";
 
 /// A holder of the folder's list; null when it cannot be read.

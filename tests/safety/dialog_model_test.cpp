@@ -9,6 +9,7 @@
 #include "store/levels.h"
 #include "store/list_file.h"
 #include "store/list_holder.h"
+#include "support/favorite_folder.h"
 #include "support/sjis.h"
 
 #include <gtest/gtest.h>
@@ -26,8 +27,6 @@ namespace pmx::test {
 
 namespace {
 
-constexpr const char* ListName = "PmxTempleList.ini";
-
 /// The environment variable as a number.
 int NumberFromEnvironment(const char* name, int usual) {
     const char* const value = std::getenv(name);
@@ -35,7 +34,7 @@ int NumberFromEnvironment(const char* name, int usual) {
 }
 
 /// How many actions; PMX_MODEL_STEPS asks for another number.
-int Actions() {
+int ActionCount() {
 #if defined(_WIN32)
     constexpr int Usual = 6'000; // files are slow there
 #else
@@ -69,7 +68,7 @@ public:
         Level = World.OneIn(15) ? 6 : World.AnyLevel();
         const _LM_DOCUMENTLAYOUTTABLE part = ForHost(Given);
         const std::int64_t result =
-            ShowRegisterDialog(World.Favorites.Path().c_str(), ListName, ".pmt", part.Bytes, Level,
+            ShowRegisterDialog(World.Favorites.Path().c_str(), ListFile, ".pmt", part.Bytes, Level,
                                WindowHandle::None, Desktop.Services, World.Store.Services);
         EXPECT_EQ(result, IsAccepted ? 0 : 1);
     }
@@ -409,7 +408,7 @@ void Convert(ModelWorld& world) {
     const bool isFound = one != favorites.end() && world.Inside.Read(*one);
     const int level = isFound && !world.OneIn(3) ? one->Level : world.AnyLevel();
     world.Note("the host asks for level " + std::to_string(level) + " of \"" + name + "\"");
-    CPMXTemplUIListHolder holder(ListName, ".pmt", world.Store.Services);
+    CPMXTemplUIListHolder holder(ListFile, ".pmt", world.Store.Services);
     ASSERT_TRUE(holder.Open(world.Favorites.Path().c_str()));
     _LM_DOCUMENTLAYOUTTABLE table{};
     ASSERT_EQ(holder.GetAttributeTable(name, level, table),
@@ -455,7 +454,7 @@ void Use(ModelWorld& world) {
 TEST(DialogModel, AnySequenceOfActionsDoesWhatTheUserExpects) {
     const auto first = static_cast<unsigned>(NumberFromEnvironment("PMX_MODEL_SEED", 1));
     int actions = 0;
-    for (unsigned seed = first; actions < Actions() && !HasFailure(); ++seed) {
+    for (unsigned seed = first; actions < ActionCount() && !HasFailure(); ++seed) {
         ModelWorld world(seed);
         try {
             Use(world);

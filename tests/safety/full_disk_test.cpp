@@ -2,6 +2,7 @@
 #include "store/list_data_array.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +19,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr const char* ListFile = "PmxTempleList.ini";
 constexpr const char* Filler = "filler";
 constexpr std::size_t BlockSize = 4096;
 constexpr std::size_t MostBlocks = 16;

@@ -7,6 +7,7 @@
 #include "support/fake_attribute_dialog.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/hostile_lists.h"
 #include "support/quiet_desktop.h"
 #include "support/temp_folder.h"
@@ -22,7 +23,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr const char* ListFile = "PmxTempleList.ini";
 constexpr const char* Favorites = "Favorites";
 constexpr const char* Outside = "outside.pmt";
 

@@ -2,6 +2,7 @@
 
 #include "frame/list_exports.h"
 #include "store/list_file.h"
+#include "support/favorite_folder.h"
 #include "support/sjis.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +16,7 @@ namespace pmx::test {
 
 namespace {
 
-constexpr const char* ListName = "PmxTempleList.ini";
-constexpr const char* OtherSection = "[Other]\r\nx=1\r\n; mine\r\n";
+constexpr const char* SectionOfOthers = "[Other]\r\nx=1\r\n; mine\r\n";
 constexpr std::size_t ActionsKept = 60;
 
 void WriteTo(const TempFolder& folder, const std::string& name, const model::File& content) {
@@ -166,12 +166,12 @@ void ModelWorld::FillFolders() {
 }
 
 void ModelWorld::WriteListFile() {
-    std::string text = OtherSection + std::string("[PMXTemplateList]\r\nTemplateNum=") +
+    std::string text = SectionOfOthers + std::string("[PMXTemplateList]\r\nTemplateNum=") +
                        std::to_string(CountInList) + "\r\n";
     for (std::size_t number = 0; number < Lines.size(); ++number) {
         text += Lines[number] + "\r\n";
     }
-    Favorites.Write(ListName, text);
+    Favorites.Write(ListFile, text);
 }
 
 void ModelWorld::MeddleWithFiles() {
@@ -216,7 +216,7 @@ void ModelWorld::ExpectFile(const std::string& name, const model::File& content)
 void ModelWorld::Compare() {
     CompareListFile();
     CompareListRead();
-    std::vector<std::string> names = {ListName};
+    std::vector<std::string> names = {ListFile};
     for (const auto& [name, content] : Inside.Files) {
         names.push_back(name);
         if (Changed.contains(name) || OneIn(20)) {
@@ -236,7 +236,7 @@ void ModelWorld::Compare() {
 }
 
 void ModelWorld::CompareListFile() {
-    const std::string file = Favorites.Read(ListName);
+    const std::string file = Favorites.Read(ListFile);
     std::vector<std::string> lines = {"TemplateNum=" + std::to_string(CountInList)};
     lines.insert(lines.end(), Lines.begin(), Lines.end());
     EXPECT_EQ(LinesOf(file, "PMXTemplateList"), lines);

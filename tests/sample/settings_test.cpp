@@ -39,7 +39,7 @@ void ForEachSetting(Action action) {
     }
 }
 
-AttributeTable TableOf(unsigned char byte) {
+AttributeTable TableOfBytes(unsigned char byte) {
     AttributeTable table;
     std::memset(static_cast<void*>(&table), byte, TableSize);
     return table;
@@ -49,13 +49,13 @@ AttributeTable TableOf(unsigned char byte) {
 std::set<std::size_t> BytesThatChange(const Setting& setting) {
     std::set<std::size_t> changed;
     for (const unsigned char ground : {0x00, 0xFF}) {
-        AttributeTable table = TableOf(ground);
+        AttributeTable table = TableOfBytes(ground);
         if (setting.Type == SettingType::Words) {
             setting.SetWords(table, std::string(static_cast<std::size_t>(setting.Detail), 'x'));
         } else {
             setting.Set(table, setting.Lowest);
         }
-        changed.merge(DifferentBytes(table, TableOf(ground)));
+        changed.merge(DifferentBytes(table, TableOfBytes(ground)));
     }
     return changed;
 }
@@ -100,7 +100,7 @@ TEST(SettingsTest, NoTwoSettingsShareAByte) {
 }
 
 TEST(SettingsTest, TheDialogShowsEveryFieldButTheOverridesAndReservedBytes) {
-    AttributeTable hidden = TableOf(0);
+    AttributeTable hidden = TableOfBytes(0);
     hidden.Document.LayoutVersion = std::uint16_t{0xFFFF};
     hidden.Document.Rest.Bytes.fill(1);
     hidden.Section.Rest.Bytes.fill(1);
@@ -111,7 +111,7 @@ TEST(SettingsTest, TheDialogShowsEveryFieldButTheOverridesAndReservedBytes) {
     hidden.Face.Rest.Bytes.fill(1);
     hidden.Page.Rest.Bytes.fill(1);
     std::memset(static_cast<void*>(&hidden.Page.Overrides), 1, sizeof hidden.Page.Overrides);
-    auto covered = DifferentBytes(hidden, TableOf(0));
+    auto covered = DifferentBytes(hidden, TableOfBytes(0));
     ForEachSetting(
         [&](const SettingsTab&, const Setting& setting) { covered.merge(BytesThatChange(setting)); });
     EXPECT_EQ(covered.size(), TableSize);

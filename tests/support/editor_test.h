@@ -23,6 +23,9 @@ class EditorTestOn : public testing::Test, public FavoriteFolder {
 protected:
     using Script = typename decltype(AnyScreen::Dialogs)::Script;
 
+    static constexpr ControlId List = control::EditorList;
+    static constexpr ControlId Name = control::EditorName;
+
     EditorTestOn() { FakeAttributeDialog::PutInto(Desktop.Libraries); }
 
     /// Runs the editor with a script; its end code.

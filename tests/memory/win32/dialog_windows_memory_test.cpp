@@ -6,6 +6,7 @@
 #include "platform/win32/name_edit.h"
 #include "res/ids.h"
 #include "safety/changing_operations.h"
+#include "support/favorite_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -24,8 +25,6 @@
 
 namespace pmx::test {
 namespace {
-
-constexpr const char* ListFile = "PmxTempleList.ini";
 
 /// Runs real dialogs. Their user is a list of steps for each template, taken one by one between the messages
 /// of the dialogs' own thread; after the last the dialog is closed. What the user does needs no memory.

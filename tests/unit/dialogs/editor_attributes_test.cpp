@@ -15,8 +15,6 @@ using test::MemoryUser;
 using test::SameTable;
 using test::TableOf;
 
-constexpr ControlId List = control::EditorList;
-
 struct LevelPart {
     std::int32_t Level;
     std::int32_t Kind;

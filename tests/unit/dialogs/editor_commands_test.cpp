@@ -16,9 +16,6 @@ using test::Sjis;
 using test::Standard;
 using test::TableOf;
 
-constexpr ControlId List = control::EditorList;
-constexpr ControlId Name = control::EditorName;
-
 using Names = std::vector<std::string>;
 
 template <class AnyScreen>

@@ -13,8 +13,6 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::EditorList;
-
 using Names = std::vector<std::string>;
 
 template <class AnyScreen>
@@ -23,7 +21,7 @@ protected:
     void GivenThree() { this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
 
     static void Delete(DialogUser& user, int row) {
-        user.ClickRow(List, row);
+        user.ClickRow(control::EditorList, row);
         user.Press(control::EditorDelete);
     }
 

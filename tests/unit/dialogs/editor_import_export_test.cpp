@@ -17,9 +17,6 @@ using test::Standard;
 using test::TableOf;
 using test::TempFolder;
 
-constexpr ControlId List = control::EditorList;
-constexpr ControlId Name = control::EditorName;
-
 using Names = std::vector<std::string>;
 
 template <class AnyScreen>

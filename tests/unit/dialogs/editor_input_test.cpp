@@ -11,9 +11,6 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::EditorList;
-constexpr ControlId Name = control::EditorName;
-
 enum StateImage : int { Empty = 1, Ticked = 2, Unavailable = 3 };
 
 using EditorMouse = test::OnEachDesktop<EditorTestOn>;

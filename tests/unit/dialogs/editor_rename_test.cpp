@@ -14,9 +14,6 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::EditorList;
-constexpr ControlId Name = control::EditorName;
-
 template <class AnyScreen>
 class EditorRenameOn : public EditorTestOn<AnyScreen> {
 protected:
@@ -24,9 +21,9 @@ protected:
 
     /// Selects a row, types a name in the name box and leaves it for the list.
     static void Rename(DialogUser& user, int row, const std::string& name) {
-        user.ClickRow(List, row);
-        user.Fill(Name, name);
-        user.TabTo(List);
+        user.ClickRow(control::EditorList, row);
+        user.Fill(control::EditorName, name);
+        user.TabTo(control::EditorList);
     }
 
     void ExpectRefusal(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Exclamation); }

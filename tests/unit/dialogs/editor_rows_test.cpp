@@ -15,8 +15,6 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::EditorList;
-
 constexpr ControlId RowControls[] = {control::EditorEdit,   control::EditorCopy, control::EditorDelete,
                                      control::EditorExport, control::EditorUp,   control::EditorDown,
                                      control::EditorName,   control::ChangeIcon, control::EditorIcon};

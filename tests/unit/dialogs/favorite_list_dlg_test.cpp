@@ -13,9 +13,6 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::EditorList;
-constexpr ControlId Name = control::EditorName;
-
 using Names = std::vector<std::string>;
 
 template <class AnyScreen>
@@ -27,7 +24,7 @@ protected:
     Names Use(const Favorites& favorites, const std::function<void(DialogUser&)>& script) {
         this->Given(favorites);
         this->RunAndAccept([&script](DialogUser& user) {
-            user.TabTo(List);
+            user.TabTo(control::EditorList);
             script(user);
         });
         return this->ListedNames();

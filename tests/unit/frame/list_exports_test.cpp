@@ -2,6 +2,7 @@
 
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
 
@@ -20,7 +21,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* ListFile = "PmxTempleList.ini";
 constexpr std::array<std::size_t, 5> PartStarts = {0, 82, 126, 150, 2221};
 
 class ListExportsTest : public testing::Test {

@@ -6,6 +6,7 @@
 #include "res/ids.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/memory_window.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
@@ -20,6 +21,7 @@ namespace {
 using test::FakeHost;
 using test::HostCall;
 using test::HostFailure;
+using test::ListFile;
 using test::MemoryUser;
 using test::SameTable;
 using test::Sjis;
@@ -27,7 +29,6 @@ using test::TableOf;
 using test::TempFolder;
 
 constexpr std::int32_t OverwriteMode = 0;
-constexpr const char* ListFile = "PmxTempleList.ini";
 
 std::string TextOf(const char (&field)[PMX_TEMPLINFO_TEXT_SIZE]) {
     return field;

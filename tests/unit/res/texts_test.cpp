@@ -13,7 +13,7 @@ using test::Language;
 
 constexpr int FirstText = 1000;
 constexpr int LastText = 1057;
-constexpr int LastControl = 3049;
+constexpr int LastNote = 3049;
 
 /// Every text of the string table but the help notes. A number that is missing here must be missing there.
 const std::map<int, std::u16string> ExpectedTexts{
@@ -103,7 +103,7 @@ TEST(JapaneseTexts, AreTheOnesThatTheProductShows) {
 
 TEST(JapaneseTexts, HaveACodeInTheSystemsCodePage) {
     const auto& resources = BuiltResources::Of(Language::Japanese);
-    for (int id = 1; id <= LastControl; ++id) {
+    for (int id = 1; id <= LastNote; ++id) {
         const auto text = resources.StringOf(id);
         EXPECT_TRUE(!text || test::HasShiftJisCode(*text)) << id;
     }

@@ -2,6 +2,7 @@
 
 #include "store/list_data_array.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
 
@@ -21,8 +22,6 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-constexpr const char* ListFile = DefaultListFileName;
 
 std::unique_ptr<CPMXTemplUIListData> Record(std::uint32_t standard, std::string_view name, std::int32_t level,
                                             std::int32_t toolbar, std::int64_t icon,

@@ -3,6 +3,7 @@
 #include "store/levels.h"
 #include "support/fake_host.h"
 #include "support/fake_services.h"
+#include "support/favorite_folder.h"
 #include "support/sjis.h"
 #include "support/temp_folder.h"
 
@@ -18,7 +19,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* ListFile = "PmxTempleList.ini";
 constexpr const char* TwoFavorites =
     "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~First~1~1~20~first.pmt\r\n"
     "TemplateData1=0~Second~3~0~14~second.pmt\r\n";
