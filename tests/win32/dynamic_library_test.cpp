@@ -38,12 +38,12 @@ TEST(Modules, LoadsFromAPathOfTheCodePage) {
 }
 
 TEST(Modules, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
-    const auto library = SystemDynamicLibraries().LoadHostLibrary("libwinpthread-1.dll");
+    const auto library = SystemDynamicLibraries().LoadHostLibrary("PmxUser.dll");
     ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Find("pthread_create"), nullptr);
+    EXPECT_NE(library->Find("EX_LoadDefaultResourceDLL"), nullptr);
     EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary("kernel32.dll"), nullptr);
     EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(std::string("libwinpthread-1.dll\0x", 21)), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(std::string("PmxUser.dll\0x", 13)), nullptr);
 }
 
 TEST(Modules, GivesNoneForWhatCannotBeLoaded) {

@@ -45,8 +45,7 @@ private:
 class PlantedLibraries : public testing::Test {
 protected:
     PlantedLibraries() {
-        for (const char* name : {"PmxSampleHost.exe", "PmxCClient.exe", "libgcc_s_seh-1.dll",
-                                 "libstdc++-6.dll", "libwinpthread-1.dll"}) {
+        for (const char* name : {"PmxSampleHost.exe", "PmxCClient.exe"}) {
             fs::copy_file(FolderOfTests() / name, test::DiskPath(Programs.Path(name)));
         }
     }
