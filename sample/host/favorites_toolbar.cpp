@@ -9,10 +9,12 @@ FavoritesToolbar::FavoritesToolbar(HWND parent)
     : Bar(CreateWindowExW(0, TOOLBARCLASSNAMEW, nullptr,
                           WS_CHILD | WS_VISIBLE | TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | CCS_TOP, 0, 0, 0, 0,
                           parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_TOOLBAR)),
-                          GetModuleHandleW(nullptr), nullptr)),
-      Icons(LoadFavoriteIcons()) {
+                          GetModuleHandleW(nullptr), nullptr)) {
     SendMessageW(Bar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
-    SendMessageW(Bar, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Icons.get()));
+}
+
+void FavoritesToolbar::SetIcons(HIMAGELIST icons) {
+    SendMessageW(Bar, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(icons));
 }
 
 void FavoritesToolbar::Clear() {

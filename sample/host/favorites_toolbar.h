@@ -1,11 +1,13 @@
 #pragma once
 
-#include "host/image_list.h"
-
 #include <PMXTemplUI.h>
 
 #include <string>
 #include <vector>
+
+#include <windows.h>
+
+#include <commctrl.h>
 
 namespace pmx::host {
 
@@ -16,6 +18,9 @@ public:
     explicit FavoritesToolbar(HWND parent);
 
     HWND Get() const { return Bar; }
+
+    /// The pictures of the buttons, not owned; to be followed by Fill.
+    void SetIcons(HIMAGELIST icons);
 
     /// Shows the buttons of the favorites.
     void Fill(const std::vector<TemplInfo>& favorites);
@@ -34,7 +39,6 @@ private:
     void AddButton(const TemplInfo& favorite);
 
     HWND Bar;
-    ImageList Icons;
     std::vector<TemplInfo> Shown;
     std::wstring Tooltip;
 };

@@ -1,6 +1,9 @@
 #include "host/list_view.h"
 
+#include "host/screen.h"
 #include "host/text.h"
+
+#include <windowsx.h>
 
 namespace pmx::host {
 
@@ -9,7 +12,8 @@ ListView::ListView(HWND parent, int controlId, const std::vector<Column>& column
                            WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL |
                                LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS | LVS_NOSORTHEADER,
                            0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(controlId)),
-                           GetModuleHandleW(nullptr), nullptr)) {
+                           GetModuleHandleW(nullptr), nullptr)),
+      Columns(columns) {
     SendMessageW(List, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT);
     int index = 0;
     for (const auto& [titleId, width] : columns) {
@@ -25,6 +29,14 @@ ListView::ListView(HWND parent, int controlId, const std::vector<Column>& column
 
 void ListView::SetIcons(HIMAGELIST icons) {
     SendMessageW(List, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(icons));
+}
+
+void ListView::Fit(HFONT font, int resolution) {
+    SetWindowFont(List, font, TRUE);
+    WPARAM index = 0;
+    for (const Column& column : Columns) {
+        SendMessageW(List, LVM_SETCOLUMNWIDTH, index++, Scaled(column.Width, resolution));
+    }
 }
 
 void ListView::FitLastColumn() {

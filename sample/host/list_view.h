@@ -14,13 +14,16 @@ class ListView {
 public:
     struct Column {
         unsigned TitleId;
-        int Width;
+        int Width; ///< pixels at 96 dots per inch
     };
 
     ListView(HWND parent, int controlId, const std::vector<Column>& columns);
 
     HWND Get() const { return List; }
     void SetIcons(HIMAGELIST icons);
+
+    /// Sets the font, and the columns to their widths on a screen of that resolution.
+    void Fit(HFONT font, int resolution);
 
     /// Gives the last column the width that the others leave.
     void FitLastColumn();
@@ -34,6 +37,7 @@ public:
 
 private:
     HWND List;
+    std::vector<Column> Columns;
 };
 
 } // namespace pmx::host

@@ -3,11 +3,13 @@
 #include "host/document_commands.h"
 #include "host/print_attributes.h"
 #include "host/resource.h"
+#include "host/screen.h"
 #include "host/settings_text.h"
 #include "host/text.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include <windowsx.h>
 
@@ -15,23 +17,23 @@ namespace pmx::host {
 
 namespace {
 
+// Pixels at 96 dots per inch.
 constexpr int PaneWidth = 412;
 constexpr int SummaryHeight = 330;
 constexpr int HeadingHeight = 24;
+constexpr int Inset = 6;
 
 HICON LoadHostIcon() {
     return LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_HOST));
 }
 
-/// The font of dialogs and lists; it lives as long as the program.
-HFONT MessageFont() {
-    static const HFONT Font = [] {
-        NONCLIENTMETRICSW metrics{};
-        metrics.cbSize = sizeof metrics;
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-        return CreateFontIndirectW(&metrics.lfMessageFont);
-    }();
-    return Font;
+/// The font of dialogs and lists on a screen of that resolution.
+HFONT MakeMessageFont(int resolution) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0,
+                               static_cast<UINT>(resolution));
+    return CreateFontIndirectW(&metrics.lfMessageFont);
 }
 
 /// Where the window opens: as large as is comfortable, and inside the desktop.
@@ -40,8 +42,9 @@ RECT FirstPlace() {
     constexpr int Height = 860;
     RECT desktop{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &desktop, 0);
-    const int width = std::min<int>(Width, desktop.right - desktop.left);
-    const int height = std::min<int>(Height, desktop.bottom - desktop.top);
+    const int resolution = static_cast<int>(GetDpiForSystem());
+    const int width = std::min<int>(Scaled(Width, resolution), desktop.right - desktop.left);
+    const int height = std::min<int>(Scaled(Height, resolution), desktop.bottom - desktop.top);
     const LONG left = desktop.left + (desktop.right - desktop.left - width) / 2;
     const LONG top = desktop.top + (desktop.bottom - desktop.top - height) / 2;
     return {left, top, left + width, top + height};
@@ -81,6 +84,9 @@ std::optional<LRESULT> MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lP
     case WM_SIZE:
         ArrangeChildren();
         return 0;
+    case WM_DPICHANGED:
+        OnScreenChanged(*reinterpret_cast<const RECT*>(lParam));
+        return 0;
     case WM_COMMAND:
         OnCommand(LOWORD(wParam));
         return 0;
@@ -101,16 +107,40 @@ std::optional<LRESULT> MainWindow::Answer(UINT message, WPARAM wParam, LPARAM lP
 }
 
 void MainWindow::OnCreated() {
-    Icons = LoadFavoriteIcons();
     Toolbar.emplace(Get());
     Pages.emplace(Get(), IDC_SHEETS);
     CreateFavoritesPane();
     Status = CreateWindowExW(0, STATUSCLASSNAMEW, nullptr, WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0,
                              Get(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_STATUS)),
                              GetModuleHandleW(nullptr), nullptr);
-    ArrangeChildren();
+    AdaptToScreen();
     ShowFavorites();
     ShowDocument();
+}
+
+/// Takes the icons, fonts and lengths of the screen that the window is on.
+void MainWindow::AdaptToScreen() {
+    Resolution = ResolutionOf(Get());
+    ImageList icons = LoadFavoriteIcons(Resolution);
+    Font font(MakeMessageFont(Resolution));
+    Toolbar->SetIcons(icons.get());
+    List->SetIcons(icons.get());
+    List->Fit(font.get(), Resolution);
+    Summary->Fit(font.get(), Resolution);
+    for (const HWND window : {ListHeading, SummaryHeading, Status}) {
+        SetWindowFont(window, font.get(), TRUE);
+    }
+    Icons = std::move(icons); // the former ones only now, when nothing shows them any more
+    MessageFont = std::move(font);
+    ArrangeChildren();
+}
+
+/// The window has come to a screen of another resolution, where `place` suits it.
+void MainWindow::OnScreenChanged(const RECT& place) {
+    SetWindowPos(Get(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    AdaptToScreen();
+    ShowFavorites();
 }
 
 void MainWindow::CreateFavoritesPane() {
@@ -119,7 +149,6 @@ void MainWindow::CreateFavoritesPane() {
         Get(), IDC_LIST,
         std::vector<ListView::Column>{
             {IDS_COLUMN_NAME, 174}, {IDS_COLUMN_LEVEL, 66}, {IDS_COLUMN_KIND, 84}, {IDS_COLUMN_TOOLBAR, 72}});
-    List->SetIcons(Icons.get());
     CreateHeading(IDS_SUMMARY_HEADING, SummaryHeading);
     Summary.emplace(Get(), IDC_SUMMARY,
                     std::vector<ListView::Column>{{IDS_COLUMN_SETTING, 96}, {IDS_COLUMN_VALUE, 298}});
@@ -129,7 +158,6 @@ void MainWindow::CreateHeading(int textId, HWND& heading) {
     heading = CreateWindowExW(0, WC_STATICW, ResourceText(static_cast<unsigned>(textId)).c_str(),
                               WS_CHILD | WS_VISIBLE | SS_CENTERIMAGE, 0, 0, 0, 0, Get(), nullptr,
                               GetModuleHandleW(nullptr), nullptr);
-    SetWindowFont(heading, MessageFont(), FALSE);
 }
 
 void MainWindow::ArrangeChildren() {
@@ -142,17 +170,18 @@ void MainWindow::ArrangeChildren() {
     GetClientRect(Get(), &client);
     const int top = HeightOf(Toolbar->Get());
     const int bottom = client.bottom - HeightOf(Status);
-    const int left = std::max<int>(0, client.right - PaneWidth);
-    const int summaryTop = std::max(top + HeadingHeight, bottom - SummaryHeight);
-    constexpr int Inset = 6;
-    const int inside = PaneWidth - 2 * Inset;
+    const int inset = Scaled(Inset, Resolution);
+    const int heading = Scaled(HeadingHeight, Resolution);
+    const int pane = Scaled(PaneWidth, Resolution);
+    const int left = std::max<int>(0, client.right - pane);
+    const int summaryTop = std::max(top + heading, bottom - Scaled(SummaryHeight, Resolution));
+    const int inside = pane - 2 * inset;
     MoveWindow(Pages->Get(), 0, top, left, bottom - top, TRUE);
-    MoveWindow(ListHeading, left + Inset, top, inside, HeadingHeight, TRUE);
-    MoveWindow(List->Get(), left + Inset, top + HeadingHeight, inside, summaryTop - top - HeadingHeight,
-               TRUE);
-    MoveWindow(SummaryHeading, left + Inset, summaryTop, inside, HeadingHeight, TRUE);
-    MoveWindow(Summary->Get(), left + Inset, summaryTop + HeadingHeight, inside,
-               bottom - summaryTop - HeadingHeight - Inset, TRUE);
+    MoveWindow(ListHeading, left + inset, top, inside, heading, TRUE);
+    MoveWindow(List->Get(), left + inset, top + heading, inside, summaryTop - top - heading, TRUE);
+    MoveWindow(SummaryHeading, left + inset, summaryTop, inside, heading, TRUE);
+    MoveWindow(Summary->Get(), left + inset, summaryTop + heading, inside,
+               bottom - summaryTop - heading - inset, TRUE);
     List->FitLastColumn();
     Summary->FitLastColumn();
     const int parts[] = {client.right / 3, client.right * 3 / 5, -1};

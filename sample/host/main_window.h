@@ -2,6 +2,7 @@
 
 #include "host/favorites.h"
 #include "host/favorites_toolbar.h"
+#include "host/image_list.h"
 #include "host/list_view.h"
 #include "host/page_view.h"
 #include "host/window.h"
@@ -9,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 
 namespace pmx::host {
 
@@ -30,6 +32,10 @@ private:
         std::int32_t Level = 0;
         std::int64_t Position = -1;
     };
+    struct FontDeleter {
+        void operator()(HFONT font) const { DeleteObject(font); }
+    };
+    using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
     struct Command {
         int Id;
         void (MainWindow::*Run)();
@@ -38,6 +44,8 @@ private:
     void OnCreated();
     void CreateFavoritesPane();
     void CreateHeading(int textId, HWND& heading);
+    void AdaptToScreen();
+    void OnScreenChanged(const RECT& place);
     void ArrangeChildren();
     void OnCommand(int id);
     bool RunDocumentCommand(int id);
@@ -78,6 +86,8 @@ private:
     std::optional<ListView> List;
     std::optional<ListView> Summary;
     ImageList Icons;
+    Font MessageFont;
+    int Resolution = USER_DEFAULT_SCREEN_DPI;
     HWND ListHeading = nullptr;
     HWND SummaryHeading = nullptr;
     HWND Status = nullptr;

@@ -1,6 +1,7 @@
 #include "host/page_view.h"
 
 #include "host/resource.h"
+#include "host/screen.h"
 #include "host/text.h"
 
 #include <algorithm>
@@ -16,6 +17,7 @@ using sample::SheetLayout;
 
 namespace {
 
+// All lengths, also those of what is laid out, are pixels at 96 dots per inch; painting scales them.
 constexpr int Margin = 22;  // Around the sheets and between them.
 constexpr int PairGap = 12; // Between the front and the back of a sheet.
 constexpr int LabelHeight = 24;
@@ -112,9 +114,17 @@ std::optional<LRESULT> PageView::Answer(UINT message, WPARAM wParam, LPARAM lPar
     }
 }
 
-void PageView::Arrange() {
+RECT PageView::Client() const {
     RECT client{};
     GetClientRect(Get(), &client);
+    const int resolution = ResolutionOf(Get());
+    client.right = MulDiv(client.right, USER_DEFAULT_SCREEN_DPI, resolution);
+    client.bottom = MulDiv(client.bottom, USER_DEFAULT_SCREEN_DPI, resolution);
+    return client;
+}
+
+void PageView::Arrange() {
+    const RECT client = Client();
     const auto arrangement = FindArrangement(client.right, client.bottom);
     PlaceItems(arrangement, client.right);
     PictureHeight = arrangement.Height;
@@ -185,8 +195,7 @@ void PageView::AddSheet(const SheetLayout& sheet, float left, float top, float s
 }
 
 void PageView::UpdateScrollBar() {
-    RECT client{};
-    GetClientRect(Get(), &client);
+    const RECT client = Client();
     Offset = std::clamp(Offset, 0, std::max<int>(0, PictureHeight - client.bottom));
     SCROLLINFO info{};
     info.cbSize = sizeof info;
@@ -253,7 +262,7 @@ void PageView::Paint() {
         const MemoryDevice memory(CreateCompatibleDC(window));
         const Bitmap picture(CreateCompatibleBitmap(window, client.right, client.bottom));
         const HGDIOBJ former = SelectObject(memory.get(), picture.get());
-        PaintOn(memory.get(), client);
+        PaintOn(memory.get());
         if (GetFocus() == Get()) {
             DrawFocusRect(memory.get(), &client);
         }
@@ -263,10 +272,13 @@ void PageView::Paint() {
     EndPaint(Get(), &paint);
 }
 
-void PageView::PaintOn(HDC device, const RECT& area) {
+void PageView::PaintOn(HDC device) {
+    const RECT area = Client();
+    const float scale = static_cast<float>(ResolutionOf(Get())) / USER_DEFAULT_SCREEN_DPI;
     Gdiplus::Graphics graphics(device);
+    graphics.ScaleTransform(scale, scale);
     const Gdiplus::SolidBrush desk(Gdiplus::Color(0xC9, 0xCF, 0xD8));
-    graphics.FillRectangle(&desk, 0, 0, static_cast<INT>(area.right), static_cast<INT>(area.bottom));
+    graphics.FillRectangle(&desk, 0, 0, static_cast<INT>(area.right) + 1, static_cast<INT>(area.bottom) + 1);
     graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
     graphics.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAlias);
     for (const Item& item : Items) {

@@ -34,6 +34,8 @@ private:
         int Height = 0;
     };
 
+    /// The inside of the window, in pixels at 96 dots per inch.
+    RECT Client() const;
     void Arrange();
     Arrangement FindArrangement(int width, int height) const;
     Arrangement ArrangementOf(int columns, int width) const;
@@ -44,7 +46,7 @@ private:
     void OnScrollBar(int request);
     void OnKey(WPARAM key);
     void Paint();
-    void PaintOn(HDC device, const RECT& area);
+    void PaintOn(HDC device);
     void PaintItem(Gdiplus::Graphics& graphics, const Item& item);
 
     sample::DocumentLayout Layout;

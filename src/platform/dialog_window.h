@@ -124,6 +124,9 @@ public:
     /// The virtual key that a hardware scan code stands for, left and right keys told apart; 0 when unknown.
     virtual std::uint32_t VirtualKeyOfScanCode(std::uint32_t scanCode) const = 0;
 
+    /// Dots per inch of the dialog's screen, as the dialog is laid out for: 96 where nothing is enlarged.
+    virtual int Resolution() const = 0;
+
     /// A number that changes whenever the window takes up a new input of the user (mouse, key, timer). Events
     /// with the same number come from one input.
     virtual std::uint64_t InputNumber() const = 0;

@@ -39,7 +39,8 @@ public:
     /// The images of large-icon view. Borrowed: must outlive the window.
     virtual void SetLargeImages(const ImageList& images) = 0;
 
-    /// Adds a left-aligned column, `width` pixels wide, at position `column`.
+    /// Adds a left-aligned column at position `column`, as wide as so many pixels of a screen with 96 dots per
+    /// inch. A title that is cut shows in full when the mouse rests on it.
     virtual void InsertColumn(int column, const std::string& title, int width) = 0;
 
     /// Inserts a row in front of the row at `position` (at the end when there is none) with empty cells, and in

@@ -15,12 +15,21 @@ enum Id : int {
 };
 } // namespace dialog
 
-/// Bitmaps: two icon strips whose images correspond one to one, and the state images of the editor's list.
+/// Bitmaps: two icon strips whose images correspond one to one, and the state images of the editor's list; below
+/// them the same for screens of more than 96 dots per inch, numbered by the width of their images.
 namespace bitmap {
 enum Id : int {
     SmallIcons = 2000,  ///< 60 images of 16 by 16 pixels, transparent colour 192, 192, 192
     LargeIcons = 2001,  ///< 60 images of 32 by 32 pixels, transparent colour 192, 192, 192
     StateImages = 2002, ///< 20 images of 16 by 14 pixels, transparent colour 255, 255, 255
+    Icons20 = 2020,
+    Icons24 = 2024,
+    Icons40 = 2040,
+    Icons48 = 2048,
+    Icons64 = 2064,
+    States20 = 2120, ///< 20 by 18 pixels
+    States24 = 2124, ///< 24 by 21 pixels
+    States32 = 2132, ///< 32 by 28 pixels
 };
 } // namespace bitmap
 

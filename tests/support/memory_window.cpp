@@ -156,6 +156,10 @@ std::unique_ptr<WaitCursor> MemoryWindow::ShowWaitCursor() {
     return std::make_unique<MemoryWaitCursor>(Owner);
 }
 
+int MemoryWindow::Resolution() const {
+    return Owner.Resolution;
+}
+
 std::uint32_t MemoryWindow::VirtualKeyOfScanCode(std::uint32_t scanCode) const {
     const auto found = Owner.KeysOfScanCodes.find(scanCode);
     return found == Owner.KeysOfScanCodes.end() ? 0 : found->second;

@@ -70,6 +70,7 @@ public:
     ListControl& ListOf(ControlId control) override { return MemoryListOf(control); }
     std::unique_ptr<WaitCursor> ShowWaitCursor() override;
     std::uint32_t VirtualKeyOfScanCode(std::uint32_t scanCode) const override;
+    int Resolution() const override;
     std::uint64_t InputNumber() const override { return Input; }
 
 private:
@@ -208,6 +209,7 @@ public:
     /// The topmost open dialog loses the focus while `open` runs, and then gets it back.
     void WhileElsewhere(const std::function<void()>& open);
 
+    int Resolution = 96;      ///< of the screen, dots per inch
     int WaitCursorsShown = 0; ///< how often a wait cursor was shown
     int WaitCursors = 0;      ///< how many are shown at present
 

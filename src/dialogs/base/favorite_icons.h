@@ -12,8 +12,12 @@ namespace pmx {
 inline constexpr std::int64_t FirstOfferedIcon = 14;
 inline constexpr std::int64_t LastOfferedIcon = 59;
 
-/// The strip of 32-pixel icons, image n for the icon value n. Null when the resources have none.
-std::unique_ptr<ImageList> LoadFavoriteIcons(ImageLists& images);
+/// The icons in the size for a screen of that many dots per inch (32 pixels at 96), image n for the icon value n.
+/// Null when the resources have none.
+std::unique_ptr<ImageList> LoadFavoriteIcons(ImageLists& images, int resolution);
+
+/// The state images of the editor's list, in the same way (16 pixels wide at 96).
+std::unique_ptr<ImageList> LoadToolbarMarks(ImageLists& images, int resolution);
 
 /// Shows the icon of that value in an icon box. Without such an icon (no strip, or a value outside it) the
 /// box keeps what it showed.

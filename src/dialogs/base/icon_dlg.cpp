@@ -19,7 +19,7 @@ bool CPMXTemplUIIconDlg::OnInitDialog() {
     Window().SetTitle(Title);
     ListControl& list = Window().ListOf(control::PickerIcons);
     list.SetFullRowSelection(false);
-    Icons = LoadFavoriteIcons(ServicesInUse().Images);
+    Icons = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     if (Icons) {
         list.SetLargeImages(*Icons);
     }

@@ -53,7 +53,7 @@ CPMXTemplUIChoiceBasicDlg::CPMXTemplUIChoiceBasicDlg(std::string folder, const c
 
 bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
     LimitName(control::BasicName);
-    IconImages = LoadFavoriteIcons(ServicesInUse().Images);
+    IconImages = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     Favorites.Open(Folder.c_str()); // a list that cannot be read is an empty one
     Window().SetTitle(StringOf(text::BasicTitle));
     FillList(Columns);

@@ -24,7 +24,7 @@ bool CPMXTemplUIChoiceEntryDlg::OnInitDialog() {
     // A list that cannot be read is an empty one; storing a favorite shows whether the folder can be used.
     Favorites.Open(Folder.c_str());
     Window().SetTitle(StringOf(text::RegisterTitle));
-    Icons = LoadFavoriteIcons(ServicesInUse().Images);
+    Icons = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     ShowFavoriteIcon(Window(), control::RegisterIcon, Icons.get(), IconValue);
     return true;
 }

@@ -54,7 +54,7 @@ bool CPMXTemplUIMainDlg::OnInitDialog() {
     IsSettled = false;
     Window().SetTitle(StringOf(text::EditorTitle));
     LimitName(control::EditorName);
-    IconImages = LoadFavoriteIcons(ServicesInUse().Images);
+    IconImages = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     LoadAttributeDialog();
     List->Open(Folder.c_str()); // what could be read is shown
     FillListView();

@@ -1,5 +1,6 @@
 #include "dialogs/editor/main_dlg.h"
 
+#include "dialogs/base/favorite_icons.h"
 #include "dialogs/base/favorite_row.h"
 #include "res/ids.h"
 #include "store/levels.h"
@@ -7,8 +8,6 @@
 namespace pmx {
 
 namespace {
-
-constexpr int StateImageWidth = 16; // pixels
 
 /// The first column has a picture only.
 enum EditorColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
@@ -23,7 +22,7 @@ constexpr FavoriteListColumn Columns[] = {
 } // namespace
 
 void CPMXTemplUIMainDlg::FillListView() {
-    StateImages = ServicesInUse().Images.FromBitmap(bitmap::StateImages, StateImageWidth, Color::White);
+    StateImages = LoadToolbarMarks(ServicesInUse().Images, Window().Resolution());
     if (StateImages) {
         ListView().SetStateImages(*StateImages);
     }

@@ -3,6 +3,7 @@
 #include "platform/resources.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/image_list.h"
+#include "platform/win32/screen.h"
 #include "platform/win32/wide_text.h"
 
 #include <algorithm>
@@ -375,6 +376,10 @@ std::unique_ptr<WaitCursor> WindowsDialog::ShowWaitCursor() {
 
 std::uint32_t WindowsDialog::VirtualKeyOfScanCode(std::uint32_t scanCode) const {
     return MapVirtualKeyW(scanCode, MAPVK_VSC_TO_VK_EX);
+}
+
+int WindowsDialog::Resolution() const {
+    return ResolutionOf(Window);
 }
 
 } // namespace win32

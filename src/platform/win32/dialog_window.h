@@ -40,6 +40,7 @@ public:
     ListControl& ListOf(ControlId control) override;
     std::unique_ptr<WaitCursor> ShowWaitCursor() override;
     std::uint32_t VirtualKeyOfScanCode(std::uint32_t scanCode) const override;
+    int Resolution() const override;
     std::uint64_t InputNumber() const override { return Input; }
 
 private:

@@ -1,6 +1,7 @@
 #include "platform/win32/list_control.h"
 
 #include "platform/win32/image_list.h"
+#include "platform/win32/screen.h"
 #include "platform/win32/wide_text.h"
 
 #include <utility>
@@ -68,6 +69,8 @@ LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam
     const LRESULT result = CallWindowProcW(former, window, message, wParam, lParam);
     if (message == WM_PAINT) {
         self.Drag.DrawLine();
+    } else if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == HDN_ITEMCHANGEDW) {
+        self.Tips.Update(window); // the user has changed the width of a column
     }
     return result;
 }
@@ -186,10 +189,13 @@ void WindowsList::InsertColumn(int column, const std::string& title, int width) 
     LVCOLUMNW inserted{};
     inserted.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
     inserted.fmt = LVCFMT_LEFT;
-    inserted.cx = width;
+    inserted.cx = ScaledFor(Window, width);
     inserted.pszText = text.data();
     inserted.iSubItem = column;
-    Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), Pointer(&inserted));
+    if (Window) {
+        Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), Pointer(&inserted));
+        Tips.Update(Window);
+    }
 }
 
 /// Sends a message that may change the selection.

@@ -2,6 +2,7 @@
 
 #include "platform/dialog_window.h"
 #include "platform/list_control.h"
+#include "platform/win32/heading_tips.h"
 #include "platform/win32/row_drag.h"
 
 #include <functional>
@@ -72,6 +73,7 @@ private:
         0;              ///< of the key that the list is handling, extended keys with 0xE0 before it
     std::wstring Typed; ///< since the user last paused or did something else
     DWORD TypedAt = 0;
+    HeadingTips Tips;
 };
 
 } // namespace pmx::win32

@@ -61,6 +61,19 @@ TEST_F(EditorRowsInMemory, PicturesComeFromTheTwoStrips) {
               (std::vector<Request>{{2001, 32, Color::LightGrey}, {2002, 16, Color::White}}));
 }
 
+TEST_F(EditorRowsInMemory, PicturesAreThoseOfTheScreensResolution) {
+    using Request = test::MemoryImageLists::Request;
+    const std::pair<int, Request> expected[] = {{119, {2002, 16, Color::White}},
+                                                {120, {2120, 20, Color::White}},
+                                                {144, {2124, 24, Color::White}},
+                                                {192, {2132, 32, Color::White}}};
+    for (const auto& [resolution, request] : expected) {
+        Desktop.Dialogs.Resolution = resolution;
+        RunAndCancel([](MemoryUser&) {});
+        EXPECT_EQ(Desktop.Images.Requests.back(), request) << resolution;
+    }
+}
+
 TEST_P(EditorRows, RowsShowTheFavoritesInTheOrderOfTheListFile) {
     Given({Named(Sjis(u8"両面印刷"), 1, true), Named("B", 2), Standard("S")});
     RunAndCancel([](DialogUser& user) {

@@ -216,12 +216,36 @@ TEST_F(IconDlgTest, WorksWithoutPictures) {
     EXPECT_EQ(Pick(30, [](MemoryUser& user) { user.Press(control::Ok); }), 30);
 }
 
+TEST_F(IconDlgTest, TakesTheIconsOfTheScreensResolution) {
+    using Request = test::MemoryImageLists::Request;
+    const std::pair<int, Request> expected[] = {
+        {72, {2001, 32, Color::LightGrey}},  {96, {2001, 32, Color::LightGrey}},
+        {119, {2001, 32, Color::LightGrey}}, {120, {2040, 40, Color::LightGrey}},
+        {144, {2048, 48, Color::LightGrey}}, {192, {2064, 64, Color::LightGrey}},
+        {288, {2064, 64, Color::LightGrey}}};
+    for (const auto& [resolution, request] : expected) {
+        Desktop.Dialogs.Resolution = resolution;
+        Desktop.Images.Requests.clear();
+        Pick(14, [](MemoryUser& user) { user.Escape(); });
+        EXPECT_EQ(Desktop.Images.Requests, std::vector<Request>{request}) << resolution;
+    }
+}
+
+TEST_F(IconDlgTest, TakesTheFirstIconsFromResourcesWithoutLargerOnes) {
+    Desktop.Dialogs.Resolution = 144;
+    Desktop.Images.Failing = true;
+    Pick(14, [](MemoryUser& user) { user.Escape(); });
+    using Request = test::MemoryImageLists::Request;
+    EXPECT_EQ(Desktop.Images.Requests,
+              (std::vector<Request>{{2048, 48, Color::LightGrey}, {2001, 32, Color::LightGrey}}));
+}
+
 /// A dialog with a current-icon box.
 class BoxDlg final : public CPmxDlg {
 public:
     explicit BoxDlg(MemoryDesktop& desktop)
         : CPmxDlg(dialog::RegisterFavorite, WindowHandle::None, desktop.Services),
-          Icons(LoadFavoriteIcons(desktop.Images)) {}
+          Icons(LoadFavoriteIcons(desktop.Images, 96)) {}
 
     void Show(std::int64_t icon) { ShowFavoriteIcon(Window(), control::RegisterIcon, Icons.get(), icon); }
     void DropIcons() { Icons.reset(); }

@@ -25,7 +25,7 @@ class ProbeDlg final : public CPmxDlg {
 public:
     explicit ProbeDlg(const DialogServices& services)
         : CPmxDlg(dialog::BasicList, WindowHandle::None, services),
-          Icons(LoadFavoriteIcons(services.Images)) {}
+          Icons(LoadFavoriteIcons(services.Images, 96)) {}
 
     Events Seen;
     std::function<void(ProbeDlg&)> WhenDeletePressed;

@@ -114,7 +114,9 @@ TEST(EnglishResources, HaveTheControlsOfTheJapaneseTemplatesInTheirOrder) {
 }
 
 TEST(EnglishResources, HaveThePictures) {
-    for (const int id : {bitmap::SmallIcons, bitmap::LargeIcons, bitmap::StateImages}) {
+    for (const int id : {bitmap::SmallIcons, bitmap::LargeIcons, bitmap::StateImages, bitmap::Icons20,
+                         bitmap::Icons24, bitmap::Icons40, bitmap::Icons48, bitmap::Icons64, bitmap::States20,
+                         bitmap::States24, bitmap::States32}) {
         const auto english = English().Find(ResourceKind::Bitmap, id);
         const auto japanese = Japanese().Find(ResourceKind::Bitmap, id);
         EXPECT_FALSE(english.empty()) << id;

@@ -32,7 +32,11 @@ TEST(Pictures, HaveTheSizesOfTheirImagesInTrueColour) {
     constexpr std::size_t HeaderSize = 40;
     for (const auto& [id, width, height] :
          {std::tuple{bitmap::SmallIcons, 960U, 16U}, std::tuple{bitmap::LargeIcons, 1920U, 32U},
-          std::tuple{bitmap::StateImages, 320U, 14U}}) {
+          std::tuple{bitmap::StateImages, 320U, 14U}, std::tuple{bitmap::Icons20, 1200U, 20U},
+          std::tuple{bitmap::Icons24, 1440U, 24U}, std::tuple{bitmap::Icons40, 2400U, 40U},
+          std::tuple{bitmap::Icons48, 2880U, 48U}, std::tuple{bitmap::Icons64, 3840U, 64U},
+          std::tuple{bitmap::States20, 400U, 18U}, std::tuple{bitmap::States24, 480U, 21U},
+          std::tuple{bitmap::States32, 640U, 28U}}) {
         const auto picture = Own(ResourceKind::Bitmap, id);
         EXPECT_EQ(Number(picture, 4, 4), width) << id;
         EXPECT_EQ(Number(picture, 8, 4), height) << id;
