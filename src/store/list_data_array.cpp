@@ -158,41 +158,33 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
         return false;
     }
     try {
-        std::vector<std::string> texts;
-        texts.reserve(records.size());
-        for (const CPMXTemplUIListData* const record : records) {
-            if (record->GetDeleteFlag() != 1) {
-                texts.push_back(FormatListValue(*record));
-            }
-        }
-        return ReplaceSection({texts.begin(), texts.end()}, count);
+        return ReplaceSection(FormatSection(records, count));
     } catch (const std::bad_alloc&) {
         return false;
     }
 }
 
-bool CPMXTemplUIListDataArray::ReplaceSection(const ListValues& values, std::int64_t count) {
+bool CPMXTemplUIListDataArray::ReplaceSection(std::string section) {
     const std::unique_ptr<FileLock> lock = WaitForLock(Services, ListFilePath);
     DecodedText content;
     const FileError error = RetryBriefly(Services, [&] { return ReadListFile(content); });
     if (error != FileError::None || !content.IsWhole) {
         return false;
     }
-    std::string mine = FormatSection(values, count);
-    std::string changed;
     const bool isMerged = IsChangedByAnother(content.Text);
+    std::string changed;
     if (isMerged) {
         // Of one's own values what a reader would find of them: a host may have put a line end into a name.
         const ListValues merged =
-            MergeValues(ReadListValues(Base), ReadListValues(mine), ReadListValues(content.Text));
+            MergeValues(ReadListValues(Base), ReadListValues(section), ReadListValues(content.Text));
         changed = WithSection(content.Text, FormatSection(merged, static_cast<std::int64_t>(merged.size())));
     } else {
-        changed = WithSection(content.Text, mine);
+        changed = WithSection(content.Text, std::move(section));
     }
     if (ReplaceListFile(Services, ListFilePath, changed) != FileError::None) {
         return false;
     }
-    Base = std::move(isMerged ? mine : changed);
+    Base = std::move(isMerged ? section : changed);
     return true;
 }
 

@@ -130,7 +130,7 @@ public:
 private:
     FileError ReadListFile(DecodedText& content) const;
     bool IsChangedByAnother(const std::string& content) const;
-    bool ReplaceSection(const ListValues& values, std::int64_t count);
+    bool ReplaceSection(std::string section);
     std::optional<std::string> FreeFileName(const std::string& base, std::int64_t& number) const;
     FileError SaveNewFavorite(CPMXTemplUIListData& record, const std::string& path) const;
     bool IsListFileName(std::string_view fileName) const;

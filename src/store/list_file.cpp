@@ -14,6 +14,8 @@ namespace pmx {
 
 namespace {
 
+constexpr std::size_t UsualLineLength = 80;
+
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -26,8 +28,8 @@ bool EqualWord(std::string_view left, std::string_view right) {
     const auto upper = [](char letter) {
         return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
     };
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [&](char one, char other) { return upper(one) == upper(other); });
+    return left == right || std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                                       [&](char one, char other) { return upper(one) == upper(other); });
 }
 
 std::string_view WithoutBlanks(std::string_view text) {
@@ -42,8 +44,14 @@ std::string_view WithoutBlanks(std::string_view text) {
 
 // The fields of a value
 
-std::string_view FlagText(bool isSet) {
-    return isSet ? "1" : "0";
+char FlagText(bool isSet) {
+    return isSet ? '1' : '0';
+}
+
+void AppendNumber(std::string& text, std::int64_t number) {
+    std::array<char, 24> digits{};
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    text += std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data()));
 }
 
 struct ListField {
@@ -67,9 +75,7 @@ constexpr std::array<ListField, 6> Fields = {{
          record.SetName(text);
          return !text.empty();
      }},
-    {[](const CPMXTemplUIListData& record, std::string& value) {
-         value += std::to_string(record.GetLevel());
-     },
+    {[](const CPMXTemplUIListData& record, std::string& value) { AppendNumber(value, record.GetLevel()); },
      [](CPMXTemplUIListData& record, std::string_view text) {
          record.SetLevel(LeadingNumber(text));
          return true;
@@ -82,7 +88,7 @@ constexpr std::array<ListField, 6> Fields = {{
          return true;
      }},
     {[](const CPMXTemplUIListData& record, std::string& value) {
-         value += std::to_string(static_cast<std::int32_t>(record.GetIconIndex()));
+         AppendNumber(value, static_cast<std::int32_t>(record.GetIconIndex()));
      },
      [](CPMXTemplUIListData& record, std::string_view text) {
          record.SetIconIndex(LeadingNumber(text));
@@ -94,6 +100,17 @@ constexpr std::array<ListField, 6> Fields = {{
          return !text.empty();
      }},
 }};
+
+void AppendListValue(const CPMXTemplUIListData& record, std::string& text) {
+    bool isFirst = true;
+    for (const ListField& field : Fields) {
+        if (!isFirst) {
+            text += FieldSeparator;
+        }
+        isFirst = false;
+        field.Append(record, text);
+    }
+}
 
 using FieldTexts = std::array<std::string_view, Fields.size()>;
 
@@ -116,18 +133,27 @@ bool Split(std::string_view value, const LeadByteTable& leadBytes, FieldTexts& t
 
 // The lines of the file
 
+/// Bytes up to the next line end. Looks at stretches of growing length: one kind of line end may never come.
+std::size_t LineLength(std::string_view text) {
+    for (std::size_t size = 256;; size *= 2) {
+        const std::string_view stretch = text.substr(0, size);
+        const std::string_view line = stretch.substr(0, stretch.find('\n'));
+        const std::size_t length = std::min(line.find('\r'), line.size());
+        if (length < stretch.size() || stretch.size() == text.size()) {
+            return length;
+        }
+    }
+}
+
 /// Takes the next line off the front of `rest`, and the line ends before it. Empty when there is none.
 std::string_view NextLine(std::string_view& rest) {
     std::size_t begin = 0;
     while (begin < rest.size() && IsLineEnd(rest[begin])) {
         ++begin;
     }
-    std::size_t end = begin;
-    while (end < rest.size() && !IsLineEnd(rest[end])) {
-        ++end;
-    }
-    const std::string_view line = rest.substr(begin, end - begin);
-    rest.remove_prefix(end);
+    rest.remove_prefix(begin);
+    const std::string_view line = rest.substr(0, LineLength(rest));
+    rest.remove_prefix(line.size());
     return line;
 }
 
@@ -151,7 +177,6 @@ std::optional<std::string_view> SectionName(std::string_view line) {
 /// A part of the content: a section from its first line on, or what stands before the first one.
 struct Part {
     std::string_view Text;
-    std::string_view Body; ///< without the line that begins the section
     bool IsList = false;
 };
 
@@ -166,15 +191,13 @@ Part NextPart(std::string_view& rest) {
         return all.substr(0, size);
     };
     if (name && first.data() != all.data()) {
-        return {partUpTo(first.data()), {}, false}; // empty lines at the beginning of the file
+        return {partUpTo(first.data()), false}; // empty lines at the beginning of the file
     }
-    const char* const body = name ? rest.data() : all.data();
     std::string_view line = NextLine(rest);
     while (!line.empty() && !SectionName(line)) {
         line = NextLine(rest);
     }
-    const std::string_view text = partUpTo(line.empty() ? all.data() + all.size() : line.data());
-    return {text, text.substr(static_cast<std::size_t>(body - text.data())),
+    return {partUpTo(line.empty() ? all.data() + all.size() : line.data()),
             name && EqualWord(*name, ListSection)};
 }
 
@@ -224,33 +247,67 @@ bool ComesBefore(const NumberedValue& left, const NumberedValue& right) {
     return left.Number < right.Number;
 }
 
-/// What the lines of a section say.
+/// What the lines of the section say.
 struct SectionContent {
     std::vector<NumberedValue> Values; ///< in the order of their numbers; the first of a number counts
-    std::int32_t Count = 0;
-};
+    std::optional<std::int32_t> Count;
 
-SectionContent ReadSection(std::string_view body) {
-    SectionContent content;
-    bool hasCount = false;
-    for (std::string_view line = NextLine(body); !line.empty(); line = NextLine(body)) {
+    void Take(std::string_view line) {
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos) {
-            continue;
+            return;
         }
         const std::string_view key = WithoutBlanks(line.substr(0, equals));
         const std::string_view value = WithoutQuotes(WithoutBlanks(line.substr(equals + 1)));
         if (const std::optional<std::int32_t> number = DataKeyNumber(key)) {
-            content.Values.push_back({*number, value});
-        } else if (!hasCount && EqualWord(key, CountKey)) {
-            content.Count = ProfileNumber(value);
-            hasCount = true;
+            Values.push_back({*number, value});
+        } else if (!Count && EqualWord(key, CountKey)) {
+            Count = ProfileNumber(value);
         }
     }
-    if (!std::is_sorted(content.Values.begin(), content.Values.end(), ComesBefore)) {
-        std::stable_sort(content.Values.begin(), content.Values.end(), ComesBefore);
+};
+
+SectionContent ReadSection(std::string_view content) {
+    SectionContent section;
+    section.Values.reserve(content.size() / UsualLineLength);
+    bool isInside = false;
+    for (std::string_view line = NextLine(content); !line.empty(); line = NextLine(content)) {
+        if (const std::optional<std::string_view> name = SectionName(line)) {
+            if (isInside) {
+                break;
+            }
+            isInside = EqualWord(*name, ListSection);
+        } else if (isInside) {
+            section.Take(line);
+        }
     }
-    return content;
+    if (!std::is_sorted(section.Values.begin(), section.Values.end(), ComesBefore)) {
+        std::stable_sort(section.Values.begin(), section.Values.end(), ComesBefore);
+    }
+    return section;
+}
+
+// The section as it is written
+
+constexpr std::string_view LineEnd = "\r\n";
+
+/// The beginning of the section, with room for that many lines.
+std::string SectionHead(std::int64_t count, std::size_t lines) {
+    std::string section;
+    section.reserve((lines + 1) * UsualLineLength);
+    section.append("[").append(ListSection).append("]").append(LineEnd);
+    section.append(CountKey).append("=");
+    AppendNumber(section, static_cast<std::int32_t>(count));
+    return section.append(LineEnd);
+}
+
+template <typename Append>
+void AppendLine(std::string& section, std::size_t number, Append appendValue) {
+    section.append(DataKeyPrefix);
+    AppendNumber(section, static_cast<std::int64_t>(number));
+    section.append("=");
+    appendValue();
+    section.append(LineEnd);
 }
 
 } // namespace
@@ -273,12 +330,7 @@ std::int32_t LeadingNumber(std::string_view text) {
 
 std::string FormatListValue(const CPMXTemplUIListData& record) {
     std::string value;
-    for (const ListField& field : Fields) {
-        if (!value.empty()) {
-            value += FieldSeparator;
-        }
-        field.Append(record, value);
-    }
+    AppendListValue(record, value);
     return value;
 }
 
@@ -300,22 +352,15 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
 }
 
 ListValues ReadListValues(std::string_view content) {
+    const SectionContent section = ReadSection(content);
     ListValues values;
-    while (!content.empty()) {
-        const Part part = NextPart(content);
-        if (!part.IsList) {
-            continue;
+    values.reserve(section.Values.size());
+    std::int32_t next = 0;
+    for (const NumberedValue& line : section.Values) {
+        if (line.Number >= next && line.Number < section.Count.value_or(0)) {
+            values.push_back(line.Value);
+            next = line.Number + 1;
         }
-        const SectionContent section = ReadSection(part.Body);
-        values.reserve(section.Values.size());
-        std::int32_t next = 0;
-        for (const NumberedValue& line : section.Values) {
-            if (line.Number >= next && line.Number < section.Count) {
-                values.push_back(line.Value);
-                next = line.Number + 1;
-            }
-        }
-        break;
     }
     return values;
 }
@@ -329,38 +374,38 @@ bool HasListSection(std::string_view content) {
     return false;
 }
 
-std::string FormatSection(const ListValues& values, std::int64_t count) {
-    constexpr std::string_view LineEnd = "\r\n";
-    std::string section;
-    std::size_t size = 64;
-    for (const std::string_view value : values) {
-        size += DataKeyPrefix.size() + 12 + value.size();
-    }
-    section.reserve(size);
-    section.append("[").append(ListSection).append("]").append(LineEnd);
-    section.append(CountKey).append("=").append(std::to_string(static_cast<std::int32_t>(count)));
-    section.append(LineEnd);
+std::string FormatSection(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count) {
+    std::string section = SectionHead(count, records.size());
     std::size_t number = 0;
-    for (const std::string_view value : values) {
-        section.append(DataKeyPrefix).append(std::to_string(number++)).append("=").append(value);
-        section.append(LineEnd);
+    for (const CPMXTemplUIListData* const record : records) {
+        if (record->GetDeleteFlag() != 1) {
+            AppendLine(section, number++, [&] { AppendListValue(*record, section); });
+        }
     }
     return section;
 }
 
-std::string WithSection(std::string_view content, std::string_view section) {
-    std::string changed;
-    changed.reserve(content.size() + section.size() + 2);
+std::string FormatSection(const ListValues& values, std::int64_t count) {
+    std::string section = SectionHead(count, values.size());
+    std::size_t number = 0;
+    for (const std::string_view value : values) {
+        AppendLine(section, number++, [&] { section += value; });
+    }
+    return section;
+}
+
+std::string WithSection(std::string_view content, std::string section) {
+    std::string others;
     while (!content.empty()) {
         const Part part = NextPart(content);
         if (!part.IsList) {
-            changed += part.Text;
+            others += part.Text;
         }
     }
-    if (!changed.empty() && !IsLineEnd(changed.back())) {
-        changed += "\r\n";
+    if (!others.empty() && !IsLineEnd(others.back())) {
+        others += LineEnd;
     }
-    return changed += section;
+    return std::move(section.insert(0, others));
 }
 
 FileError ReplaceListFile(const StoreServices& services, const std::string& path,

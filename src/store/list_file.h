@@ -45,11 +45,15 @@ ListValues ReadListValues(std::string_view content);
 /// Whether there is the section in a list file with that content, be it empty.
 bool HasListSection(std::string_view content);
 
-/// The lines of the section with these values. `count` is the number that is written.
+/// The lines of the section for these records, without those that are marked deleted. `count` is the number
+/// that is written.
+std::string FormatSection(const std::vector<const CPMXTemplUIListData*>& records, std::int64_t count);
+
+/// The same for these values.
 std::string FormatSection(const ListValues& values, std::int64_t count);
 
 /// A list file's content with its section taken out and `section` put at the end.
-std::string WithSection(std::string_view content, std::string_view section);
+std::string WithSection(std::string_view content, std::string section);
 
 /// Gives a list file that content, which stands beside it whole before anything changes: it is put in the
 /// place of the old file by one renaming, or, while another program keeps the old one open for longer than a
