@@ -88,6 +88,16 @@ FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD di
         CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/// Opens an existing file, and no device or pipe that has taken its name.
+FileHandle OpenDiskFile(const std::string& path, DWORD access) {
+    FileHandle file = OpenPath(path, access, ShareAll, OPEN_EXISTING);
+    if (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FileHandle(INVALID_HANDLE_VALUE);
+    }
+    return file;
+}
+
 /// Opens a file or a folder for nothing but questions about it; with `flags` a link itself.
 FileHandle OpenToAsk(const std::string& path, DWORD flags = 0) {
     return FileHandle(CreateFileA(path.c_str(), 0, ShareAll, nullptr, OPEN_EXISTING,
@@ -235,7 +245,7 @@ public:
     }
 
     FileError Read(const std::string& path, std::string& content) override {
-        const FileHandle file = OpenPath(path, GENERIC_READ, ShareAll, OPEN_EXISTING);
+        const FileHandle file = OpenDiskFile(path, GENERIC_READ);
         std::string read;
         if (!file.IsOpen() || !ReadAll(file, read)) {
             return LastError();
@@ -261,7 +271,7 @@ public:
         if (IsReadOnlyFile(path)) {
             return FileError::Held;
         }
-        const FileHandle file = OpenPath(path, GENERIC_WRITE, ShareAll, OPEN_EXISTING);
+        const FileHandle file = OpenDiskFile(path, GENERIC_WRITE);
         if (!file.IsOpen()) {
             return LastError();
         }
