@@ -122,7 +122,11 @@ bool IsPlainFileName(std::string_view fileName) {
 }
 
 std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadBytes) {
-    std::string text(fileName.substr(0, fileName.find_last_not_of(". ") + 1));
+    return FoldedName(fileName.substr(0, fileName.find_last_not_of(". ") + 1), leadBytes);
+}
+
+std::string FoldedName(std::string_view name, const LeadByteTable& leadBytes) {
+    std::string text(name);
     for (std::size_t position = 0; position < text.size();
          position += CharacterLength(text, position, leadBytes)) {
         if (text[position] >= 'A' && text[position] <= 'Z') {

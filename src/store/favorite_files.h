@@ -49,6 +49,9 @@ bool IsPlainFileName(std::string_view fileName);
 /// dots and blanks at the end, which the platform drops.
 std::string FoldedFileName(std::string_view fileName, const LeadByteTable& leadBytes = SystemLeadBytes());
 
+/// A text that is the same for all names that differ in the case of A to Z only.
+std::string FoldedName(std::string_view name, const LeadByteTable& leadBytes);
+
 /// The folder of a path with its separator; empty for a mere name.
 std::string FolderOf(std::string_view path);
 

@@ -114,21 +114,21 @@ void AppendListValue(const CPMXTemplUIListData& record, std::string& text) {
 
 using FieldTexts = std::array<std::string_view, Fields.size()>;
 
-/// Takes a value apart, passing over empty fields; false unless there are exactly as many as a favorite has.
-bool Split(std::string_view value, const LeadByteTable& leadBytes, FieldTexts& texts) {
+/// Takes a value apart, passing over empty fields. Gives their number; one more than a favorite has for any higher.
+std::size_t Split(std::string_view value, const LeadByteTable& leadBytes, FieldTexts& texts) {
     std::size_t count = 0;
     for (std::size_t begin = 0; begin < value.size();) {
         const std::size_t end =
             std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
         if (end > begin) {
             if (count == texts.size()) {
-                return false;
+                return count + 1;
             }
             texts[count++] = Trimmed(value.substr(begin, end - begin), leadBytes);
         }
         begin = end + 1;
     }
-    return count == texts.size();
+    return count;
 }
 
 // The lines of the file
@@ -238,11 +238,6 @@ std::string_view WithoutQuotes(std::string_view value) {
     return isQuoted ? value.substr(1, value.size() - 2) : value;
 }
 
-struct NumberedValue {
-    std::int32_t Number;
-    std::string_view Value;
-};
-
 bool ComesBefore(const NumberedValue& left, const NumberedValue& right) {
     return left.Number < right.Number;
 }
@@ -251,10 +246,12 @@ bool ComesBefore(const NumberedValue& left, const NumberedValue& right) {
 struct SectionContent {
     std::vector<NumberedValue> Values; ///< in the order of their numbers; the first of a number counts
     std::optional<std::int32_t> Count;
+    std::vector<std::string_view> OtherLines;
 
     void Take(std::string_view line) {
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos) {
+            OtherLines.push_back(line);
             return;
         }
         const std::string_view key = WithoutBlanks(line.substr(0, equals));
@@ -263,6 +260,8 @@ struct SectionContent {
             Values.push_back({*number, value});
         } else if (!Count && EqualWord(key, CountKey)) {
             Count = ProfileNumber(value);
+        } else {
+            OtherLines.push_back(line);
         }
     }
 };
@@ -336,7 +335,7 @@ std::string FormatListValue(const CPMXTemplUIListData& record) {
 
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes) {
     FieldTexts texts;
-    if (!Split(value, leadBytes, texts)) {
+    if (Split(value, leadBytes, texts) != texts.size()) {
         return nullptr;
     }
     auto record = std::make_unique<CPMXTemplUIListData>();
@@ -349,6 +348,37 @@ std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, cons
         return nullptr;
     }
     return record;
+}
+
+ValueFault FaultOf(std::string_view value, const LeadByteTable& leadBytes) {
+    constexpr std::size_t NamePosition = 1;
+    FieldTexts texts;
+    const std::size_t count = Split(value, leadBytes, texts);
+    if (count != texts.size()) {
+        return count < texts.size() ? ValueFault::TooFewFields : ValueFault::TooManyFields;
+    }
+    if (texts[NamePosition].empty()) {
+        return ValueFault::NoName;
+    }
+    if (texts.back().empty()) {
+        return ValueFault::NoFile;
+    }
+    return ParseListValue(value, leadBytes) ? ValueFault::None : ValueFault::UnknownStandardNumber;
+}
+
+ListSectionContent ReadListSection(std::string_view content) {
+    SectionContent first = ReadSection(content);
+    ListSectionContent section{
+        std::move(first.Values), first.Count.value_or(0), std::move(first.OtherLines), {}};
+    bool isFirst = true;
+    while (!content.empty()) {
+        const Part part = NextPart(content);
+        if (part.IsList && !isFirst) {
+            section.FurtherSections.push_back(part.Text);
+        }
+        isFirst = isFirst && !part.IsList;
+    }
+    return section;
 }
 
 ListValues ReadListValues(std::string_view content) {

@@ -37,6 +37,29 @@ std::string FormatListValue(const CPMXTemplUIListData& record);
 /// or is a standard favorite with an unknown number. Throws std::bad_alloc.
 std::unique_ptr<CPMXTemplUIListData> ParseListValue(std::string_view value, const LeadByteTable& leadBytes);
 
+/// Why a value describes no favorite.
+enum class ValueFault { None, TooFewFields, TooManyFields, NoName, NoFile, UnknownStandardNumber };
+
+/// The reason that ParseListValue has for null; None when it gives a favorite.
+ValueFault FaultOf(std::string_view value, const LeadByteTable& leadBytes);
+
+/// A value with the number in its key.
+struct NumberedValue {
+    std::int32_t Number;
+    std::string_view Value;
+};
+
+/// What the section of a list file holds, whatever counts of it. The texts refer to the content.
+struct ListSectionContent {
+    std::vector<NumberedValue> Values; ///< in the order of their numbers; the first of a number counts
+    std::int32_t Count = 0;
+    std::vector<std::string_view> OtherLines;      ///< without those that say the count first
+    std::vector<std::string_view> FurtherSections; ///< others of the same name, as they stand
+};
+
+/// Throws std::bad_alloc.
+ListSectionContent ReadListSection(std::string_view content);
+
 /// The values of the section in a list file with that content, in the order of their numbers, as many as the
 /// count allows; those that describe no favorite, too. They refer to `content`. The cost depends on the size
 /// of the content, whatever count it states. Throws std::bad_alloc.

@@ -2,15 +2,12 @@
 
 #include "platform/dialog_window.h"
 #include "platform/image_list.h"
+#include "store/rules.h"
 
 #include <cstdint>
 #include <memory>
 
 namespace pmx {
-
-/// Icon values that the icon picker offers. The values below are left to standard favorites.
-inline constexpr std::int64_t FirstOfferedIcon = 14;
-inline constexpr std::int64_t LastOfferedIcon = 59;
 
 /// The icons in the size for a screen of that many dots per inch (32 pixels at 96), image n for the icon value n.
 /// Null when the resources have none.

@@ -1,18 +1,8 @@
 #include "dialogs/base/pmx_dlg.h"
 
-#include "platform/text.h"
-#include "store/list_file.h"
-
-#include <algorithm>
-
 namespace pmx {
 
 namespace {
-
-bool IsNameBlank(std::string_view character) {
-    constexpr std::string_view FullWidthBlank = "\x81\x40";
-    return character == FullWidthBlank || (character.size() == 1 && IsBlank(character.front()));
-}
 
 /// Sets a flag for as long as it lives.
 class FlagScope {
@@ -96,22 +86,11 @@ std::string CPmxDlg::NameIn(ControlId nameBox) const {
 }
 
 std::string CPmxDlg::TrimmedName(std::string_view name) const {
-    const LeadByteTable& leadBytes = SystemLeadBytes();
-    std::size_t begin = name.size();
-    std::size_t end = 0;
-    for (std::size_t position = 0; position < name.size();) {
-        const std::size_t length = CharacterLength(name, position, leadBytes);
-        if (!IsNameBlank(name.substr(position, length))) {
-            begin = std::min(begin, position);
-            end = position + length;
-        }
-        position += length;
-    }
-    return std::string(name.substr(begin, end > begin ? end - begin : 0));
+    return pmx::TrimmedName(name);
 }
 
 bool CPmxDlg::HasSeparator(std::string_view name) const {
-    return FindSingleByte(name, FieldSeparator, SystemLeadBytes()) != std::string_view::npos;
+    return pmx::HasSeparator(name);
 }
 
 bool CPmxDlg::OnOpened(DialogWindow& window) {

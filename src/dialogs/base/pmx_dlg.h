@@ -3,6 +3,7 @@
 #include "dialogs/base/control_event.h"
 #include "dialogs/base/dialog_services.h"
 #include "dialogs/base/format_text.h"
+#include "store/rules.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +40,7 @@ public:
     static constexpr int Failed = -1;
 
     /// Longest name of a favorite, in bytes.
-    static constexpr std::size_t NameLimit = 32;
+    static constexpr std::size_t NameLimit = pmx::NameLimit;
 
     /// `dialogTemplate`: the number of the dialog's template. `parent`: the window to be modal to, may be
     /// none. `services` must outlive the dialog.

@@ -7,6 +7,7 @@
 #include "store/host_call.h"
 #include "store/import_export.h"
 #include "store/list_data_array.h"
+#include "store/rules.h"
 
 #include "host/PMXPropUI.h"
 
@@ -25,7 +26,7 @@ class CPMXTemplUISelLevelDlg;
 class CPMXTemplUIMainDlg final : public FavoriteListDlg {
 public:
     /// Most records that may be on the toolbar.
-    static constexpr std::int64_t ToolbarLimit = 20;
+    static constexpr std::int64_t ToolbarLimit = pmx::ToolbarLimit;
 
     /// The favorites `folder`, the name of its list file and the extension of favorite files with its dot.
     /// `parent` may be none. The services must outlive the dialog.

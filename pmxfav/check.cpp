@@ -1,0 +1,385 @@
+#include "check.h"
+
+#include "host_library.h"
+#include "terminal.h"
+
+#include "store/favorite_files.h"
+#include "store/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace pmx::tool {
+
+namespace {
+
+struct TroubleText {
+    Trouble What;
+    std::string_view Code;
+    std::string_view Reason;
+};
+
+constexpr std::array<TroubleText, 35> Texts = {{
+    {Trouble::ListUnreadable, "list-unreadable", "the list file cannot be read"},
+    {Trouble::ListLossy, "list-lossy", "the list has characters without a code, so it is never saved"},
+    {Trouble::ListMark, "list-mark", "the list begins with a Unicode mark"},
+    {Trouble::ListReadOnly, "list-read-only", "the list file is read-only"},
+    {Trouble::ListHeld, "list-held", "another program has the list file open"},
+    {Trouble::FolderReadOnly, "folder-read-only", "no files can be made in the folder"},
+    {Trouble::CountHigh, "count-high", "the count is higher than the entries"},
+    {Trouble::BeyondCount, "beyond-count", "the number is beyond the count: not listed"},
+    {Trouble::SecondNumber, "second-number", "another entry has the same number: not listed"},
+    {Trouble::OtherLine, "other-line", "the line is no entry: lost at the next save"},
+    {Trouble::SecondSection, "second-section", "the section stands twice: not listed"},
+    {Trouble::TooFewFields, "too-few-fields", "the entry has fewer than six fields: not listed"},
+    {Trouble::TooManyFields, "too-many-fields", "the entry has more than six fields: not listed"},
+    {Trouble::StandardNumber, "standard-number", "there is no standard favorite of that number: not listed"},
+    {Trouble::NameEmpty, "name-empty", "the name is empty"},
+    {Trouble::NameLong, "name-long", "the name has more than 32 bytes"},
+    {Trouble::NameSeparator, "name-separator", "the name holds ~"},
+    {Trouble::NameTwice, "name-twice", "another favorite has the name"},
+    {Trouble::Bytes, "bytes", "bytes that are no characters of the code page"},
+    {Trouble::Level, "level", "there is no such level"},
+    {Trouble::ToolbarLevel, "toolbar-level", "on the toolbar without being of document level"},
+    {Trouble::ToolbarMany, "toolbar-many", "on the toolbar beyond the first 20"},
+    {Trouble::Icon, "icon", "there is no such icon"},
+    {Trouble::FieldEmpty, "field-empty", "the file field is empty: not listed"},
+    {Trouble::FileMissing, "file-missing", "there is no such file"},
+    {Trouble::FileOutside, "file-outside", "the file field names no file of the folder"},
+    {Trouble::FileUnreadable, "file-unreadable", "the file cannot be read"},
+    {Trouble::FileEmpty, "file-empty", "the file is empty"},
+    {Trouble::FileDamaged, "file-damaged", "the host refuses the file"},
+    {Trouble::FileForeign, "file-foreign", "the file is another favorite's"},
+    {Trouble::FileShared, "file-shared", "another favorite has the file"},
+    {Trouble::FileUnlisted, "file-unlisted", "no entry names the file"},
+    {Trouble::FileStray, "file-stray", "no entry can name the file"},
+    {Trouble::LeftoverAside, "leftover-aside", "an unfinished file of a program that was killed"},
+    {Trouble::LeftoverEmpty, "leftover-empty", "an empty favorite file that no entry names"},
+}};
+
+constexpr bool AreInOrder() {
+    for (std::size_t index = 0; index < Texts.size(); ++index) {
+        if (Texts[index].What != static_cast<Trouble>(index)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(AreInOrder());
+
+std::string NameKey(const std::string& name) {
+    return FoldedName(name, LeadBytesIn(name));
+}
+
+bool IsKnownLevel(std::int32_t level) {
+    const std::int32_t plain = IsStandardLevel(level) ? level - PMX_LEVEL_STANDARD : level;
+    return plain >= PMX_LEVEL_DOCUMENT && plain <= PMX_LEVEL_PAGE;
+}
+
+/// The name field of a value that has too many fields because its name holds the separator; none for any other.
+std::optional<std::string> NameWithSeparators(std::string_view value) {
+    const LeadByteTable& leadBytes = LeadBytesIn(value);
+    std::vector<std::string_view> fields;
+    for (std::size_t begin = 0; begin <= value.size();) {
+        const std::size_t end =
+            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
+        fields.push_back(value.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    constexpr std::size_t BehindName = 4;
+    if (fields.size() <= BehindName + 2) {
+        return std::nullopt;
+    }
+    const auto isNumber = [](std::string_view text) {
+        return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    const std::size_t level = fields.size() - BehindName;
+    if (!isNumber(fields[0]) || !isNumber(fields[level]) || !isNumber(fields[level + 1]) ||
+        !isNumber(fields[level + 2])) {
+        return std::nullopt;
+    }
+    const auto* const nameEnd = fields[level].data() - 1;
+    return std::string(fields[1].data(), nameEnd);
+}
+
+/// One check of one folder.
+class Checker {
+public:
+    Checker(const FavoritesFolder& folder, std::int64_t now) : Folder(folder), Now(now) {}
+
+    std::vector<Finding> Run() {
+        CheckListFile();
+        CheckSection();
+        CollectNamesAndFiles();
+        for (const ListLine& line : Folder.Lines()) {
+            CheckLine(line);
+        }
+        CheckFiles();
+        return std::move(Findings);
+    }
+
+private:
+    Files& System() const { return Folder.GetList().GetServices().FileSystem; }
+
+    void Add(Finding finding) { Findings.push_back(std::move(finding)); }
+
+    void AddToList(Trouble what, bool isMendable = false, std::string detail = {}) {
+        Add({what, std::nullopt, {}, ListFileShown(), std::move(detail), isMendable});
+    }
+
+    void AddToLine(const ListLine& line, Trouble what, bool isMendable, std::string detail = {}) {
+        const std::string name = line.Record ? line.Record->GetName() : std::string();
+        const std::string file = line.Record ? Readable(line.Record->GetFileName()) : std::string();
+        Add({what, line.Number, name, file, std::move(detail), isMendable});
+    }
+
+    std::string ListFileShown() const {
+        return Readable(Folder.GetList().GetListFilePath().substr(Folder.GetList().GetFolder().size()));
+    }
+
+    void CheckListFile() {
+        const std::string& path = Folder.GetList().GetListFilePath();
+        const bool isThere = Folder.ListError() != FileError::NotFound;
+        if (System().IsFolder(path)) {
+            AddToList(Trouble::ListUnreadable);
+        } else if (isThere && System().IsReadOnly(path)) {
+            AddToList(Trouble::ListReadOnly);
+        } else if (isThere && System().TryOpen(path) == FileError::Held) {
+            AddToList(Trouble::ListHeld);
+        } else if (isThere && Folder.ListError() != FileError::None) {
+            AddToList(Trouble::ListUnreadable);
+        }
+        if (!Folder.ListText().IsWhole) {
+            AddToList(Trouble::ListLossy);
+        } else if (Folder.ListText().Text.size() != Folder.ListBytes().size()) {
+            AddToList(Trouble::ListMark, true);
+        }
+        if (!MayAddFiles(Folder.GetList().GetFolder())) {
+            Add({Trouble::FolderReadOnly, std::nullopt, {}, {}, {}, false});
+        }
+    }
+
+    void CheckSection() {
+        const ListSectionContent& section = Folder.Section();
+        std::int64_t entries = 0;
+        for (const ListLine& line : Folder.Lines()) {
+            entries += line.IsSecond || line.IsBeyondCount ? 0 : 1;
+        }
+        if (section.Count > entries) {
+            AddToList(Trouble::CountHigh, true,
+                      std::to_string(section.Count) + " for " + std::to_string(entries));
+        }
+        for (const std::string_view line : section.OtherLines) {
+            AddToList(Trouble::OtherLine, true, Readable(line));
+        }
+        for (std::size_t count = 0; count < section.FurtherSections.size(); ++count) {
+            AddToList(Trouble::SecondSection, true);
+        }
+    }
+
+    void CollectNamesAndFiles() {
+        for (const ListLine* const line : KeptLines(Folder)) {
+            ++NameUses[NameKey(line->Record->GetName())];
+            if (!line->Record->IsStandard()) {
+                ListedFiles.insert(FileKey(line->Record->GetFileName()));
+            } else {
+                StandardNames.insert(NameKey(line->Record->GetName()));
+            }
+        }
+    }
+
+    void CheckLine(const ListLine& line) {
+        if (line.IsSecond) {
+            AddToLine(line, Trouble::SecondNumber, true, Readable(line.Value));
+            return;
+        }
+        if (line.IsBeyondCount) {
+            AddToLine(line, Trouble::BeyondCount, true);
+        }
+        if (!IsAllCharacters(line.Value)) {
+            AddToLine(line, Trouble::Bytes, line.Record == nullptr, {});
+        }
+        if (line.Record == nullptr) {
+            CheckDamaged(line);
+            return;
+        }
+        CheckName(line);
+        CheckMarks(line);
+        CheckFileOf(line);
+    }
+
+    void CheckDamaged(const ListLine& line) {
+        const ValueFault fault = FaultOf(line.Value, LeadBytesIn(line.Value));
+        AddToLine(line, TroubleOf(fault), true, Readable(line.Value));
+        if (fault == ValueFault::TooManyFields) {
+            if (const std::optional<std::string> name = NameWithSeparators(line.Value)) {
+                Add({Trouble::NameSeparator, line.Number, *name, {}, {}, true});
+            }
+        }
+        if (fault == ValueFault::TooFewFields && line.Value.find("~~") < line.Value.find('~') + 1) {
+            AddToLine(line, Trouble::NameEmpty, true);
+        }
+    }
+
+    void CheckName(const ListLine& line) {
+        const std::string& name = line.Record->GetName();
+        if (name.size() > NameLimit) {
+            AddToLine(line, Trouble::NameLong, false, std::to_string(name.size()) + " bytes");
+        }
+        const std::string key = NameKey(name);
+        const bool isFirst = SeenNames.insert(key).second;
+        // The one that keeps the name is a standard favorite, whose name is the host's, or else the first.
+        const bool keepsName = line.Record->IsStandard() ? isFirst || !SeenStandardNames.contains(key)
+                                                         : isFirst && !StandardNames.contains(key);
+        if (line.Record->IsStandard()) {
+            SeenStandardNames.insert(key);
+        }
+        if (NameUses[key] > 1 && !keepsName) {
+            AddToLine(line, Trouble::NameTwice, !line.Record->IsStandard());
+        }
+    }
+
+    void CheckMarks(const ListLine& line) {
+        const CPMXTemplUIListData& record = *line.Record;
+        if (!IsKnownLevel(record.GetLevel())) {
+            AddToLine(line, Trouble::Level, false, std::to_string(record.GetLevel()));
+        }
+        if (record.GetToolbar() == 1 && !IsDocumentLevel(record.GetLevel())) {
+            AddToLine(line, Trouble::ToolbarLevel, true);
+        } else if (record.GetToolbar() == 1 && ++Marks > ToolbarLimit) {
+            AddToLine(line, Trouble::ToolbarMany, true);
+        }
+        if (record.GetIconIndex() < 0 || record.GetIconIndex() > LastOfferedIcon) {
+            AddToLine(line, Trouble::Icon, false, std::to_string(record.GetIconIndex()));
+        }
+    }
+
+    void CheckFileOf(const ListLine& line) {
+        const CPMXTemplUIListData& record = *line.Record;
+        const FileContent content = Folder.ContentOf(record);
+        static const std::unordered_map<FileState, Trouble> Troubles = {
+            {FileState::Missing, Trouble::FileMissing},       {FileState::Outside, Trouble::FileOutside},
+            {FileState::Unreadable, Trouble::FileUnreadable}, {FileState::Empty, Trouble::FileEmpty},
+            {FileState::Damaged, Trouble::FileDamaged},
+        };
+        const auto trouble = Troubles.find(content.State);
+        if (trouble != Troubles.end()) {
+            AddToLine(line, trouble->second, false);
+        }
+        if (record.IsStandard()) {
+            return;
+        }
+        if (!SeenFiles.insert(FileKey(record.GetFileName())).second) {
+            const bool isThere = content.State == FileState::Whole || content.State == FileState::Unknown;
+            AddToLine(line, Trouble::FileShared, isThere);
+        } else if (content.State == FileState::Whole && NameKey(content.Name) != NameKey(record.GetName()) &&
+                   NameUses.contains(NameKey(content.Name))) {
+            AddToLine(line, Trouble::FileForeign, false, Readable(content.Name));
+        }
+    }
+
+    void CheckFiles() {
+        const std::string listFile = FileKey(FromUtf8(ListFileShown()));
+        for (const FolderFile& file : Folder.AllFiles()) {
+            const bool isListed = ListedFiles.contains(FileKey(file.Name));
+            const Leftover leftover = LeftoverKind(Folder, file, isListed);
+            if (leftover != Leftover::None) {
+                const Trouble what =
+                    leftover == Leftover::Aside ? Trouble::LeftoverAside : Trouble::LeftoverEmpty;
+                const bool isOld = IsOldLeftover(file, Now);
+                Add({what, std::nullopt, {}, file.Shown, isOld ? "" : "younger than a day", isOld});
+            } else if (!isListed && Folder.IsFavoriteFile(file) && FileKey(file.Name) != listFile) {
+                CheckUnlisted(file);
+            }
+        }
+    }
+
+    void CheckUnlisted(const FolderFile& file) {
+        if (!file.IsNameable || HasSeparator(file.Name) ||
+            Trimmed(file.Name, SystemLeadBytes()) != file.Name) {
+            Add({Trouble::FileStray, std::nullopt, {}, file.Shown, {}, false});
+            return;
+        }
+        const FileContent content = Folder.ContentOf(file);
+        const bool isWhole = content.State == FileState::Whole;
+        const std::string detail = isWhole ? "" : std::string(NameOf(content.State));
+        Add({Trouble::FileUnlisted, std::nullopt, content.Name, file.Shown, detail, isWhole});
+        if (isWhole && HasSeparator(content.Name)) {
+            Add({Trouble::NameSeparator, std::nullopt, content.Name, file.Shown, {}, true});
+        }
+    }
+
+    const FavoritesFolder& Folder;
+    const std::int64_t Now;
+    std::vector<Finding> Findings;
+    std::unordered_map<std::string, int> NameUses;
+    std::unordered_set<std::string> StandardNames;
+    std::unordered_set<std::string> ListedFiles;
+    std::unordered_set<std::string> SeenNames;
+    std::unordered_set<std::string> SeenStandardNames;
+    std::unordered_set<std::string> SeenFiles;
+    std::int64_t Marks = 0;
+};
+
+} // namespace
+
+std::string_view CodeOf(Trouble trouble) {
+    return Texts[static_cast<std::size_t>(trouble)].Code;
+}
+
+std::string_view ReasonOf(Trouble trouble) {
+    return Texts[static_cast<std::size_t>(trouble)].Reason;
+}
+
+Trouble TroubleOf(ValueFault fault) {
+    switch (fault) {
+    case ValueFault::TooManyFields:
+        return Trouble::TooManyFields;
+    case ValueFault::NoName:
+        return Trouble::NameEmpty;
+    case ValueFault::NoFile:
+        return Trouble::FieldEmpty;
+    case ValueFault::UnknownStandardNumber:
+        return Trouble::StandardNumber;
+    default:
+        return Trouble::TooFewFields;
+    }
+}
+
+Leftover LeftoverKind(const FavoritesFolder& folder, const FolderFile& file, bool isListed) {
+    constexpr std::string_view Begin = "Pmx";
+    constexpr std::string_view End = ".tmp";
+    constexpr std::size_t Digits = 8;
+    const std::string_view name = file.Name;
+    const bool isAside =
+        name.size() == Begin.size() + Digits + End.size() && name.starts_with(Begin) && name.ends_with(End) &&
+        name.substr(Begin.size(), Digits).find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
+    if (isAside) {
+        return isListed ? Leftover::None : Leftover::Aside;
+    }
+    return file.Size == 0 && !isListed && folder.IsFavoriteFile(file) ? Leftover::Empty : Leftover::None;
+}
+
+bool IsOldLeftover(const FolderFile& file, std::int64_t now) {
+    constexpr std::int64_t Day = 24 * 60 * 60;
+    return now - file.Written > Day;
+}
+
+std::vector<const ListLine*> KeptLines(const FavoritesFolder& folder) {
+    std::vector<const ListLine*> kept;
+    for (const ListLine& line : folder.Lines()) {
+        if (line.Record != nullptr && !line.IsSecond) {
+            kept.push_back(&line);
+        }
+    }
+    return kept;
+}
+
+std::vector<Finding> Check(const FavoritesFolder& folder, std::int64_t now) {
+    return Checker(folder, now).Run();
+}
+
+} // namespace pmx::tool

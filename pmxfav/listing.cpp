@@ -1,0 +1,241 @@
+#include "check.h"
+#include "commands.h"
+#include "host_library.h"
+#include "sha256.h"
+#include "terminal.h"
+
+#include "store/levels.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+
+namespace pmx::tool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void PrintJson(const Json& json) {
+    Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+Json StartJson(const FolderChoice& choice) {
+    return {{"folder", Readable(choice.Folder)}, {"list", Readable(choice.ListFile)}};
+}
+
+/// "2026-11-22 10:15:00", UTC.
+std::string TimeText(std::int64_t seconds) {
+    namespace chrono = std::chrono;
+    const chrono::sys_seconds time{chrono::seconds(seconds)};
+    const auto day = chrono::floor<chrono::days>(time);
+    const chrono::year_month_day date(day);
+    const chrono::hh_mm_ss clock(time - day);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    return text.data();
+}
+
+std::string_view KindOf(const CPMXTemplUIListData& record) {
+    return record.IsStandard() ? "standard" : "user";
+}
+
+std::string Shown(const std::string& narrow) {
+    return Printable(Readable(narrow));
+}
+
+/// The listed favorites, with their positions from 1.
+std::vector<const ListLine*> ListedLines(const FavoritesFolder& folder) {
+    std::vector<const ListLine*> lines;
+    for (const ListLine& line : folder.Lines()) {
+        if (line.IsListed()) {
+            lines.push_back(&line);
+        }
+    }
+    return lines;
+}
+
+Json JsonOf(const CPMXTemplUIListData& record, std::size_t position, FileState state) {
+    return {{"position", position},
+            {"toolbar", record.GetToolbar() == 1},
+            {"name", Readable(record.GetName())},
+            {"level", LevelText(record.GetLevel())},
+            {"kind", KindOf(record)},
+            {"icon", record.GetIconIndex()},
+            {"file", Readable(record.GetFileName())},
+            {"state", NameOf(state)}};
+}
+
+std::vector<std::string> CellsOf(const CPMXTemplUIListData& record, std::size_t position, FileState state) {
+    return {std::to_string(position),    record.GetToolbar() == 1 ? "yes" : "-",
+            Shown(record.GetName()),     LevelText(record.GetLevel()),
+            std::string(KindOf(record)), std::to_string(record.GetIconIndex()),
+            Shown(record.GetFileName()), std::string(NameOf(state))};
+}
+
+int ExitCodeOf(const FavoritesFolder& folder) {
+    const bool isRead = folder.ListError() == FileError::None || folder.ListError() == FileError::NotFound;
+    if (!isRead) {
+        Say("the list file cannot be read");
+    }
+    return isRead ? Fine : Found;
+}
+
+std::string PlaceOf(const Finding& finding) {
+    const std::string key = finding.Number ? "TemplateData" + std::to_string(*finding.Number) : std::string();
+    return key.empty() ? Printable(finding.File) : key;
+}
+
+std::string ReasonText(const Finding& finding) {
+    std::string text(ReasonOf(finding.What));
+    if (finding.Number && !finding.File.empty() && CodeOf(finding.What).starts_with("file-")) {
+        text += ": " + Printable(finding.File);
+    }
+    return finding.Detail.empty() ? text : text + " (" + Printable(finding.Detail) + ")";
+}
+
+} // namespace
+
+std::string LevelText(std::int32_t level) {
+    constexpr std::array<const char*, 5> Words = {"document", "section", "sheet", "face", "page"};
+    const std::int32_t plain = IsStandardLevel(level) ? level - PMX_LEVEL_STANDARD : level;
+    const bool isKnown = plain >= PMX_LEVEL_DOCUMENT && plain <= PMX_LEVEL_PAGE;
+    return isKnown ? Words[static_cast<std::size_t>(plain - PMX_LEVEL_DOCUMENT)] : std::to_string(level);
+}
+
+bool ReadFolder(FavoritesFolder& folder, const FolderChoice& choice) {
+    if (folder.Read()) {
+        return true;
+    }
+    Say("there is no folder that can be read: " + Shown(choice.Folder));
+    return false;
+}
+
+const ListLine* FindListed(const FavoritesFolder& folder, const std::string& name) {
+    const ListLine* similar = nullptr;
+    for (const ListLine* const line : ListedLines(folder)) {
+        if (line->Record->GetName() == name) {
+            return line;
+        }
+        if (similar == nullptr && EqualIgnoringCase(line->Record->GetName(), name)) {
+            similar = line;
+        }
+    }
+    if (similar == nullptr) {
+        Say("there is no favorite of that name: " + Shown(name));
+    }
+    return similar;
+}
+
+int ListFavorites(const FolderChoice& choice, bool asJson) {
+    FavoritesFolder folder(choice);
+    if (!ReadFolder(folder, choice)) {
+        return WrongCall;
+    }
+    SayIfHostIsMissing();
+    std::vector<std::vector<std::string>> table = {
+        {"#", "toolbar", "name", "level", "kind", "icon", "file", "state"}};
+    Json json = StartJson(choice);
+    json["favorites"] = Json::array();
+    const std::vector<const ListLine*> lines = ListedLines(folder);
+    {
+        Progress progress(lines.size());
+        for (std::size_t index = 0; index < lines.size(); ++index) {
+            const CPMXTemplUIListData& record = *lines[index]->Record;
+            const FileState state = folder.ContentOf(record).State;
+            table.push_back(CellsOf(record, index + 1, state));
+            json["favorites"].push_back(JsonOf(record, index + 1, state));
+            progress.Step();
+        }
+    }
+    if (asJson) {
+        PrintJson(json);
+    } else {
+        Print(FormatTable(table));
+    }
+    return ExitCodeOf(folder);
+}
+
+int ShowFavorite(const FolderChoice& choice, const std::string& name, bool asJson) {
+    FavoritesFolder folder(choice);
+    if (!ReadFolder(folder, choice)) {
+        return WrongCall;
+    }
+    const ListLine* const line = FindListed(folder, name);
+    if (line == nullptr) {
+        return Found;
+    }
+    SayIfHostIsMissing();
+    const CPMXTemplUIListData& record = *line->Record;
+    const FileContent content = folder.ContentOf(record);
+    std::size_t position = 1;
+    for (const ListLine* const other : ListedLines(folder)) {
+        position += other->Number < line->Number ? 1 : 0;
+    }
+    Json json = JsonOf(record, position, content.State);
+    if (content.State == FileState::Whole) {
+        json["name inside"] = Readable(content.Name);
+        json["level inside"] = LevelText(content.Level);
+    }
+    const FolderFile* const file = record.IsStandard() ? nullptr : folder.FindFile(record.GetFileName());
+    std::string bytes;
+    if (file != nullptr && content.State != FileState::Outside) {
+        json["size"] = file->Size;
+        json["written"] = TimeText(file->Written);
+        if (folder.GetList().GetServices().FileSystem.Read(folder.PathOf(*file), bytes) == FileError::None) {
+            json["sha256"] = Sha256(bytes);
+        }
+    }
+    if (asJson) {
+        Json whole = StartJson(choice);
+        whole["favorite"] = json;
+        PrintJson(whole);
+        return Fine;
+    }
+    std::vector<std::vector<std::string>> table;
+    for (const auto& [key, value] : json.items()) {
+        const std::string text = value.is_boolean()  ? (value.get<bool>() ? "yes" : "-")
+                                 : value.is_string() ? Printable(value.get<std::string>())
+                                                     : value.dump();
+        table.push_back({key, text});
+    }
+    Print(FormatTable(table));
+    return Fine;
+}
+
+int CheckFolder(const FolderChoice& choice, bool asJson) {
+    FavoritesFolder folder(choice);
+    if (!ReadFolder(folder, choice)) {
+        return WrongCall;
+    }
+    SayIfHostIsMissing();
+    const std::vector<Finding> findings = Check(folder, Now());
+    std::vector<std::vector<std::string>> table;
+    Json json = StartJson(choice);
+    json["host"] = HasHostLibrary();
+    json["findings"] = Json::array();
+    for (const Finding& finding : findings) {
+        table.push_back(
+            {PlaceOf(finding), std::string(CodeOf(finding.What)), Shown(finding.Name), ReasonText(finding)});
+        Json line = {{"code", CodeOf(finding.What)}, {"reason", ReasonOf(finding.What)}};
+        line["entry"] = finding.Number ? Json(*finding.Number) : Json();
+        line["name"] = finding.Name.empty() ? Json() : Json(Readable(finding.Name));
+        line["file"] = finding.File.empty() ? Json() : Json(finding.File);
+        line["detail"] = finding.Detail.empty() ? Json() : Json(finding.Detail);
+        line["mendable"] = finding.IsMendable;
+        json["findings"].push_back(std::move(line));
+    }
+    if (asJson) {
+        PrintJson(json);
+    } else {
+        Print(FormatTable(table));
+    }
+    return findings.empty() ? Fine : Found;
+}
+
+} // namespace pmx::tool

@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""What the changing commands of the favorites tool leave behind, and what they refuse."""
+import unittest
+
+from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, list_file
+
+
+def fill(folder):
+    folder.put("a.pmt", favorite_file("A"))
+    folder.put("ミ.pmt", favorite_file("ミ"))
+    folder.put("p.pmt", favorite_file("P", 5))
+    folder.put(LIST, list_file("1~S~101~1~4~4", "0~A~1~0~14~a.pmt", "0~ミ~1~1~20~ミ.pmt", "0~P~5~0~14~p.pmt"))
+
+
+class Changes(unittest.TestCase):
+    def entries(self, folder):
+        lines = (folder.path / LIST).read_bytes().decode("cp932").split("\r\n")
+        return [line.partition("=")[2] for line in lines if line.startswith("TemplateData")]
+
+    def accepted(self, *call):
+        with Folder() as folder:
+            fill(folder)
+            self.assertEqual(folder.run(*call), (0, "", ""))
+            return self.entries(folder), set(folder.files())
+
+    def refused(self, *call):
+        with Folder() as folder:
+            fill(folder)
+            before = folder.files()
+            code, out, message = folder.run(*call)
+            self.assertEqual((code, out, folder.files()), (1, "", before))
+            return message
+
+    def test_rename(self):
+        self.assertIn("0~ソ表~1~1~20~ミ.pmt", self.accepted("rename", "ミ", " ソ表 ")[0])
+        self.assertIn("32 bytes", self.refused("rename", "A", "長" * 17))
+        self.assertIn("~", self.refused("rename", "A", "x~y"))
+        self.assertIn("of that name", self.refused("rename", "A", "p"))
+        self.assertIn("standard", self.refused("rename", "S", "T"))
+        self.assertIn("no favorite", self.refused("rename", "none", "T"))
+
+    def test_move(self):
+        entries, _ = self.accepted("move", "P", "1")
+        self.assertEqual([entry.split("~")[1] for entry in entries], ["P", "S", "A", "ミ"])
+        self.assertIn("from 1 to 4", self.refused("move", "P", "5"))
+
+    def test_remove(self):
+        entries, files = self.accepted("remove", "A")
+        self.assertEqual(len(entries), 3)
+        self.assertEqual(files, {LIST, "ミ.pmt", "p.pmt"})
+        self.refused("remove", "S")
+
+    def test_toolbar(self):
+        self.assertIn("0~A~1~1~14~a.pmt", self.accepted("toolbar", "A", "on")[0])
+        self.assertIn("0~ミ~1~0~20~ミ.pmt", self.accepted("toolbar", "ミ", "off")[0])
+        self.assertIn("document level", self.refused("toolbar", "P", "on"))
+        with Folder() as folder:
+            folder.put(LIST, list_file(*[f"0~{n}~1~{int(n < 20)}~14~{n}.pmt" for n in range(21)]))
+            self.assertEqual(folder.run("toolbar", "20", "on")[0], 1)
+
+    def test_icon(self):
+        self.assertIn("0~A~1~0~59~a.pmt", self.accepted("icon", "A", "59")[0])
+        self.refused("icon", "A", "60")
+        self.refused("icon", "A", "13")
+
+    def test_export(self):
+        with Folder() as folder, Folder() as target:
+            fill(folder)
+            path = target.path / "out.pmt"
+            spelt = "Z:" + str(path).replace("/", "\\") if LAUNCHER else str(path)
+            self.assertEqual(folder.run("export", "A", spelt), (0, "", ""))
+            self.assertEqual(path.read_bytes(), favorite_file("A"))
+            own = folder.path / "p.pmt"
+            spelt = "Z:" + str(own).replace("/", "\\") if LAUNCHER else str(own)
+            self.assertEqual(folder.run("export", "A", spelt)[0], 1)
+            self.assertEqual(own.read_bytes(), favorite_file("P", 5))
+
+    def imported(self, rule, *contents):
+        with Folder() as folder, Folder() as source:
+            fill(folder)
+            paths = [source.put(f"new{number}.pmt", content) for number, content in enumerate(contents)]
+            spelt = ["Z:" + str(path).replace("/", "\\") if LAUNCHER else str(path) for path in paths]
+            code, _, message = folder.run("import", *spelt, *rule)
+            return code, message, self.entries(folder), set(folder.files())
+
+    def test_import(self):
+        code, _, entries, files = self.imported([], favorite_file("新"), favorite_file("N2", 3))
+        self.assertEqual((code, entries[4:]), (0, ["0~新~1~0~0~new0.pmt", "0~N2~3~0~0~new1.pmt"]))
+        self.assertLess({"new0.pmt", "new1.pmt"}, files)
+
+    def test_import_on_a_clash(self):
+        code, message, entries, files = self.imported([], favorite_file("a"), favorite_file("N"))
+        self.assertEqual((code, entries[4:]), (1, ["0~N~1~0~0~new1.pmt"]))
+        self.assertIn("of that name", message)
+        self.assertNotIn("new0.pmt", files)
+        code, _, entries, _ = self.imported(["--on-clash", "rename"], favorite_file("A"), favorite_file("A"))
+        self.assertEqual((code, entries[4:]), (0, ["0~A-1~1~0~0~new0.pmt", "0~A-2~1~0~0~new1.pmt"]))
+        code, _, entries, files = self.imported(["--on-clash", "replace"], favorite_file("ミ"))
+        self.assertEqual((code, entries[2], len(entries)), (0, "0~ミ~1~1~20~new0.pmt", 4))
+        self.assertNotIn("ミ.pmt", files)
+        self.assertEqual(self.imported(["--on-clash", "replace"], favorite_file("S"))[0], 1)
+
+    def test_import_refuses_what_is_no_favorite(self):
+        code, _, entries, files = self.imported([], b"no favorite", favorite_file("x~y"), favorite_file("T", 101))
+        self.assertEqual((code, len(entries), len(files)), (1, 4, 4))
+
+    def test_a_list_that_cannot_be_saved_stays(self):
+        with Folder() as folder:
+            fill(folder)
+            (folder.path / LIST).chmod(0o444)
+            before = folder.files()
+            code, _, message = folder.run("remove", "A")
+            (folder.path / LIST).chmod(0o644)
+            self.assertEqual((code, folder.files()), (1, before))
+            self.assertIn("nothing has changed", message)
+
+
+if __name__ == "__main__":
+    unittest.main()
