@@ -122,7 +122,7 @@ std::string FreeName(const CPMXTemplUIListDataArray& list, const std::string& na
     for (int number = 1;; ++number) {
         const std::string end = "-" + std::to_string(number);
         const std::size_t length = LengthWithin(name, NameLimit - end.size(), SystemLeadBytes());
-        const std::string candidate = name.substr(0, length) + end;
+        std::string candidate = name.substr(0, length) + end;
         if (!IsNameTaken(list, candidate)) {
             return candidate;
         }

@@ -143,13 +143,12 @@ private:
     void CheckListFile() {
         const std::string& path = Folder.GetList().GetListFilePath();
         const bool isThere = Folder.ListError() != FileError::NotFound;
-        if (System().IsFolder(path)) {
-            AddToList(Trouble::ListUnreadable);
-        } else if (isThere && System().IsReadOnly(path)) {
+        const bool isFolder = System().IsFolder(path);
+        if (isThere && !isFolder && System().IsReadOnly(path)) {
             AddToList(Trouble::ListReadOnly);
-        } else if (isThere && System().TryOpen(path) == FileError::Held) {
+        } else if (isThere && !isFolder && System().TryOpen(path) == FileError::Held) {
             AddToList(Trouble::ListHeld);
-        } else if (isThere && Folder.ListError() != FileError::None) {
+        } else if (isFolder || (isThere && Folder.ListError() != FileError::None)) {
             AddToList(Trouble::ListUnreadable);
         }
         if (!Folder.ListText().IsWhole) {
@@ -364,7 +363,7 @@ Leftover LeftoverKind(const FavoritesFolder& folder, const FolderFile& file, boo
 }
 
 bool IsOldLeftover(const FolderFile& file, std::int64_t now) {
-    constexpr std::int64_t Day = 24 * 60 * 60;
+    constexpr std::int64_t Day = std::int64_t{24} * 60 * 60;
     return now - file.Written > Day;
 }
 

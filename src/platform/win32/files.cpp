@@ -88,14 +88,9 @@ FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD di
         CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-/// Opens an existing file, and no device or pipe that has taken its name.
-FileHandle OpenDiskFile(const std::string& path, DWORD access) {
-    FileHandle file = OpenPath(path, access, ShareAll, OPEN_EXISTING);
-    if (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return FileHandle(INVALID_HANDLE_VALUE);
-    }
-    return file;
+/// False for a device or a pipe that has taken the name of a file.
+bool IsOnDisk(const FileHandle& file) {
+    return GetFileType(file.Get()) == FILE_TYPE_DISK;
 }
 
 /// Opens a file or a folder for nothing but questions about it; with `flags` a link itself.
@@ -245,7 +240,10 @@ public:
     }
 
     FileError Read(const std::string& path, std::string& content) override {
-        const FileHandle file = OpenDiskFile(path, GENERIC_READ);
+        const FileHandle file = OpenPath(path, GENERIC_READ, ShareAll, OPEN_EXISTING);
+        if (file.IsOpen() && !IsOnDisk(file)) {
+            return FileError::Other;
+        }
         std::string read;
         if (!file.IsOpen() || !ReadAll(file, read)) {
             return LastError();
@@ -271,9 +269,12 @@ public:
         if (IsReadOnlyFile(path)) {
             return FileError::Held;
         }
-        const FileHandle file = OpenDiskFile(path, GENERIC_WRITE);
+        const FileHandle file = OpenPath(path, GENERIC_WRITE, ShareAll, OPEN_EXISTING);
         if (!file.IsOpen()) {
             return LastError();
+        }
+        if (!IsOnDisk(file)) {
+            return FileError::Held;
         }
         return WriteAll(file, content) ? FileError::None : FileError::Other;
     }

@@ -12,6 +12,13 @@ namespace pmx::win32 {
 
 namespace {
 
+/// True when the user has dragged the width of a column. Some versions of the control change other things of the
+/// heading with every state image.
+bool IsWidthChange(const NMHDR& notification) {
+    return notification.code == HDN_ENDTRACKW &&
+           (reinterpret_cast<const NMHEADERW&>(notification).pitem->mask & HDI_WIDTH) != 0;
+}
+
 bool IsMouseDown(UINT message) {
     return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_LBUTTONDBLCLK ||
            message == WM_RBUTTONDBLCLK;
@@ -69,8 +76,8 @@ LRESULT CALLBACK WindowsList::Procedure(HWND window, UINT message, WPARAM wParam
     const LRESULT result = CallWindowProcW(former, window, message, wParam, lParam);
     if (message == WM_PAINT) {
         self.Drag.DrawLine();
-    } else if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == HDN_ITEMCHANGEDW) {
-        self.Tips.Update(window); // the user has changed the width of a column
+    } else if (message == WM_NOTIFY && IsWidthChange(*reinterpret_cast<const NMHDR*>(lParam))) {
+        self.Tips.Update(window);
     }
     return result;
 }
