@@ -13,8 +13,9 @@ namespace pmx::bench {
 
 namespace {
 
-/// Key by key, every call goes through all keys before.
+/// Key by key, every call goes through all keys before; writing a section, Wine does the same for each key.
 constexpr std::size_t MostByKey = 1000;
+constexpr std::size_t MostInSection = 10'000;
 
 void LoadSection(const Place& place, CPMXTemplUIListDataArray& list) {
     std::vector<char> entries(std::filesystem::file_size(place.Path));
@@ -59,7 +60,7 @@ void SaveKeys(const Place& place, CPMXTemplUIListDataArray& list) {
     PutInPlace(place.Path);
 }
 
-const Added Sections{{"sections", LoadSection, SaveSection}};
+const Added Sections{{"sections", LoadSection, SaveSection, MostInSection, MostInSection}};
 const Added Keys{{"keys", LoadKeys, SaveKeys, MostByKey, MostByKey}};
 
 } // namespace
