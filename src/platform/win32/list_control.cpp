@@ -201,7 +201,6 @@ void WindowsList::InsertColumn(int column, const std::string& title, int width) 
     inserted.iSubItem = column;
     if (Window) {
         Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), Pointer(&inserted));
-        Tips.Update(Window);
     }
 }
 
@@ -281,8 +280,9 @@ ListHit WindowsList::HitOfMessage() const {
 
 void WindowsList::SetRedraw(bool on) {
     Send(WM_SETREDRAW, on ? TRUE : FALSE);
-    if (on) {
+    if (on && Window) {
         InvalidateRect(Window, nullptr, TRUE);
+        Tips.Update(Window); // not before the rows are there: tips slow their making down
     }
 }
 
