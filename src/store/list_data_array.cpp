@@ -165,27 +165,27 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
 }
 
 bool CPMXTemplUIListDataArray::ReplaceSection(std::string section) {
-    const std::unique_ptr<FileLock> lock = WaitForLock(Services, ListFilePath);
-    DecodedText content;
-    const FileError error = RetryBriefly(Services, [&] { return ReadListFile(content); });
-    if (error != FileError::None || !content.IsWhole) {
-        return false;
-    }
-    const bool isMerged = IsChangedByAnother(content.Text);
-    std::string changed;
-    if (isMerged) {
+    std::string own; // the next base
+    const auto change = [&](std::string bytes) -> std::optional<std::string> {
+        const DecodedText content = DecodeContent(std::move(bytes));
+        if (!content.IsWhole) {
+            return std::nullopt;
+        }
+        if (!IsChangedByAnother(content.Text)) {
+            own = WithSection(content.Text, std::move(section));
+            return own;
+        }
+        own = std::move(section);
         // Of one's own values what a reader would find of them: a host may have put a line end into a name.
         const ListValues merged =
-            MergeValues(ReadListValues(Base), ReadListValues(section), ReadListValues(content.Text));
-        changed = WithSection(content.Text, FormatSection(merged, static_cast<std::int64_t>(merged.size())));
-    } else {
-        changed = WithSection(content.Text, std::move(section));
+            MergeValues(ReadListValues(Base), ReadListValues(own), ReadListValues(content.Text));
+        return WithSection(content.Text, FormatSection(merged, static_cast<std::int64_t>(merged.size())));
+    };
+    const bool isReplaced = ChangeListFile(Services, ListFilePath, change);
+    if (isReplaced) {
+        Base = std::move(own);
     }
-    if (ReplaceListFile(Services, ListFilePath, changed) != FileError::None) {
-        return false;
-    }
-    Base = std::move(isMerged ? section : changed);
-    return true;
+    return isReplaced;
 }
 
 /// A file without the section says nothing: no program leaves one behind, however many favorites it deletes.

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace pmx {
 
@@ -251,7 +252,9 @@ struct SectionContent {
     void Take(std::string_view line) {
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos) {
-            OtherLines.push_back(line);
+            if (!WithoutBlanks(line).empty()) {
+                OtherLines.push_back(line);
+            }
             return;
         }
         const std::string_view key = WithoutBlanks(line.substr(0, equals));
@@ -461,6 +464,18 @@ FileError ReplaceListFile(const StoreServices& services, const std::string& path
         aside.Keep();
     }
     return error;
+}
+
+bool ChangeListFile(const StoreServices& services, const std::string& path,
+                    const std::function<std::optional<std::string>(std::string bytes)>& change) {
+    const std::unique_ptr<FileLock> lock = WaitForLock(services, path);
+    std::string bytes;
+    const FileError error = RetryBriefly(services, [&] { return services.FileSystem.Read(path, bytes); });
+    if (error != FileError::None && error != FileError::NotFound) {
+        return false;
+    }
+    const std::optional<std::string> changed = change(std::move(bytes));
+    return changed && ReplaceListFile(services, path, *changed) == FileError::None;
 }
 
 } // namespace pmx

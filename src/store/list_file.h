@@ -5,7 +5,9 @@
 #include "store/store_services.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,7 +55,7 @@ struct NumberedValue {
 struct ListSectionContent {
     std::vector<NumberedValue> Values; ///< in the order of their numbers; the first of a number counts
     std::int32_t Count = 0;
-    std::vector<std::string_view> OtherLines;      ///< without those that say the count first
+    std::vector<std::string_view> OtherLines;      ///< that say anything else
     std::vector<std::string_view> FurtherSections; ///< others of the same name, as they stand
 };
 
@@ -84,5 +86,11 @@ std::string WithSection(std::string_view content, std::string section);
 /// still lose a renaming, never the old content. Not None when the file is as it was; Other also when
 /// overwriting was begun and failed, and then the new list stays beside the file.
 FileError ReplaceListFile(const StoreServices& services, const std::string& path, const std::string& content);
+
+/// Reads the list file at `path`, a missing one as empty, and replaces it by what `change` makes of its bytes, all under
+/// the list's lock. False when the file is as it was: `change` gave none, or the file cannot be read or replaced. Throws
+/// std::bad_alloc.
+bool ChangeListFile(const StoreServices& services, const std::string& path,
+                    const std::function<std::optional<std::string>(std::string bytes)>& change);
 
 } // namespace pmx

@@ -122,6 +122,20 @@ TEST_F(SharedListTest, KeepsTheFilesOfDeletedFavoritesWhenTheListFileCannotBeRea
     EXPECT_TRUE(Folder.Exists("one.pmt"));
 }
 
+TEST_F(SharedListTest, IsLookedAtAndChangedUnderOneLock) {
+    const std::string path = Folder.Path(ListFile);
+    FileError lockMeanwhile = FileError::None;
+    EXPECT_FALSE(ChangeListFile(Fakes.Services, path, [&](const std::string& bytes) {
+        EXPECT_EQ(bytes, Section({One, Two}));
+        lockMeanwhile = SystemFiles().Lock(path).Error;
+        return std::nullopt;
+    })) << "it was to stay";
+    EXPECT_EQ(lockMeanwhile, FileError::Held);
+    EXPECT_EQ(Content(), Section({One, Two}));
+    EXPECT_TRUE(ChangeListFile(Fakes.Services, path, [](std::string bytes) { return bytes + "x"; }));
+    EXPECT_EQ(Content(), Section({One, Two}) + "x");
+}
+
 TEST_F(SharedListTest, IsSavedUnderALockAndWithoutOneAfterTwoSeconds) {
     Fakes.Disk.Plan.FailFrom(FileOperation::Lock, 1, FileError::Held);
     Add("Added");
