@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "host_library.h"
+#include "names.h"
 #include "terminal.h"
 
 #include "store/favorite_files.h"
@@ -117,18 +118,6 @@ bool IsNameTaken(const CPMXTemplUIListDataArray& list, const std::string& name) 
     return list.CheckName(name) != NameUse::Unused;
 }
 
-/// The name with a number behind it, as the first that no favorite has, within the limit of names.
-std::string FreeName(const CPMXTemplUIListDataArray& list, const std::string& name) {
-    for (int number = 1;; ++number) {
-        const std::string end = "-" + std::to_string(number);
-        const std::size_t length = LengthWithin(name, NameLimit - end.size(), SystemLeadBytes());
-        std::string candidate = name.substr(0, length) + end;
-        if (!IsNameTaken(list, candidate)) {
-            return candidate;
-        }
-    }
-}
-
 /// Imports of one call, which become favorites together when the list is saved.
 class Imports {
 public:
@@ -151,66 +140,71 @@ public:
         if (!IsNameTaken(Opened.List(), name)) {
             import.Finish(name);
         } else if (Rule == OnClash::Rename) {
-            import.Finish(FreeName(Opened.List(), name));
-        } else if (Rule == OnClash::Skip) {
-            Fail(path, "there is a favorite of that name: " + Readable(name));
-        } else {
-            Replace(import, path, name);
-        }
+            int number = 1;
+            import.Finish(FreeName(name, number, [this](const std::string& candidate) {
+                return IsNameTaken(Opened.List(), candidate);
+        }));
     }
+    else if (Rule == OnClash::Skip) {
+        Fail(path, "there is a favorite of that name: " + Readable(name));
+    }
+    else {
+        Replace(import, path, name);
+    }
+}
 
     /// Saves the list; what was imported goes again when that fails.
     int Finish() {
-        const int saved = Opened.Save(Order());
-        if (saved != Fine) {
-            for (const CPMXTemplUIListData* const record : Opened.List().GetRecords()) {
-                if (record->GetImportFlag() == 1) {
-                    Opened.List().DeleteFavorite(*record);
-                }
+    const int saved = Opened.Save(Order());
+    if (saved != Fine) {
+        for (const CPMXTemplUIListData* const record : Opened.List().GetRecords()) {
+            if (record->GetImportFlag() == 1) {
+                Opened.List().DeleteFavorite(*record);
             }
         }
-        return saved == Fine && !HasFailed ? Fine : Found;
     }
+    return saved == Fine && !HasFailed ? Fine : Found;
+}
 
 private:
-    void Fail(const std::string& path, std::string_view reason) {
-        Say("not imported: " + Readable(path) + ": " + std::string(reason));
-        HasFailed = true;
+void Fail(const std::string& path, std::string_view reason) {
+    Say("not imported: " + Readable(path) + ": " + std::string(reason));
+    HasFailed = true;
+}
+
+/// The new favorite takes place, name, mark and icon of the old one.
+void Replace(FavoriteImport& import, const std::string& path, const std::string& name) {
+    const std::optional<std::int64_t> index = Opened.Find(name);
+    CPMXTemplUIListData& former = Opened.List().At(*index);
+    if (former.IsStandard()) {
+        Fail(path, "a standard favorite has that name: " + Readable(name));
+        return;
     }
+    CPMXTemplUIListData& record = Opened.List().At(import.Finish(former.GetName()));
+    record.SetIconIndex(former.GetIconIndex());
+    record.SetToolbar(IsDocumentLevel(record.GetLevel()) ? former.GetToolbar() : 0);
+    former.SetDeleteFlag(1);
+    former.SetName({}); // free for others
+    Replaced.emplace_back(&former, &record);
+}
 
-    /// The new favorite takes place, name, mark and icon of the old one.
-    void Replace(FavoriteImport& import, const std::string& path, const std::string& name) {
-        const std::optional<std::int64_t> index = Opened.Find(name);
-        CPMXTemplUIListData& former = Opened.List().At(*index);
-        if (former.IsStandard()) {
-            Fail(path, "a standard favorite has that name: " + Readable(name));
-            return;
-        }
-        CPMXTemplUIListData& record = Opened.List().At(import.Finish(former.GetName()));
-        record.SetIconIndex(former.GetIconIndex());
-        record.SetToolbar(IsDocumentLevel(record.GetLevel()) ? former.GetToolbar() : 0);
-        former.SetDeleteFlag(1);
-        former.SetName({}); // free for others
-        Replaced.emplace_back(&former, &record);
+/// The list with each new favorite before the one that it replaces.
+std::vector<const CPMXTemplUIListData*> Order() {
+    std::vector<const CPMXTemplUIListData*> order = Opened.List().GetRecords();
+    for (const auto& [former, record] : Replaced) {
+        order.erase(std::find(order.begin(), order.end(), record));
+        order.insert(std::find(order.begin(), order.end(), former), record);
     }
+    return order;
+}
 
-    /// The list with each new favorite before the one that it replaces.
-    std::vector<const CPMXTemplUIListData*> Order() {
-        std::vector<const CPMXTemplUIListData*> order = Opened.List().GetRecords();
-        for (const auto& [former, record] : Replaced) {
-            order.erase(std::find(order.begin(), order.end(), record));
-            order.insert(std::find(order.begin(), order.end(), former), record);
-        }
-        return order;
-    }
+Change& Opened;
+const OnClash Rule;
+std::vector<std::pair<const CPMXTemplUIListData*, const CPMXTemplUIListData*>> Replaced;
+bool HasFailed = false;
+}; // namespace
 
-    Change& Opened;
-    const OnClash Rule;
-    std::vector<std::pair<const CPMXTemplUIListData*, const CPMXTemplUIListData*>> Replaced;
-    bool HasFailed = false;
-};
-
-} // namespace
+} // namespace pmx::tool
 
 /// The name inside the favorite file follows when the host next saves that, as after the editor.
 int RenameFavorite(const FolderChoice& choice, const std::string& name, const std::string& newName) {

@@ -1,6 +1,7 @@
 #include "check.h"
 
 #include "host_library.h"
+#include "names.h"
 #include "terminal.h"
 
 #include "store/favorite_files.h"
@@ -70,39 +71,29 @@ constexpr bool AreInOrder() {
 }
 static_assert(AreInOrder());
 
-std::string NameKey(const std::string& name) {
-    return FoldedName(name, LeadBytesIn(name));
+bool IsUserLevel(std::int32_t level) {
+    return level >= PMX_LEVEL_DOCUMENT && level <= PMX_LEVEL_PAGE;
 }
 
 bool IsKnownLevel(std::int32_t level) {
-    const std::int32_t plain = IsStandardLevel(level) ? level - PMX_LEVEL_STANDARD : level;
-    return plain >= PMX_LEVEL_DOCUMENT && plain <= PMX_LEVEL_PAGE;
+    return IsUserLevel(IsStandardLevel(level) ? level - PMX_LEVEL_STANDARD : level);
 }
 
-/// The name field of a value that has too many fields because its name holds the separator; none for any other.
-std::optional<std::string> NameWithSeparators(std::string_view value) {
-    const LeadByteTable& leadBytes = LeadBytesIn(value);
-    std::vector<std::string_view> fields;
-    for (std::size_t begin = 0; begin <= value.size();) {
-        const std::size_t end =
-            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
-        fields.push_back(value.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    constexpr std::size_t BehindName = 4;
-    if (fields.size() <= BehindName + 2) {
-        return std::nullopt;
-    }
-    const auto isNumber = [](std::string_view text) {
-        return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-    };
-    const std::size_t level = fields.size() - BehindName;
-    if (!isNumber(fields[0]) || !isNumber(fields[level]) || !isNumber(fields[level + 1]) ||
-        !isNumber(fields[level + 2])) {
-        return std::nullopt;
-    }
-    const auto* const nameEnd = fields[level].data() - 1;
-    return std::string(fields[1].data(), nameEnd);
+/// The record as a reader of the list finds it; null when it finds none, or more than this.
+std::unique_ptr<CPMXTemplUIListData> ReadBack(const CPMXTemplUIListData& record) {
+    const std::string section = FormatSection({&record}, 1);
+    const ListValues values = ReadListValues(section);
+    return values.size() == 1 ? ParseListValue(values.front(), LeadBytesIn(values.front())) : nullptr;
+}
+
+/// Whether an entry of the list can name the file.
+bool CanBeListed(const FavoritesFolder& folder, const FolderFile& file) {
+    CPMXTemplUIListData record;
+    record.SetName("-");
+    record.SetFileName(file.Name);
+    const std::unique_ptr<CPMXTemplUIListData> read = ReadBack(record);
+    return file.IsNameable && read != nullptr && read->GetFileName() == file.Name &&
+           folder.GetList().FavoritePath(*read).has_value();
 }
 
 /// One check of one folder.
@@ -181,11 +172,11 @@ private:
 
     void CollectNamesAndFiles() {
         for (const ListLine* const line : KeptLines(Folder)) {
-            ++NameUses[NameKey(line->Record->GetName())];
-            if (!line->Record->IsStandard()) {
-                ListedFiles.insert(FileKey(line->Record->GetFileName()));
-            } else {
-                StandardNames.insert(NameKey(line->Record->GetName()));
+            const CPMXTemplUIListData& record = *line->Kept();
+            ++NameUses[NameKey(record.GetName())];
+            ListedFiles.insert(FileKey(record.GetFileName()));
+            if (record.IsStandard()) {
+                StandardNames.insert(NameKey(record.GetName()));
             }
         }
     }
@@ -195,7 +186,7 @@ private:
             AddToLine(line, Trouble::SecondNumber, true, Readable(line.Value));
             return;
         }
-        if (line.IsBeyondCount) {
+        if (line.IsBeyondCount && line.Kept() != nullptr) {
             AddToLine(line, Trouble::BeyondCount, true);
         }
         if (!IsAllCharacters(line.Value)) {
@@ -214,8 +205,8 @@ private:
         const ValueFault fault = FaultOf(line.Value, LeadBytesIn(line.Value));
         AddToLine(line, TroubleOf(fault), true, Readable(line.Value));
         if (fault == ValueFault::TooManyFields) {
-            if (const std::optional<std::string> name = NameWithSeparators(line.Value)) {
-                Add({Trouble::NameSeparator, line.Number, *name, {}, {}, true});
+            if (const std::optional<std::string_view> name = NameWithSeparators(line.Value)) {
+                Add({Trouble::NameSeparator, line.Number, std::string(*name), {}, {}, true});
             }
         }
         if (fault == ValueFault::TooFewFields && line.Value.find("~~") < line.Value.find('~') + 1) {
@@ -274,14 +265,13 @@ private:
         if (!SeenFiles.insert(FileKey(record.GetFileName())).second) {
             const bool isThere = content.State == FileState::Whole || content.State == FileState::Unknown;
             AddToLine(line, Trouble::FileShared, isThere);
-        } else if (content.State == FileState::Whole && NameKey(content.Name) != NameKey(record.GetName()) &&
+        } else if (content.State == FileState::Whole && !IsNameFromFile(record.GetName(), content.Name) &&
                    NameUses.contains(NameKey(content.Name))) {
             AddToLine(line, Trouble::FileForeign, false, Readable(content.Name));
         }
     }
 
     void CheckFiles() {
-        const std::string listFile = FileKey(FromUtf8(ListFileShown()));
         for (const FolderFile& file : Folder.AllFiles()) {
             const bool isListed = ListedFiles.contains(FileKey(file.Name));
             const Leftover leftover = LeftoverKind(Folder, file, isListed);
@@ -290,25 +280,35 @@ private:
                     leftover == Leftover::Aside ? Trouble::LeftoverAside : Trouble::LeftoverEmpty;
                 const bool isOld = IsOldLeftover(file, Now);
                 Add({what, std::nullopt, {}, file.Shown, isOld ? "" : "younger than a day", isOld});
-            } else if (!isListed && Folder.IsFavoriteFile(file) && FileKey(file.Name) != listFile) {
+            } else if (!isListed && Folder.IsFavoriteFile(file)) {
                 CheckUnlisted(file);
             }
         }
     }
 
     void CheckUnlisted(const FolderFile& file) {
-        if (!file.IsNameable || HasSeparator(file.Name) ||
-            Trimmed(file.Name, SystemLeadBytes()) != file.Name) {
+        if (!CanBeListed(Folder, file)) {
             Add({Trouble::FileStray, std::nullopt, {}, file.Shown, {}, false});
             return;
         }
         const FileContent content = Folder.ContentOf(file);
-        const bool isWhole = content.State == FileState::Whole;
-        const std::string detail = isWhole ? "" : std::string(NameOf(content.State));
-        Add({Trouble::FileUnlisted, std::nullopt, content.Name, file.Shown, detail, isWhole});
-        if (isWhole && HasSeparator(content.Name)) {
-            Add({Trouble::NameSeparator, std::nullopt, content.Name, file.Shown, {}, true});
+        const bool isMendable = FavoriteOf(Folder, file) != nullptr;
+        Add({Trouble::FileUnlisted, std::nullopt, content.Name, file.Shown, UnlistedDetail(content),
+             isMendable});
+        if (content.State == FileState::Whole && HasSeparator(content.Name)) {
+            Add({Trouble::NameSeparator, std::nullopt, content.Name, file.Shown, {}, isMendable});
         }
+    }
+
+    /// Why nobody but a person can tell which favorite the file is; empty for one that says it itself.
+    static std::string UnlistedDetail(const FileContent& content) {
+        if (content.State != FileState::Whole) {
+            return std::string(NameOf(content.State));
+        }
+        if (!IsUserLevel(content.Level)) {
+            return "level " + std::to_string(content.Level);
+        }
+        return NameFromFile(content.Name).empty() ? "without a name" : std::string();
     }
 
     const FavoritesFolder& Folder;
@@ -359,7 +359,8 @@ Leftover LeftoverKind(const FavoritesFolder& folder, const FolderFile& file, boo
     if (isAside) {
         return isListed ? Leftover::None : Leftover::Aside;
     }
-    return file.Size == 0 && !isListed && folder.IsFavoriteFile(file) ? Leftover::Empty : Leftover::None;
+    const bool isEmpty = file.Size == 0 && !isListed && file.IsNameable && folder.IsFavoriteFile(file);
+    return isEmpty ? Leftover::Empty : Leftover::None;
 }
 
 bool IsOldLeftover(const FolderFile& file, std::int64_t now) {
@@ -370,11 +371,25 @@ bool IsOldLeftover(const FolderFile& file, std::int64_t now) {
 std::vector<const ListLine*> KeptLines(const FavoritesFolder& folder) {
     std::vector<const ListLine*> kept;
     for (const ListLine& line : folder.Lines()) {
-        if (line.Record != nullptr && !line.IsSecond) {
+        if (line.Kept() != nullptr) {
             kept.push_back(&line);
         }
     }
     return kept;
+}
+
+std::unique_ptr<CPMXTemplUIListData> FavoriteOf(const FavoritesFolder& folder, const FolderFile& file) {
+    const FileContent content = folder.ContentOf(file);
+    const std::string name = NameFromFile(content.Name);
+    if (content.State != FileState::Whole || !IsUserLevel(content.Level) || name.empty() ||
+        !CanBeListed(folder, file)) {
+        return nullptr;
+    }
+    auto favorite = std::make_unique<CPMXTemplUIListData>();
+    favorite->SetName(name);
+    favorite->SetLevel(content.Level);
+    favorite->SetFileName(file.Name);
+    return favorite;
 }
 
 std::vector<Finding> Check(const FavoritesFolder& folder, std::int64_t now) {

@@ -3,6 +3,7 @@
 #include "folder.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -76,9 +77,13 @@ Leftover LeftoverKind(const FavoritesFolder& folder, const FolderFile& file, boo
 /// Leftovers that are younger may belong to a program that is at work.
 bool IsOldLeftover(const FolderFile& file, std::int64_t now);
 
-/// The favorites as repair would take them over, in the order of the list: what the library lists, and readable entries
-/// beyond the count.
+/// The lines of the favorites that repair would take over, in the order of the list: what the library lists, readable
+/// entries beyond the count, and those that are when their name holds no `~`.
 std::vector<const ListLine*> KeptLines(const FavoritesFolder& folder);
+
+/// The favorite that a file which no entry names becomes, with the fields that an import gives it; null when the file is
+/// not whole, no entry can name it, or it says no name or no level of a user's favorite.
+std::unique_ptr<CPMXTemplUIListData> FavoriteOf(const FavoritesFolder& folder, const FolderFile& file);
 
 /// Everything that is wrong in a folder that has been read: first the list, then its entries in order, then the files.
 std::vector<Finding> Check(const FavoritesFolder& folder, std::int64_t now);

@@ -16,8 +16,29 @@ std::string_view NameOf(FileState state) {
     return Names[static_cast<std::size_t>(state)];
 }
 
-FavoritesFolder::FavoritesFolder(const FolderChoice& choice)
-    : List(choice.ListFile.c_str(), choice.Extension.c_str(), SystemStoreServices()), Folder(choice.Folder) {}
+namespace {
+
+/// The favorite that a value with separators in its name describes when they are replaced by `-`; null for any other.
+std::unique_ptr<CPMXTemplUIListData> ParseMended(std::string_view value) {
+    const LeadByteTable& leadBytes = LeadBytesIn(value);
+    const std::optional<std::string_view> name = NameWithSeparators(value);
+    if (!name || FaultOf(value, leadBytes) != ValueFault::TooManyFields) {
+        return nullptr;
+    }
+    const auto begin = static_cast<std::size_t>(name->data() - value.data());
+    const std::size_t end = begin + name->size();
+    std::string mended(value);
+    for (std::size_t position = FindSingleByte(mended, FieldSeparator, leadBytes, begin); position < end;
+         position = FindSingleByte(mended, FieldSeparator, leadBytes, position)) {
+        mended[position] = '-';
+    }
+    return ParseListValue(mended, leadBytes);
+}
+
+} // namespace
+
+FavoritesFolder::FavoritesFolder(const FolderChoice& choice, const StoreServices& services)
+    : List(choice.ListFile.c_str(), choice.Extension.c_str(), services), Folder(choice.Folder) {}
 
 bool FavoritesFolder::Read() {
     std::optional<std::vector<FolderFile>> files;
@@ -33,7 +54,11 @@ bool FavoritesFolder::Read() {
     SectionContent = ReadListSection(Content.Text);
     std::optional<std::int32_t> before;
     for (const NumberedValue& value : SectionContent.Values) {
-        ListLine line{value.Number, value.Value, ParseListValue(value.Value, LeadBytesIn(value.Value))};
+        ListLine line;
+        line.Number = value.Number;
+        line.Value = value.Value;
+        line.Record = ParseListValue(value.Value, LeadBytesIn(value.Value));
+        line.Mended = line.Record == nullptr ? ParseMended(value.Value) : nullptr;
         line.IsSecond = before == value.Number;
         line.IsBeyondCount = value.Number >= SectionContent.Count;
         before = value.Number;
@@ -94,9 +119,36 @@ FileContent FavoritesFolder::ReadFavorite(const FolderFile& file) const {
 bool FavoritesFolder::IsFavoriteFile(const FolderFile& file) const {
     const std::string& extension = List.GetExtension();
     const bool isLonger = file.Name.size() > extension.size();
-    return isLonger &&
+    const std::string listFile = List.GetListFilePath().substr(List.GetFolder().size());
+    return isLonger && FileKey(file.Name) != FileKey(listFile) &&
            EqualIgnoringCase(std::string_view(file.Name).substr(file.Name.size() - extension.size()),
                              extension);
+}
+
+std::optional<std::string_view> NameWithSeparators(std::string_view value) {
+    const LeadByteTable& leadBytes = LeadBytesIn(value);
+    std::vector<std::string_view> fields;
+    for (std::size_t begin = 0; begin <= value.size();) {
+        const std::size_t end =
+            std::min(FindSingleByte(value, FieldSeparator, leadBytes, begin), value.size());
+        fields.push_back(value.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    constexpr std::size_t BehindName = 4;
+    if (fields.size() <= BehindName + 2) {
+        return std::nullopt;
+    }
+    const auto isNumber = [](std::string_view text) {
+        return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    const std::size_t level = fields.size() - BehindName;
+    if (!isNumber(fields[0]) || !isNumber(fields[level]) || !isNumber(fields[level + 1]) ||
+        !isNumber(fields[level + 2])) {
+        return std::nullopt;
+    }
+    const auto nameEnd = static_cast<std::size_t>(fields[level].data() - value.data()) - 1;
+    const std::size_t nameBegin = fields[0].size() + 1;
+    return value.substr(nameBegin, nameEnd - nameBegin);
 }
 
 void SayIfHostIsMissing() {

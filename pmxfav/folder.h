@@ -47,17 +47,25 @@ struct ListLine {
     std::int32_t Number = 0;
     std::string_view Value;
     std::unique_ptr<CPMXTemplUIListData> Record; ///< null when the value describes no favorite
-    bool IsSecond = false;                       ///< another value of the same number stands before it
+    std::unique_ptr<CPMXTemplUIListData>
+        Mended;            ///< what it would describe if its name did not hold `~`; else null
+    bool IsSecond = false; ///< another value of the same number stands before it
     bool IsBeyondCount = false;
 
     /// Whether the library lists it.
     bool IsListed() const { return Record != nullptr && !IsSecond && !IsBeyondCount; }
+
+    /// The favorite as repair would take it over; null when it would not.
+    const CPMXTemplUIListData* Kept() const {
+        return IsSecond ? nullptr : Record != nullptr ? Record.get() : Mended.get();
+    }
 };
 
 /// A favorites folder as it lies on the disk, with all that the library passes over. Changes nothing.
 class FavoritesFolder {
 public:
-    explicit FavoritesFolder(const FolderChoice& choice);
+    /// `services` must outlive this object.
+    FavoritesFolder(const FolderChoice& choice, const StoreServices& services);
 
     /// Reads the list and the names of the files; false when there is no such folder.
     bool Read();
@@ -86,7 +94,7 @@ public:
     /// The same for a file of the folder.
     FileContent ContentOf(const FolderFile& file) const;
 
-    /// Whether a file's name has the extension of favorite files.
+    /// Whether a file's name has the extension of favorite files. Never the list file.
     bool IsFavoriteFile(const FolderFile& file) const;
 
     std::string PathOf(const FolderFile& file) const { return List.GetFolder() + file.Name; }
@@ -105,6 +113,10 @@ private:
     std::unordered_map<std::string, std::size_t> FilesByName;
     mutable std::unordered_map<std::string, FileContent> KnownContents;
 };
+
+/// The name field of a value that has too many fields because its name holds the separator; none for any other. It is a
+/// part of the value.
+std::optional<std::string_view> NameWithSeparators(std::string_view value);
 
 /// Says once that the host's library is missing, when it is.
 void SayIfHostIsMissing();

@@ -133,7 +133,7 @@ const ListLine* FindListed(const FavoritesFolder& folder, const std::string& nam
 }
 
 int ListFavorites(const FolderChoice& choice, bool asJson) {
-    FavoritesFolder folder(choice);
+    FavoritesFolder folder(choice, SystemStoreServices());
     if (!ReadFolder(folder, choice)) {
         return WrongCall;
     }
@@ -162,7 +162,7 @@ int ListFavorites(const FolderChoice& choice, bool asJson) {
 }
 
 int ShowFavorite(const FolderChoice& choice, const std::string& name, bool asJson) {
-    FavoritesFolder folder(choice);
+    FavoritesFolder folder(choice, SystemStoreServices());
     if (!ReadFolder(folder, choice)) {
         return WrongCall;
     }
@@ -209,7 +209,7 @@ int ShowFavorite(const FolderChoice& choice, const std::string& name, bool asJso
 }
 
 int CheckFolder(const FolderChoice& choice, bool asJson) {
-    FavoritesFolder folder(choice);
+    FavoritesFolder folder(choice, SystemStoreServices());
     if (!ReadFolder(folder, choice)) {
         return WrongCall;
     }
