@@ -12,7 +12,7 @@ struct Entry {
     Kind What = Kind::User;
     std::string Name; ///< of an unreadable one all that it says
     int Icon = 14;
-    std::string File; ///< of a standard one its number
+    std::string File = {}; ///< of a standard one its number
 
     /// As it stands in the list file.
     std::string Value() const;

@@ -25,8 +25,6 @@ using test::Sjis;
 using test::TableOf;
 using test::TempFolder;
 
-constexpr ControlId List = control::EditorList;
-
 using Names = std::vector<std::string>;
 
 /// Runs the editor in real windows with the system's file dialogs and the system's guard.

@@ -13,8 +13,6 @@ using test::DialogDriver;
 using test::RealDesktop;
 using test::RealUser;
 
-constexpr ControlId List = control::EditorList;
-
 using Names = std::vector<std::string>;
 
 class RowDragTest : public test::EditorTestOn<RealDesktop> {
