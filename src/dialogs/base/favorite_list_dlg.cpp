@@ -11,12 +11,12 @@ ListControl& FavoriteListDlg::ListView() const {
     return Window().ListOf(Layout.List);
 }
 
-void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns) {
+void FavoriteListDlg::FillList() {
     ListControl& list = ListView();
     list.SetFullRowSelection(true);
     list.AllowDragging();
     int position = 0;
-    for (const FavoriteListColumn& column : columns) {
+    for (const FavoriteListColumn& column : Layout.Columns) {
         list.InsertColumn(position++, StringOf(column.Title), column.Width);
     }
     Rows.resize(static_cast<std::size_t>(GetFavorites().GetSize()));
@@ -27,7 +27,7 @@ void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns) {
         list.Reserve(RowCount());
         for (int row = 0; row < RowCount(); ++row) {
             list.InsertRow(row);
-            DrawRow(row, FavoriteOf(row));
+            DrawRow(row);
         }
     }
     if (RowCount() > 0) {
@@ -37,11 +37,24 @@ void FavoriteListDlg::FillList(std::span<const FavoriteListColumn> columns) {
     }
 }
 
+void FavoriteListDlg::DrawRow(int row) {
+    const FavoriteRow content = FormatRow(FavoriteOf(row), ServicesInUse().Strings);
+    int position = 0;
+    for (const FavoriteListColumn& column : Layout.Columns) {
+        if (column.Text != nullptr) {
+            ListView().SetCell(row, position, content.*column.Text);
+        } else {
+            ListView().SetStateImage(row, static_cast<int>(content.Mark));
+        }
+        ++position;
+    }
+}
+
 void FavoriteListDlg::AppendRow(std::int64_t index) {
     const int row = RowCount();
     Rows.push_back(index);
     ListView().InsertRow(row);
-    DrawRow(row, FavoriteOf(row));
+    DrawRow(row);
     ListView().EnsureVisible(row);
     if (Shown >= 0) {
         EnableMoving(Shown);
@@ -61,7 +74,7 @@ void FavoriteListDlg::MoveRow(int from, int to) {
         const ListRedrawPause pause(ListView());
         ListView().DeleteRow(from);
         ListView().InsertRow(to);
-        DrawRow(to, FavoriteOf(to));
+        DrawRow(to);
     }
     SelectRow(to);
     ShowRow(to);

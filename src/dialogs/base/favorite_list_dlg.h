@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/base/favorite_row.h"
 #include "dialogs/base/pmx_dlg.h"
 #include "platform/image_list.h"
 #include "store/list_data_array.h"
@@ -12,9 +13,17 @@
 
 namespace pmx {
 
+/// A column of a list of favorites.
+struct FavoriteListColumn {
+    ResourceId Title = 0;
+    int Width = 0;                            ///< pixels
+    std::string FavoriteRow::*Text = nullptr; ///< what it shows; null for the picture in front of the row
+};
+
 /// The parts of a dialog's template that FavoriteListDlg works with. The spans must outlive the dialog.
 struct FavoriteListLayout {
     ControlId List = 0;
+    std::span<const FavoriteListColumn> Columns;
     ControlId Name = 0; ///< the name box
     ControlId Icon = 0; ///< the current icon
     ControlId ChangeIcon = 0;
@@ -26,12 +35,6 @@ struct FavoriteListLayout {
 
     /// Where the focus goes on from a button that gets disabled: to the next of its group that is enabled.
     std::span<const std::span<const ControlId>> ButtonGroups;
-};
-
-/// A column of a list of favorites.
-struct FavoriteListColumn {
-    ResourceId Title = 0;
-    int Width = 0; ///< pixels
 };
 
 /// A dialog around a list of favorites, in which the user renames favorites in place, reorders and deletes
@@ -57,9 +60,6 @@ protected:
     /// The dialog's list.
     virtual const CPMXTemplUIListDataArray& GetFavorites() const = 0;
 
-    /// Shows the record in a row.
-    virtual void DrawRow(int row, const CPMXTemplUIListData& record) = 0;
-
     /// Whether the user may change the record's icon. Otherwise the first icon is shown.
     virtual bool MayHaveIcon(const CPMXTemplUIListData& record) const = 0;
 
@@ -76,7 +76,10 @@ protected:
 
     /// Makes the columns and a row for each record, and selects the first row. Shows nothing in the controls but
     /// that there is no row.
-    void FillList(std::span<const FavoriteListColumn> columns);
+    void FillList();
+
+    /// Shows in a row what there is to say of its favorite.
+    void DrawRow(int row);
 
     /// Adds a row for the record at that index, and scrolls it into view.
     void AppendRow(std::int64_t index);

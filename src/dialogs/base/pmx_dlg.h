@@ -39,9 +39,6 @@ public:
     /// What DoModal returns when the dialog could not be shown.
     static constexpr int Failed = -1;
 
-    /// Longest name of a favorite, in bytes.
-    static constexpr std::size_t NameLimit = pmx::NameLimit;
-
     /// `dialogTemplate`: the number of the dialog's template. `parent`: the window to be modal to, may be
     /// none. `services` must outlive the dialog.
     explicit CPmxDlg(ResourceId dialogTemplate, WindowHandle parent, const DialogServices& services) noexcept

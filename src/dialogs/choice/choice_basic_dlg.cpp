@@ -1,7 +1,6 @@
 #include "dialogs/choice/choice_basic_dlg.h"
 
 #include "dialogs/base/favorite_icons.h"
-#include "dialogs/base/favorite_row.h"
 #include "res/ids.h"
 
 #include <memory>
@@ -11,11 +10,9 @@ namespace pmx {
 
 namespace {
 
-enum BasicColumn : int { NameColumn, KindColumn };
-
 constexpr FavoriteListColumn Columns[] = {
-    {text::BasicColumnName, 250},
-    {text::ColumnKind, 100},
+    {text::BasicColumnName, 250, &FavoriteRow::Name},
+    {text::ColumnKind, 100, &FavoriteRow::Kind},
 };
 
 constexpr ControlId ForUserFavorites[] = {control::BasicDelete, control::BasicName};
@@ -31,6 +28,7 @@ constexpr ControlId DeleteButtons[] = {control::BasicDelete, control::ChangeIcon
 constexpr std::span<const ControlId> ButtonGroups[] = {MoveButtons, DeleteButtons};
 
 constexpr FavoriteListLayout BasicLayout{.List = control::BasicList,
+                                         .Columns = Columns,
                                          .Name = control::BasicName,
                                          .Icon = control::BasicIcon,
                                          .ChangeIcon = control::ChangeIcon,
@@ -56,7 +54,7 @@ bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
     IconImages = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     Favorites.Open(Folder.c_str()); // a list that cannot be read is an empty one
     Window().SetTitle(StringOf(text::BasicTitle));
-    FillList(Columns);
+    FillList();
     if (RowCount() > 0) {
         ShowRow(0);
     }
@@ -90,12 +88,6 @@ void CPMXTemplUIChoiceBasicDlg::Commit() {
     Favorites.GetList().WriteListFile(FavoritesInRows(), RowCount());
 }
 
-void CPMXTemplUIChoiceBasicDlg::DrawRow(int row, const CPMXTemplUIListData& record) {
-    const FavoriteRow content = FormatRow(record, ServicesInUse().Strings);
-    ListView().SetCell(row, NameColumn, content.Name);
-    ListView().SetCell(row, KindColumn, content.Kind);
-}
-
 bool CPMXTemplUIChoiceBasicDlg::MayHaveIcon(const CPMXTemplUIListData& /*record*/) const {
     return true;
 }
@@ -105,7 +97,7 @@ bool CPMXTemplUIChoiceBasicDlg::TakeName(int row, const std::string& name) {
     CPMXTemplUIListData& record = FavoriteOf(row);
     const std::string before = record.GetName();
     if (Favorites.RenameAt(IndexOf(row), name)) {
-        ListView().SetCell(row, NameColumn, name);
+        DrawRow(row);
         return true;
     }
     record.SetName(before);

@@ -27,7 +27,6 @@ private:
     void OnListKey(const ControlEvent& event);
 
     const CPMXTemplUIListDataArray& GetFavorites() const override { return Favorites.GetList(); }
-    void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
     bool TakeName(int row, const std::string& name) override;
 

@@ -9,6 +9,13 @@ namespace pmx {
 
 namespace {
 
+constexpr FavoriteListColumn Columns[] = {
+    {text::ColumnToolbar, 80},
+    {text::ColumnName, 180, &FavoriteRow::Name},
+    {text::ColumnCategory, 80, &FavoriteRow::Category},
+    {text::ColumnKind, 80, &FavoriteRow::Kind},
+};
+
 constexpr ControlId ForUserFavorites[] = {control::EditorEdit, control::EditorDelete, control::EditorExport,
                                           control::EditorName, control::EditorCopy};
 
@@ -23,6 +30,7 @@ constexpr ControlId FileButtons[] = {control::EditorImport, control::EditorExpor
 constexpr std::span<const ControlId> ButtonGroups[] = {FavoriteButtons, MoveButtons, FileButtons};
 
 constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
+                                          .Columns = Columns,
                                           .Name = control::EditorName,
                                           .Icon = control::EditorIcon,
                                           .ChangeIcon = control::ChangeIcon,

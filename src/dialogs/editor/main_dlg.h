@@ -7,7 +7,6 @@
 #include "store/host_call.h"
 #include "store/import_export.h"
 #include "store/list_data_array.h"
-#include "store/rules.h"
 
 #include "host/PMXPropUI.h"
 
@@ -25,9 +24,6 @@ class CPMXTemplUISelLevelDlg;
 /// list of its own; the list file is written when the user accepts.
 class CPMXTemplUIMainDlg final : public FavoriteListDlg {
 public:
-    /// Most records that may be on the toolbar.
-    static constexpr std::int64_t ToolbarLimit = pmx::ToolbarLimit;
-
     /// The favorites `folder`, the name of its list file and the extension of favorite files with its dot.
     /// `parent` may be none. The services must outlive the dialog.
     CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName, std::string extension,
@@ -53,9 +49,7 @@ private:
     // Rows
 
     const CPMXTemplUIListDataArray& GetFavorites() const override { return *List; }
-    void DrawRow(int row, const CPMXTemplUIListData& record) override;
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
-
     bool TakeName(int row, const std::string& name) override;
 
     // Mouse and keyboard
@@ -83,7 +77,6 @@ private:
     bool CheckToolbarLimit();
     void SetToolbar(int row);
     void ClearToolbar(int row);
-    void MarkToolbar(int row, bool onToolbar);
 
     // The print-attribute dialog
 

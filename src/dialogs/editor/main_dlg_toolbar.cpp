@@ -2,6 +2,7 @@
 #include "dialogs/editor/main_dlg.h"
 #include "res/ids.h"
 #include "store/levels.h"
+#include "store/rules.h"
 
 #include <algorithm>
 #include <vector>
