@@ -12,11 +12,11 @@ function(pmx_package folder)
     endforeach()
 endfunction()
 
-pmx_package(bin PMXTemplUI PMXTemplUIENU)
+pmx_package(bin PMXTemplUI ${PMX_LANGUAGE_LIBRARIES})
 if(TARGET pmxfav)
     pmx_package(bin pmxfav)
 endif()
-pmx_package(sample PMXTemplUI PMXTemplUIENU PmxSampleHost PmxSampleHostENU PmxCClient PmxDocMgr QrtCommon PmxUser PmxNote
+pmx_package(sample PMXTemplUI ${PMX_LANGUAGE_LIBRARIES} PmxSampleHost PmxSampleHostENU PmxCClient PmxDocMgr QrtCommon PmxUser PmxNote
             PMXPropUI PMXPropUIENU)
 
 # For each compiler what it links.
