@@ -6,14 +6,23 @@
 
 namespace pmx::sample {
 
+/// What each byte makes of a checksum whose lowest byte it is.
+inline constexpr std::array<std::uint32_t, 256> Crc32OfByte = [] {
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+        table[byte] = byte;
+        for (int bit = 0; bit < 8; ++bit) {
+            table[byte] = (table[byte] >> 1) ^ ((table[byte] & 1) != 0 ? 0xEDB88320 : 0);
+        }
+    }
+    return table;
+}();
+
 /// The CRC-32 of ISO 3309 (polynomial 04C11DB7, reflected, all ones before and inverted after).
 constexpr std::uint32_t Crc32(std::span<const unsigned char> bytes) {
     std::uint32_t value = 0xFFFFFFFF;
     for (const unsigned char byte : bytes) {
-        value ^= byte;
-        for (int bit = 0; bit < 8; ++bit) {
-            value = (value >> 1) ^ ((value & 1) != 0 ? 0xEDB88320 : 0);
-        }
+        value = (value >> 8) ^ Crc32OfByte[(value ^ byte) & 0xFF];
     }
     return ~value;
 }

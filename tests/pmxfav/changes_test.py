@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
 """What the changing commands of the favorites tool leave behind, and what they refuse."""
+import functools
+import resource
+import signal
 import unittest
 
 from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, list_file
@@ -74,6 +77,16 @@ class Changes(unittest.TestCase):
             spelt = "Z:" + str(own).replace("/", "\\") if LAUNCHER else str(own)
             self.assertEqual(folder.run("export", "A", spelt)[0], 1)
             self.assertEqual(own.read_bytes(), favorite_file("P", 5))
+
+    @unittest.skipIf(LAUNCHER, "the limit is Linux's")
+    def test_check_knows_all_that_a_killed_export_leaves(self):
+        with Folder() as folder, Folder() as target:
+            fill(folder)
+            limit = functools.partial(resource.setrlimit, resource.RLIMIT_FSIZE, (100, 100))
+            code = folder.run("export", "A", str(target.path / "out.pmt"), preexec_fn=limit)[0]
+            self.assertEqual(code, -signal.SIGXFSZ)
+            self.assertEqual(len(target.files()), 2)  # the library's and the host's
+            self.assertEqual(target.run("check")[1].count("leftover-aside"), 2)
 
     def imported(self, rule, *contents):
         with Folder() as folder, Folder() as source:

@@ -1,8 +1,8 @@
 #include "common/files.h"
 
 #include "common/posix/native_path.h"
+#include "common/unfinished_name.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <string>
@@ -104,12 +104,16 @@ bool WriteAndFlush(const Descriptor& file, std::span<const unsigned char> bytes)
     return fsync(file.Get()) == 0;
 }
 
-/// Creates a file beside `path` that nobody else uses; its name is given back in `temporary`.
+/// The folder of a path with its separator; empty for a mere name.
+std::string FolderOf(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+/// Creates a file beside `path` that nobody else uses; its path is given back in `temporary`.
 Descriptor CreateBeside(const std::string& path, std::string& temporary) {
-    static std::atomic<unsigned> counter = 0;
     constexpr int Attempts = 100;
     for (int attempt = 0; attempt < Attempts; ++attempt) {
-        temporary = path + "." + std::to_string(getpid()) + "-" + std::to_string(++counter) + ".tmp";
+        temporary = FolderOf(path) + UnfinishedName(static_cast<std::uint32_t>(getpid()));
         Descriptor file(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         if (file.IsOpen() || errno != EEXIST) {
             return file;
@@ -120,9 +124,8 @@ Descriptor CreateBeside(const std::string& path, std::string& temporary) {
 
 /// Makes the new name of a file last through a power failure; that it may fail does not undo the replacement.
 void FlushFolderOf(const std::string& path) {
-    const auto slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const Descriptor handle(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string folder = FolderOf(path);
+    const Descriptor handle(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (handle.IsOpen()) {
         fsync(handle.Get());
     }

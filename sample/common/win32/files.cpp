@@ -1,6 +1,7 @@
 #include "common/files.h"
 
-#include <atomic>
+#include "common/unfinished_name.h"
+
 #include <string>
 #include <utility>
 
@@ -53,13 +54,24 @@ bool WriteAndFlush(const FileHandle& file, std::span<const unsigned char> bytes)
            written == bytes.size() && FlushFileBuffers(file.Get()) != FALSE;
 }
 
-/// Creates a file beside `path` that nobody else uses; its name is given back in `temporary`.
+/// The folder of a path with its separator; empty for a mere name. A second byte can look like a separator.
+std::string FolderOf(const char* path) {
+    const char* end = path;
+    for (const char* at = path; *at != '\0'; ++at) {
+        if (IsDBCSLeadByte(static_cast<BYTE>(*at)) != FALSE && at[1] != '\0') {
+            ++at;
+        } else if (*at == '\\' || *at == '/' || *at == ':') {
+            end = at + 1;
+        }
+    }
+    return {path, end};
+}
+
+/// Creates a file beside `path` that nobody else uses; its path is given back in `temporary`.
 FileHandle CreateBeside(const char* path, std::string& temporary) {
-    static std::atomic<unsigned> counter = 0;
     constexpr int Attempts = 100;
     for (int attempt = 0; attempt < Attempts; ++attempt) {
-        temporary = std::string(path) + "." + std::to_string(GetCurrentProcessId()) + "-" +
-                    std::to_string(++counter) + ".tmp";
+        temporary = FolderOf(path) + UnfinishedName(GetCurrentProcessId());
         FileHandle file(CreateFileA(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
         if (file.IsOpen() || GetLastError() != ERROR_FILE_EXISTS) {
