@@ -72,19 +72,24 @@ private:
     bool IsOpen = false;
 };
 
-/// Finds the favorite and changes it; saves the list when `change` gives Fine.
+/// Calls `work` with the opened list and the position of the favorite in it.
 template <typename Work>
-int ChangeOne(const FolderChoice& choice, const std::string& name, Work change) {
+int WithFavorite(const FolderChoice& choice, const std::string& name, Work work) {
     Change opened(choice);
     if (!opened.IsOpened()) {
         return WrongCall;
     }
     const std::optional<std::int64_t> index = opened.Find(name);
-    if (!index) {
-        return Found;
-    }
-    const int result = change(opened.List(), *index);
-    return result == Fine ? opened.Save() : result;
+    return index ? work(opened, *index) : Found;
+}
+
+/// Finds the favorite and changes it; saves the list when `change` gives Fine.
+template <typename Work>
+int ChangeOne(const FolderChoice& choice, const std::string& name, Work change) {
+    return WithFavorite(choice, name, [&](Change& opened, std::int64_t index) {
+        const int result = change(opened.List(), index);
+        return result == Fine ? opened.Save() : result;
+    });
 }
 
 std::string_view ReasonOf(StoreResult result) {
@@ -227,22 +232,16 @@ int RenameFavorite(const FolderChoice& choice, const std::string& name, const st
 }
 
 int MoveFavorite(const FolderChoice& choice, const std::string& name, std::int64_t position) {
-    Change opened(choice);
-    if (!opened.IsOpened()) {
-        return WrongCall;
-    }
-    const std::optional<std::int64_t> index = opened.Find(name);
-    if (!index) {
-        return Found;
-    }
-    std::vector<const CPMXTemplUIListData*> order = opened.List().GetRecords();
-    if (position < 1 || position > opened.List().GetSize()) {
-        return Refuse("positions go from 1 to " + std::to_string(order.size()));
-    }
-    const CPMXTemplUIListData* const moved = order[static_cast<std::size_t>(*index)];
-    order.erase(order.begin() + *index);
-    order.insert(order.begin() + (position - 1), moved);
-    return opened.Save(order);
+    return WithFavorite(choice, name, [&](Change& opened, std::int64_t index) {
+        std::vector<const CPMXTemplUIListData*> order = opened.List().GetRecords();
+        if (position < 1 || position > opened.List().GetSize()) {
+            return Refuse("positions go from 1 to " + std::to_string(order.size()));
+        }
+        const CPMXTemplUIListData* const moved = order[static_cast<std::size_t>(index)];
+        order.erase(order.begin() + index);
+        order.insert(order.begin() + (position - 1), moved);
+        return opened.Save(order);
+    });
 }
 
 int RemoveFavorite(const FolderChoice& choice, const std::string& name) {
@@ -285,21 +284,18 @@ int SetIcon(const FolderChoice& choice, const std::string& name, std::int64_t ic
 }
 
 int Export(const FolderChoice& choice, const std::string& name, const std::string& path) {
-    Change opened(choice);
-    if (!opened.IsOpened()) {
-        return WrongCall;
-    }
-    SayIfHostIsMissing();
-    const std::optional<std::int64_t> index = opened.Find(name);
-    if (!index) {
-        return Found;
-    }
-    CPMXTemplUIListData& record = opened.List().At(*index);
-    if (!HasHostLibrary() || !opened.List().EnsureLoaded(record)) {
-        return Refuse(ReasonOf(StoreResult::NotRead));
-    }
-    const StoreResult result = ExportFavorite(opened.List(), record, path);
-    return result == StoreResult::Success ? Fine : Refuse(ReasonOf(result));
+    return WithFavorite(choice, name, [&](Change& opened, std::int64_t index) {
+        SayIfHostIsMissing();
+        CPMXTemplUIListData& record = opened.List().At(index);
+        if (!HasHostLibrary()) {
+            return Refuse("nothing is exported");
+        }
+        if (!opened.List().EnsureLoaded(record)) {
+            return Refuse(ReasonOf(StoreResult::NotRead));
+        }
+        const StoreResult result = ExportFavorite(opened.List(), record, path);
+        return result == StoreResult::Success ? Fine : Refuse(ReasonOf(result));
+    });
 }
 
 int Import(const FolderChoice& choice, const std::vector<std::string>& paths, OnClash onClash) {

@@ -99,7 +99,8 @@ bool CanBeListed(const FavoritesFolder& folder, const FolderFile& file) {
 /// One check of one folder.
 class Checker {
 public:
-    Checker(const FavoritesFolder& folder, std::int64_t now) : Folder(folder), Now(now) {}
+    Checker(const FavoritesFolder& folder, std::int64_t now)
+        : Folder(folder), Now(now), FilesDone(folder.AllFiles().size()) {}
 
     std::vector<Finding> Run() {
         CheckListFile();
@@ -262,7 +263,11 @@ private:
         if (record.IsStandard()) {
             return;
         }
-        if (!SeenFiles.insert(FileKey(record.GetFileName())).second) {
+        const bool isFirst = SeenFiles.insert(FileKey(record.GetFileName())).second;
+        if (isFirst && Folder.FindFile(record.GetFileName()) != nullptr) {
+            FilesDone.Step();
+        }
+        if (!isFirst) {
             const bool isThere = content.State == FileState::Whole || content.State == FileState::Unknown;
             AddToLine(line, Trouble::FileShared, isThere);
         } else if (content.State == FileState::Whole && !IsNameFromFile(record.GetName(), content.Name) &&
@@ -282,6 +287,9 @@ private:
                 Add({what, std::nullopt, {}, file.Shown, isOld ? "" : "younger than a day", isOld});
             } else if (!isListed && Folder.IsFavoriteFile(file)) {
                 CheckUnlisted(file);
+            }
+            if (!isListed) {
+                FilesDone.Step();
             }
         }
     }
@@ -313,6 +321,7 @@ private:
 
     const FavoritesFolder& Folder;
     const std::int64_t Now;
+    Progress FilesDone;
     std::vector<Finding> Findings;
     std::unordered_map<std::string, int> NameUses;
     std::unordered_set<std::string> StandardNames;

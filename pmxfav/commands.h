@@ -16,6 +16,10 @@ int ListFavorites(const FolderChoice& choice, bool asJson);
 int ShowFavorite(const FolderChoice& choice, const std::string& name, bool asJson);
 int CheckFolder(const FolderChoice& choice, bool asJson);
 
+/// Compares what two favorites set; fine when nothing differs.
+int DiffFavorites(const FolderChoice& choice, const std::string& first, const std::string& second,
+                  bool asJson);
+
 int RenameFavorite(const FolderChoice& choice, const std::string& name, const std::string& newName);
 
 /// `position` counts from 1.

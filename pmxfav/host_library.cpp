@@ -41,11 +41,18 @@ struct Host {
     decltype(&PmxDocumentSetTable) SetTable = Find<decltype(SetTable)>(Library.get(), "PmxDocumentSetTable");
     decltype(&PmxDocumentGetName) GetName = Find<decltype(GetName)>(Library.get(), "PmxDocumentGetName");
     decltype(&PmxDocumentSetName) SetName = Find<decltype(SetName)>(Library.get(), "PmxDocumentSetName");
+    decltype(&PmxDocumentCmd2upDuplex) TwoUp =
+        Find<decltype(TwoUp)>(Library.get(), "PmxDocumentCmd2upDuplex");
+    decltype(&PmxDocumentCmdBookletSaddleStapler) Booklet =
+        Find<decltype(Booklet)>(Library.get(), "PmxDocumentCmdBookletSaddleStapler");
+    decltype(&PmxDocumentCmdDuplexUpperLeft) BothSides =
+        Find<decltype(BothSides)>(Library.get(), "PmxDocumentCmdDuplexUpperLeft");
 
     bool IsWhole() const {
         return Create != nullptr && Destroy != nullptr && Assign != nullptr && Load != nullptr &&
                Save != nullptr && GetLevel != nullptr && SetLevel != nullptr && GetTable != nullptr &&
-               SetTable != nullptr && GetName != nullptr && SetName != nullptr;
+               SetTable != nullptr && GetName != nullptr && SetName != nullptr && TwoUp != nullptr &&
+               Booklet != nullptr && BothSides != nullptr;
     }
 };
 
@@ -109,6 +116,18 @@ const char* PmxDocumentGetName(const PmxDocument* document) {
 
 int32_t PmxDocumentSetName(PmxDocument* document, const char* name) {
     return TheHost().SetName(document, name);
+}
+
+void PmxDocumentCmd2upDuplex(PmxDocument* document) {
+    TheHost().TwoUp(document);
+}
+
+void PmxDocumentCmdBookletSaddleStapler(PmxDocument* document) {
+    TheHost().Booklet(document);
+}
+
+void PmxDocumentCmdDuplexUpperLeft(PmxDocument* document) {
+    TheHost().BothSides(document);
 }
 
 /// The host's rule, built in: without it the store would make other file names.

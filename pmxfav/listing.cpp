@@ -1,12 +1,11 @@
 #include "check.h"
 #include "commands.h"
 #include "host_library.h"
+#include "json_output.h"
 #include "sha256.h"
 #include "terminal.h"
 
 #include "store/levels.h"
-
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <chrono>
@@ -15,16 +14,6 @@
 namespace pmx::tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-void PrintJson(const Json& json) {
-    Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
-}
-
-Json StartJson(const FolderChoice& choice) {
-    return {{"folder", Readable(choice.Folder)}, {"list", Readable(choice.ListFile)}};
-}
 
 /// "2026-11-22 10:15:00", UTC.
 std::string TimeText(std::int64_t seconds) {
@@ -43,10 +32,6 @@ std::string TimeText(std::int64_t seconds) {
 
 std::string_view KindOf(const CPMXTemplUIListData& record) {
     return record.IsStandard() ? "standard" : "user";
-}
-
-std::string Shown(const std::string& narrow) {
-    return Printable(Readable(narrow));
 }
 
 /// The listed favorites, with their positions from 1.
@@ -112,7 +97,7 @@ bool ReadFolder(FavoritesFolder& folder, const FolderChoice& choice) {
     if (folder.Read()) {
         return true;
     }
-    Say("there is no folder that can be read: " + Shown(choice.Folder));
+    Say("there is no folder that can be read: " + Readable(choice.Folder));
     return false;
 }
 
@@ -127,7 +112,7 @@ const ListLine* FindListed(const FavoritesFolder& folder, const std::string& nam
         }
     }
     if (similar == nullptr) {
-        Say("there is no favorite of that name: " + Shown(name));
+        Say("there is no favorite of that name: " + Readable(name));
     }
     return similar;
 }

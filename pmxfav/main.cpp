@@ -12,8 +12,8 @@
 #include <exception>
 #include <functional>
 #include <iterator>
-#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #ifdef _WIN32
@@ -30,14 +30,29 @@ struct Arguments {
     std::string ListFile = DefaultListFileName;
     std::string Extension = DefaultExtension;
     std::string Name;
-    std::string Text; ///< a new name, a file, or on or off
+    std::string Text; ///< another name, a file, or a word of a few
     std::int64_t Number = 0;
     std::vector<std::string> Files;
-    OnClash Clash = OnClash::Skip;
     bool AsJson = false;
+
+    /// A text that the code page cannot say; it would turn into another one. Null when there is none.
+    const std::string* Unsayable() const {
+        const auto isUnsayable = [](const std::string& text) { return ToUtf8(FromUtf8(text)) != text; };
+        for (const std::string* const text : {&Folder, &ListFile, &Extension, &Name, &Text}) {
+            if (isUnsayable(*text)) {
+                return text;
+            }
+        }
+        const auto file = std::find_if(Files.begin(), Files.end(), isUnsayable);
+        return file == Files.end() ? nullptr : &*file;
+    }
 
     FolderChoice Choice() const { return {FromUtf8(Folder), FromUtf8(ListFile), FromUtf8(Extension)}; }
 };
+
+OnClash ClashRule(std::string_view word) {
+    return word == "rename" ? OnClash::Rename : word == "replace" ? OnClash::Replace : OnClash::Skip;
+}
 
 using Command = std::function<int(const Arguments&)>;
 
@@ -65,6 +80,10 @@ public:
         } catch (const CLI::ParseError& error) {
             Say(error.what());
             Say("pmxfav --help-all tells how to call it");
+            return WrongCall;
+        }
+        if (const std::string* const text = Given.Unsayable()) {
+            Say("the code page of favorites has not every character of this: " + *text);
             return WrongCall;
         }
         return Chosen(Given);
@@ -97,6 +116,12 @@ private:
         }));
         AddJson(Add("check", "Tell everything that is wrong or will be lost",
                     [](const Arguments& given) { return CheckFolder(given.Choice(), given.AsJson); }));
+        CLI::App* const diff = Add("diff", "Compare what two favorites set", [](const Arguments& given) {
+            return DiffFavorites(given.Choice(), FromUtf8(given.Name), FromUtf8(given.Text), given.AsJson);
+        });
+        diff->add_option("NAME1", Given.Name, "The name of a favorite")->required();
+        diff->add_option("NAME2", Given.Text, "The name of the other")->required();
+        AddJson(diff);
     }
 
     void AddChanging() {
@@ -140,16 +165,16 @@ private:
             std::vector<std::string> paths;
             std::transform(given.Files.begin(), given.Files.end(), std::back_inserter(paths),
                            [](const std::string& path) { return FromUtf8(path); });
-            return Import(given.Choice(), paths, given.Clash);
+            return Import(given.Choice(), paths, ClashRule(given.Text));
         });
         import->add_option("FILE", Given.Files, "The files")->required();
-        const std::map<std::string, OnClash> rules = {
-            {"skip", OnClash::Skip}, {"rename", OnClash::Rename}, {"replace", OnClash::Replace}};
-        import->add_option("--on-clash", Given.Clash, "When a favorite has the name: skip, rename or replace")
-            ->transform(CLI::CheckedTransformer(rules));
+        import
+            ->add_option("--on-clash", Given.Text,
+                         "What to do when a favorite has the name; skip unless given")
+            ->check(CLI::IsMember({"skip", "rename", "replace"}));
     }
 
-    CLI::App App{"Looks after the favorites of a folder."};
+    CLI::App App{"Looks after the favorites of a folder.", "pmxfav"};
     Arguments Given;
     Command Chosen;
 };

@@ -61,7 +61,7 @@ void Print(std::string_view text) {
 }
 
 void Say(std::string_view text) {
-    WriteText(Stream::Error, "pmxfav: " + std::string(text) + "\n");
+    WriteText(Stream::Error, "pmxfav: " + Printable(text) + "\n");
 }
 
 std::size_t WidthOf(std::string_view utf8) {
@@ -98,6 +98,10 @@ std::string Printable(std::string_view utf8) {
         text.begin(), text.end(), [](char unit) { return (unit >= '\0' && unit < ' ') || unit == '\x7F'; },
         '?');
     return text;
+}
+
+std::string Shown(std::string_view narrow) {
+    return Printable(Readable(narrow));
 }
 
 std::string FormatTable(const std::vector<std::vector<std::string>>& lines) {

@@ -15,7 +15,7 @@ inline constexpr int WrongCall = 2;
 /// A result, on the output stream. The text is UTF-8. Ends the process when it cannot be written.
 void Print(std::string_view text);
 
-/// A line for people, on the error stream, with the tool's name before it. The text is UTF-8.
+/// A line for people, on the error stream, with the tool's name before it. The text is UTF-8; it is made printable.
 void Say(std::string_view text);
 
 /// Number of columns that a text takes on a terminal.
@@ -26,6 +26,9 @@ std::string Readable(std::string_view narrow);
 
 /// The text with what would change the terminal replaced by `?`.
 std::string Printable(std::string_view utf8);
+
+/// A text of the system's code page as it is shown to people: readable and printable.
+std::string Shown(std::string_view narrow);
 
 /// Lines of cells as text: columns line up, two blanks apart, the last one without blanks at its end.
 std::string FormatTable(const std::vector<std::vector<std::string>>& lines);

@@ -28,26 +28,6 @@ static_assert(*PartStart(PMX_LEVEL_PAGE) == 2221);
 
 namespace {
 
-constexpr std::int32_t TwoUpDuplex = 3;
-constexpr std::int32_t BookletSaddleStapler = 4;
-constexpr std::int32_t DuplexUpperLeft = 5;
-
-void ApplyStandardSetting(CPmxDocument& document, std::int32_t number) {
-    switch (number) {
-    case TwoUpDuplex:
-        document.Cmd_2up_Duplex();
-        break;
-    case BookletSaddleStapler:
-        document.Cmd_Booklet_SaddleStapler();
-        break;
-    case DuplexUpperLeft:
-        document.Cmd_Duplex_UpperLeft();
-        break;
-    default:
-        break; // the fresh setting
-    }
-}
-
 /// A document that could not be filled, also because the host raised an error, stays with the record, empty,
 /// and is made anew at the next call.
 bool LoadForHost(const CPMXTemplUIListDataArray& list, CPMXTemplUIListData& record) {

@@ -100,6 +100,25 @@ bool StampDocument(CPmxDocument& document, const std::string& name, std::int32_t
     return table == nullptr || document.SetTable(*table, false);
 }
 
+void ApplyStandardSetting(CPmxDocument& document, std::int32_t number) {
+    constexpr std::int32_t TwoUpDuplex = 3;
+    constexpr std::int32_t BookletSaddleStapler = 4;
+    constexpr std::int32_t DuplexUpperLeft = 5;
+    switch (number) {
+    case TwoUpDuplex:
+        document.Cmd_2up_Duplex();
+        break;
+    case BookletSaddleStapler:
+        document.Cmd_Booklet_SaddleStapler();
+        break;
+    case DuplexUpperLeft:
+        document.Cmd_Duplex_UpperLeft();
+        break;
+    default:
+        break; // the fresh setting
+    }
+}
+
 std::unique_ptr<CPMXTemplUIListData> MakeFavorite() {
     try {
         auto record = std::make_unique<CPMXTemplUIListData>();

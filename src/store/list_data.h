@@ -127,6 +127,10 @@ private:
 bool StampDocument(CPmxDocument& document, const std::string& name, std::int32_t level,
                    const _LM_DOCUMENTLAYOUTTABLE* table);
 
+/// Gives a fresh document the setting of the standard favorite of that number; of 1, 2 and unknown ones it is the fresh
+/// one. Raises what the host raises.
+void ApplyStandardSetting(CPmxDocument& document, std::int32_t number);
+
 /// A record with an empty document; null when there is no memory or the host makes no document.
 std::unique_ptr<CPMXTemplUIListData> MakeFavorite();
 

@@ -1,4 +1,5 @@
 """Makes favorites folders for the tests of the favorites tool, and runs it."""
+import contextlib
 import os
 import shutil
 import struct
@@ -8,6 +9,7 @@ import zlib
 from pathlib import Path
 
 TOOL = os.environ["PMXFAV"]
+HOLD_FILE = os.environ["PMX_HOLD_FILE"]
 LAUNCHER = os.environ.get("PMXFAV_LAUNCHER", "").split()
 DAY = 24 * 60 * 60
 LIST = "PmxTempleList.ini"
@@ -24,6 +26,20 @@ def list_file(*entries, count=None):
     lines = ["[PMXTemplateList]", f"TemplateNum={len(entries) if count is None else count}"]
     lines += [f"TemplateData{number}={entry}" for number, entry in enumerate(entries)]
     return ("\r\n".join(lines) + "\r\n").encode("cp932")
+
+
+def spelt(path):
+    """The path as the tool takes it."""
+    return "Z:" + str(path).replace("/", "\\") if LAUNCHER else str(path)
+
+
+@contextlib.contextmanager
+def held(path):
+    """Another program has the file open and shares it with nobody."""
+    with subprocess.Popen([*LAUNCHER, HOLD_FILE, spelt(path)], stdin=subprocess.PIPE, stdout=subprocess.PIPE) as holder:
+        assert holder.stdout.readline().strip() == b"held"
+        yield
+        holder.stdin.close()
 
 
 class Folder:
@@ -46,11 +62,11 @@ class Folder:
     def files(self):
         return {path.name: path.read_bytes() for path in self.path.iterdir() if path.is_file()}
 
-    def run(self, command, *arguments, tool=None):
+    def run(self, command, *arguments, tool=None, **process):
         """Exit code, output and messages of `pmxfav COMMAND FOLDER ARGUMENTS`, with the folder's path taken out."""
-        folder = "Z:" + str(self.path).replace("/", "\\") if LAUNCHER else str(self.path)
+        folder = spelt(self.path)
         done = subprocess.run([*LAUNCHER, tool or TOOL, command, folder, *arguments], capture_output=True,
-                              stdin=subprocess.DEVNULL, check=False)
+                              stdin=subprocess.DEVNULL, check=False, **process)
         result = [text.decode("utf-8").replace("\r\n", "\n") for text in (done.stdout, done.stderr)]
         for spelling in (folder.replace("\\", "\\\\"), folder):
             result = [text.replace(spelling, "FOLDER") for text in result]
