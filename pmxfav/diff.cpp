@@ -154,7 +154,7 @@ private:
 
 int DiffFavorites(const FolderChoice& choice, const std::string& first, const std::string& second,
                   bool asJson) {
-    FavoritesFolder folder(choice);
+    FavoritesFolder folder(choice, SystemStoreServices());
     if (!ReadFolder(folder, choice)) {
         return WrongCall;
     }
