@@ -23,13 +23,13 @@ struct FileRequest {
     std::vector<FileFilter> Filters; ///< the first one is chosen at the start
     std::string DefaultExtension;    ///< appended to a name typed without one; with or without a leading dot
     std::string ProposedName;        ///< cut to PathSize - 1 bytes
-    bool HideReadOnlyBox = true;
     bool FileMustExist = false;
     bool PathMustExist = false;
     bool AskBeforeOverwriting = false;
 };
 
-/// The system's open and save dialogs. They leave the current folder of the process as it was.
+/// The system's open and save dialogs. They leave the current folder of the process as it was, and have no box
+/// for read-only files.
 class FileDialogs {
 public:
     virtual ~FileDialogs() = default;

@@ -66,21 +66,27 @@ public:
     /// None when the existing file may be opened for reading and writing now, beside others who do so.
     virtual FileError TryOpen(const std::string& path) = 0;
 
-    /// Makes an empty file; Exists when there is one.
+    /// Makes an empty file, which somebody else is to write; Exists when there is one.
     virtual FileError CreateNew(const std::string& path) = 0;
+
+    /// Makes a file with that content, durably; Exists when there is one. No file stays after a failure.
+    virtual FileError WriteNew(const std::string& path, const std::string& content) = 0;
 
     /// Gives an existing file that content, durably, where it lies. With Held nothing has changed; with Other
     /// the file may hold a part of the content.
     virtual FileError Overwrite(const std::string& path, const std::string& content) = 0;
 
-    /// Makes `source` durable and atomically puts it in the place of `target`, which may or may not exist;
-    /// both lie in one folder. `source` takes over what marks `target` (hidden, system; on posix the
-    /// permissions). A read-only target, a folder, or a target that somebody holds open gives Held. At any
+    /// Makes durable what somebody else has written to a file.
+    virtual FileError Flush(const std::string& path) = 0;
+
+    /// Atomically puts `source`, which is durable (WriteNew, Flush), in the place of `target`, which may or may
+    /// not exist; both lie in one folder. `source` takes over what marks `target` (hidden, system; on posix
+    /// the permissions). A read-only target, a folder, or a target that somebody holds open gives Held. At any
     /// moment the target is the old or the new file, whole. When the platform cannot tell that the exchange
     /// is durable, that is no failure. A target that is a link is replaced itself.
     virtual FileError Replace(const std::string& source, const std::string& target) = 0;
 
-    /// Makes `source` durable and renames it to `target` in the same folder; Exists when there is one, which
+    /// Renames `source`, which is durable, to `target` in the same folder; Exists when there is one, which
     /// stays.
     virtual FileError Rename(const std::string& source, const std::string& target) = 0;
 

@@ -28,9 +28,19 @@ std::string AsideName() {
 } // namespace
 
 AsideFile::AsideFile(const StoreServices& services, const std::string& folder) : Services(services) {
+    MakeIn(folder, [&] { return Services.FileSystem.CreateNew(OwnPath); });
+}
+
+AsideFile::AsideFile(const StoreServices& services, const std::string& folder, const std::string& content)
+    : Services(services) {
+    MakeIn(folder, [&] { return Services.FileSystem.WriteNew(OwnPath, content); });
+}
+
+template <typename Make>
+void AsideFile::MakeIn(const std::string& folder, Make make) {
     for (int attempt = 0; attempt < Attempts && Made == FileError::Exists; ++attempt) {
         OwnPath = folder + AsideName(); // before there is a file, after which nothing may fail
-        Made = Services.FileSystem.CreateNew(OwnPath);
+        Made = make();
     }
     if (Made != FileError::None) {
         OwnPath.clear();

@@ -40,16 +40,12 @@ bool IsDeviceName(std::string_view fileName) {
 
 FileError CopyFile(const StoreServices& services, const std::string& source, const std::string& target) {
     std::string content;
-    FileError error = services.FileSystem.Read(source, content);
+    const FileError error = services.FileSystem.Read(source, content);
     if (error != FileError::None) {
         return error;
     }
-    AsideFile copy(services, FolderOf(target));
-    if (copy.Error() != FileError::None) {
-        return copy.Error();
-    }
-    error = services.FileSystem.Overwrite(copy.Path(), content);
-    return error == FileError::None ? copy.PutNew(target) : error;
+    AsideFile copy(services, FolderOf(target), content);
+    return copy.Error() == FileError::None ? copy.PutNew(target) : copy.Error();
 }
 
 } // namespace

@@ -69,7 +69,7 @@ bool IsFileOfUserFavorite(const CPMXTemplUIListDataArray& list, const ExportTarg
 bool SaveWhole(const StoreServices& services, CPMXTemplUIListData& content, const std::string& path) {
     AsideFile aside(services, FolderOf(path));
     return aside.Error() == FileError::None && content.SaveDocument(aside.Path().c_str()) &&
-           aside.PutOver(path) == FileError::None;
+           aside.Flush() == FileError::None && aside.PutOver(path) == FileError::None;
 }
 
 } // namespace

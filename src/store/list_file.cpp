@@ -181,25 +181,41 @@ struct Part {
     bool IsList = false;
 };
 
-/// Takes the next part off the front of `rest`, which is not empty.
+/// The line that a section begins with, as a part of the text that was searched.
+struct SectionLine {
+    std::size_t Begin;
+    std::size_t End;
+    std::string_view Name;
+};
+
+/// The first section that begins at `from`, where a line begins or ends, or after it; none is one at the end.
+/// Looks at nothing but brackets: a save looks for the sections of the whole file.
+SectionLine NextSection(std::string_view text, std::size_t from) {
+    for (std::size_t bracket = text.find('[', from); bracket != std::string_view::npos;
+         bracket = text.find('[', bracket + 1)) {
+        std::size_t begin = bracket;
+        while (begin > 0 && IsBlank(text[begin - 1]) && !IsLineEnd(text[begin - 1])) {
+            --begin;
+        }
+        if (begin > 0 && !IsLineEnd(text[begin - 1])) {
+            continue;
+        }
+        const std::string_view line = text.substr(begin, LineLength(text.substr(begin)));
+        if (const std::optional<std::string_view> name = SectionName(line)) {
+            return {begin, begin + line.size(), *name};
+        }
+    }
+    return {text.size(), text.size(), {}};
+}
+
+/// Takes the next part off the front of `rest`, which is not empty and begins with a line.
 Part NextPart(std::string_view& rest) {
-    const std::string_view all = rest;
-    const std::string_view first = NextLine(rest);
-    const std::optional<std::string_view> name = SectionName(first);
-    const auto partUpTo = [&](const char* end) {
-        const auto size = static_cast<std::size_t>(end - all.data());
-        rest = all.substr(size);
-        return all.substr(0, size);
-    };
-    if (name && first.data() != all.data()) {
-        return {partUpTo(first.data()), false}; // empty lines at the beginning of the file
-    }
-    std::string_view line = NextLine(rest);
-    while (!line.empty() && !SectionName(line)) {
-        line = NextLine(rest);
-    }
-    return {partUpTo(line.empty() ? all.data() + all.size() : line.data()),
-            name && EqualWord(*name, ListSection)};
+    const SectionLine first = NextSection(rest, 0);
+    const bool isSection = first.Begin == 0;
+    const std::size_t end = isSection ? NextSection(rest, first.End).Begin : first.Begin;
+    const std::string_view text = rest.substr(0, end);
+    rest.remove_prefix(end);
+    return {text, isSection && EqualWord(first.Name, ListSection)};
 }
 
 // The keys of the section
@@ -447,15 +463,11 @@ FileError ReplaceListFile(const StoreServices& services, const std::string& path
     if (files.IsReadOnly(path)) {
         return FileError::Held;
     }
-    AsideFile aside(services, FolderOf(path));
-    FileError error = aside.Error();
-    if (error == FileError::None) {
-        error = files.Overwrite(aside.Path(), content);
+    AsideFile aside(services, FolderOf(path), content);
+    if (aside.Error() != FileError::None) {
+        return aside.Error();
     }
-    if (error != FileError::None) {
-        return error;
-    }
-    error = RetryBriefly(services, [&] { return aside.PutOver(path); });
+    FileError error = RetryBriefly(services, [&] { return aside.PutOver(path); });
     if (error != FileError::Held) {
         return error;
     }

@@ -90,6 +90,33 @@ TEST_F(ListHandleTest, StandardFavoritesAreMadeByTheHost) {
     EXPECT_NE(duplex, upperLeft);
 }
 
+TEST_F(ListHandleTest, ALongListIsReadAndWrittenWholeAndOtherSectionsStay) {
+    constexpr std::size_t Count = 100'000;
+    const std::string longFileName = Sjis(u8"表") + std::string(60, 'f');
+    std::vector<std::string> values;
+    for (std::size_t number = 0; number < Count; ++number) {
+        const std::string digits = std::to_string(number);
+        values.push_back("0~" + Sjis(u8"ミシン目 ") + digits + "~1~0~14~" + longFileName + digits + ".pmt");
+    }
+    const std::string list = Section(values);
+    ASSERT_GT(list.size(), 10'000'000U);
+    const std::string before = "; mine\r\n\r\n[Other]\r\n x = 1\n";
+    const std::string behind = "[Long]\r\ny=" + std::string(1'000'000, 'y') + "\r\n;z";
+    Folder.Write(ListFile, before + list + behind);
+    {
+        const ListHandle handle = Open();
+        const std::vector<TemplInfo> summaries = Summaries(handle.get(), 1);
+        ASSERT_EQ(summaries.size(), Count);
+        for (std::size_t number = 0; number < Count; ++number) {
+            ASSERT_EQ(summaries[number].Name, Sjis(u8"ミシン目 ") + std::to_string(number));
+        }
+        EXPECT_EQ(EX_CreateDefaultTempl(handle.get(), "Last", 3, 14), 0);
+    }
+    values.emplace_back("1~Last~101~0~14~3");
+    EXPECT_TRUE(Folder.Read(ListFile) == before + behind + "\r\n" + Section(values));
+    EXPECT_EQ(EX_GetTemplListSize(Open().get(), 101), 548 * (std::int64_t{Count} + 1)) << "read again";
+}
+
 TEST_F(ListHandleTest, FoldersWithDoubleByteNamesAreOpened) {
     for (const std::u8string_view name : {u8"表", u8"ソ×ミ", u8"ｱｲｳ能"}) {
         Folder.AddFolder(Sjis(name));

@@ -49,6 +49,7 @@ int __real_renameat2(int sourceFolder, const char* source, int targetFolder, con
 int __real_ftruncate(int file, off_t size);
 int __real_flock(int file, int operation);
 int __real_chmod(const char* path, mode_t mode);
+int __real_fsync(int file);
 
 ssize_t __wrap_read(int file, void* buffer, size_t size) {
     return Fails(SystemCall::Read) ? -1 : __real_read(file, buffer, PieceOf(size));
@@ -74,6 +75,10 @@ int __wrap_flock(int file, int operation) {
 
 int __wrap_chmod(const char* path, mode_t mode) {
     return Fails(SystemCall::ChangeMode) ? -1 : __real_chmod(path, mode);
+}
+
+int __wrap_fsync(int file) {
+    return Fails(SystemCall::Flush) ? -1 : __real_fsync(file);
 }
 
 } // extern "C"

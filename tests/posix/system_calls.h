@@ -7,7 +7,7 @@
 namespace pmx::test {
 
 /// System calls that can be told to fail.
-enum class SystemCall { Read, Write, Rename, Truncate, ChangeMode, Lock };
+enum class SystemCall { Read, Write, Rename, Truncate, ChangeMode, Lock, Flush };
 
 /// Lets system calls that the library makes in this program fail as long as it lives. A call that fails does
 /// nothing and leaves the planned number in `errno`. One at a time.

@@ -2,6 +2,7 @@
 #include "posix/system_calls.h"
 
 #include "platform/files.h"
+#include "store/list_data_array.h"
 #include "support/holding_process.h"
 #include "support/temp_folder.h"
 
@@ -46,12 +47,42 @@ TEST_F(SystemCallsTest, FileThatCannotBeReadToItsEndIsNotTakenForWhatWasRead) {
     EXPECT_EQ(content, "before");
 }
 
-TEST_F(SystemCallsTest, FailureToWriteOrToShortenAFileIsReported) {
-    for (const SystemCall call : {SystemCall::Write, SystemCall::Truncate}) {
+TEST_F(SystemCallsTest, FailureToWriteToShortenOrToFlushAFileIsReported) {
+    for (const SystemCall call : {SystemCall::Write, SystemCall::Truncate, SystemCall::Flush}) {
         Calls.Plan.Heal();
         Calls.Plan.FailFrom(call, 1, EACCES);
         EXPECT_EQ(Service.Overwrite(Path("file"), "new"), FileError::Other) << "it may have changed";
     }
+    EXPECT_EQ(Service.Flush(Path("file")), FileError::Held);
+}
+
+TEST_F(SystemCallsTest, NewFileThatCannotBeWrittenOrFlushedIsTakenAwayAgain) {
+    for (const SystemCall call : {SystemCall::Write, SystemCall::Flush}) {
+        Calls.Plan.Heal();
+        Calls.Plan.FailFrom(call, 1, ENOSPC);
+        EXPECT_EQ(Service.WriteNew(Path("new"), "new"), FileError::Other);
+        EXPECT_THAT(Folder.Names(), ElementsAre("file"));
+    }
+}
+
+TEST_F(SystemCallsTest, ListThatCannotBeFlushedLeavesTheOldOne) {
+    CPMXTemplUIListDataArray list("file", nullptr, SystemStoreServices());
+    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    Calls.Plan.FailFrom(SystemCall::Flush, 1, EIO);
+    EXPECT_FALSE(list.WriteListFile());
+    EXPECT_EQ(Folder.Read("file"), Bytes);
+    EXPECT_THAT(Folder.Names(), ElementsAre("file"));
+    Calls.Plan.Heal();
+    EXPECT_TRUE(list.WriteListFile());
+    EXPECT_NE(Folder.Read("file"), Bytes);
+}
+
+TEST_F(SystemCallsTest, ListIsFlushedBeforeItTakesTheOldOnesPlaceAndTheFolderAfterThat) {
+    CPMXTemplUIListDataArray list("file", nullptr, SystemStoreServices());
+    ASSERT_TRUE(list.SetFolder(Folder.Path().c_str()));
+    Calls.Plan.FailAt(SystemCall::Flush, 2, EIO);
+    EXPECT_TRUE(list.WriteListFile()) << "what has its name cannot be taken back";
+    EXPECT_EQ(Calls.Plan.Calls(SystemCall::Flush), 2U);
 }
 
 TEST_F(SystemCallsTest, RenamingAlsoWorksWhereTheSystemCannotSpareOthers) {
@@ -84,6 +115,7 @@ TEST_F(SystemCallsTest, NobodyIsExcludedWhereFilesCannotBeLocked) {
 
 TEST_F(SystemCallsTest, FileWhosePermissionsCannotBeKeptIsNotReplaced) {
     Folder.Write("target", "old");
+    std::filesystem::permissions(DiskPath(Path("target")), std::filesystem::perms::owner_all);
     Calls.Plan.FailFrom(SystemCall::ChangeMode, 1, EPERM);
     EXPECT_EQ(Service.Replace(Path("file"), Path("target")), FileError::Held);
     EXPECT_EQ(Folder.Read("target"), "old");

@@ -17,7 +17,9 @@ enum class FileOperation {
     Read,
     TryOpen,
     CreateNew,
+    WriteNew,
     Overwrite,
+    Flush,
     Replace,
     Rename,
     Remove,
@@ -74,9 +76,19 @@ public:
         return failure ? *failure : Inner.CreateNew(path);
     }
 
+    FileError WriteNew(const std::string& path, const std::string& content) override {
+        const auto failure = Plan.Next(FileOperation::WriteNew);
+        return failure ? *failure : Inner.WriteNew(path, content);
+    }
+
     FileError Overwrite(const std::string& path, const std::string& content) override {
         const auto failure = Plan.Next(FileOperation::Overwrite);
         return failure ? *failure : Inner.Overwrite(path, content);
+    }
+
+    FileError Flush(const std::string& path) override {
+        const auto failure = Plan.Next(FileOperation::Flush);
+        return failure ? *failure : Inner.Flush(path);
     }
 
     FileError Replace(const std::string& source, const std::string& target) override {

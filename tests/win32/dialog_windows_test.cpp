@@ -80,7 +80,6 @@ private:
         if (event.Event == DialogEvent::Pressed && event.Control == control::BasicUp) {
             FileRequest request;
             request.Owner = Window().Handle();
-            request.HideReadOnlyBox = false;
             const ModalScope scope(*this);
             Chosen = SystemFileDialogs().AskOpen(request);
         }
@@ -95,7 +94,7 @@ TEST(FileDialog, ShowsNoMoreThanItIsAskedFor) {
         test::FileDialogUser files(user);
         EXPECT_EQ(files.FileName(), "");
         EXPECT_EQ(files.Filter(), "");
-        EXPECT_TRUE(files.ShowsReadOnlyBox());
+        EXPECT_FALSE(files.ShowsReadOnlyBox());
         files.Cancel();
         user.Escape();
     });

@@ -13,7 +13,6 @@ FileRequest CPMXTemplUIMainDlg::FavoriteFileRequest() const {
     request.Filters = {{StringOf(text::FileFilter), StringOf(text::FilePattern)},
                        {StringOf(text::AllFilesFilter), "*.*"}};
     request.DefaultExtension = Extension;
-    request.HideReadOnlyBox = true;
     return request;
 }
 

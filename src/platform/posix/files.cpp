@@ -3,7 +3,6 @@
 #include "platform/posix/code_page.h"
 #include "platform/posix/file_descriptor.h"
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
@@ -100,9 +99,8 @@ bool TryShare(const FileDescriptor& file) {
     return isFree;
 }
 
-/// Why a file may not be replaced or deleted; None when it may, or when there is none.
-FileError ChangeError(const std::string& native) {
-    const std::optional<struct stat> status = StatusOf(native);
+/// Why a file with that status may not be replaced or deleted; None when it may, or when there is none.
+FileError ChangeError(const std::string& native, const std::optional<struct stat>& status) {
     if (!status) {
         return FileError::None;
     }
@@ -120,8 +118,8 @@ FileDescriptor OpenShared(const std::string& path, int flags, FileError& error) 
     if (!native) {
         return {};
     }
-    const std::optional<struct stat> before = StatusOf(*native);
-    if (flags != O_RDONLY && before && IsReadOnlyFile(*native, *before)) {
+    const std::optional<struct stat> before = flags != O_RDONLY ? StatusOf(*native) : std::nullopt;
+    if (before && IsReadOnlyFile(*native, *before)) {
         error = FileError::Held;
         return {};
     }
@@ -141,17 +139,20 @@ bool ReadAll(const FileDescriptor& file, std::string& content) {
     if (fstat(file.Get(), &status) != 0) {
         return false;
     }
-    content.reserve(static_cast<std::size_t>(status.st_size));
-    std::array<char, 65536> buffer{};
-    for (;;) {
-        const ssize_t count = read(file.Get(), buffer.data(), buffer.size());
-        if (count == 0) {
-            return true;
+    std::size_t done = 0;
+    for (std::size_t room = static_cast<std::size_t>(status.st_size) + 1;; room *= 2) { // it may grow
+        content.resize(room);
+        while (done < room) {
+            const ssize_t count = read(file.Get(), content.data() + done, room - done);
+            if (count == 0) {
+                content.resize(done);
+                return true;
+            }
+            if (count < 0 && errno != EINTR) {
+                return false;
+            }
+            done += count > 0 ? static_cast<std::size_t>(count) : 0;
         }
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        content.append(buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
     }
 }
 
@@ -170,9 +171,15 @@ bool WriteAll(const FileDescriptor& file, const char* bytes, std::size_t size) {
     return true;
 }
 
-bool FlushFile(const std::string& native) {
-    const FileDescriptor file(open(native.c_str(), O_RDONLY | AlwaysFlags));
-    return file.IsOpen() && fsync(file.Get()) == 0;
+FileDescriptor OpenNew(const std::string& native) {
+    return FileDescriptor(open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | AlwaysFlags, NewFileMode));
+}
+
+/// Gives a file the permissions of another that it is to replace.
+bool TakeMode(const std::string& native, const struct stat& status, const struct stat& former) {
+    constexpr mode_t Permissions = 07777;
+    const mode_t mode = former.st_mode & Permissions;
+    return (status.st_mode & Permissions) == mode || chmod(native.c_str(), mode) == 0;
 }
 
 /// Makes a changed name durable. That cannot be undone or repeated when it fails, so there is no result.
@@ -269,9 +276,23 @@ public:
         if (!native) {
             return FileError::NotFound;
         }
-        return ErrorUnless(
-            FileDescriptor(open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | AlwaysFlags, NewFileMode))
-                .IsOpen());
+        return ErrorUnless(OpenNew(*native).IsOpen());
+    }
+
+    FileError WriteNew(const std::string& path, const std::string& content) override {
+        const std::optional<std::string> native = NativeFile(path);
+        if (!native) {
+            return FileError::NotFound;
+        }
+        const FileDescriptor file = OpenNew(*native);
+        if (!file.IsOpen()) {
+            return ErrorOf(errno);
+        }
+        if (WriteAll(file, content.data(), content.size()) && fsync(file.Get()) == 0) {
+            return FileError::None;
+        }
+        unlink(native->c_str());
+        return FileError::Other;
     }
 
     FileError Overwrite(const std::string& path, const std::string& content) override {
@@ -286,19 +307,31 @@ public:
         return isWritten ? FileError::None : FileError::Other;
     }
 
+    FileError Flush(const std::string& path) override {
+        const std::optional<std::string> native = NativeFile(path);
+        if (!native) {
+            return FileError::NotFound;
+        }
+        const FileDescriptor file(open(native->c_str(), O_RDONLY | AlwaysFlags));
+        return ErrorUnless(file.IsOpen() && fsync(file.Get()) == 0);
+    }
+
     FileError Replace(const std::string& source, const std::string& target) override {
         const std::optional<std::string> from = NativeFile(source);
         const std::optional<std::string> to = NativeFile(target);
         if (!from || !to) {
             return FileError::NotFound;
         }
+        const std::optional<struct stat> status = StatusOf(*from);
+        if (!status) {
+            return ErrorOf(errno);
+        }
         const std::optional<struct stat> former = StatusOf(*to);
-        if (IsFolderStatus(StatusOf(*from)) || ChangeError(*to) != FileError::None) {
+        if (IsFolderStatus(status) || ChangeError(*to, former) != FileError::None) {
             return FileError::Held;
         }
         const std::string folder = FolderOf(*to); // before the renaming, after which nothing may fail
-        if ((former && chmod(from->c_str(), former->st_mode & 07777U) != 0) || !FlushFile(*from) ||
-            rename(from->c_str(), to->c_str()) != 0) {
+        if ((former && !TakeMode(*from, *status, *former)) || rename(from->c_str(), to->c_str()) != 0) {
             return ErrorOf(errno);
         }
         FlushFolder(folder);
@@ -311,7 +344,7 @@ public:
         if (!from || !to) {
             return FileError::NotFound;
         }
-        return ErrorUnless(FlushFile(*from) && RenameToNew(*from, *to));
+        return ErrorUnless(RenameToNew(*from, *to));
     }
 
     FileError Remove(const std::string& path) override {
@@ -319,7 +352,7 @@ public:
         if (!native) {
             return FileError::NotFound;
         }
-        const FileError error = ChangeError(*native);
+        const FileError error = ChangeError(*native, StatusOf(*native));
         return error == FileError::None ? ErrorUnless(unlink(native->c_str()) == 0) : error;
     }
 

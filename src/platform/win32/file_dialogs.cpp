@@ -28,8 +28,7 @@ std::string WithoutDot(const std::string& extension) {
 }
 
 DWORD FlagsOf(const FileRequest& request) {
-    DWORD flags = OFN_EXPLORER | OFN_ENABLESIZING | OFN_NOCHANGEDIR;
-    flags |= request.HideReadOnlyBox ? OFN_HIDEREADONLY : 0;
+    DWORD flags = OFN_EXPLORER | OFN_ENABLESIZING | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
     flags |= request.FileMustExist ? OFN_FILEMUSTEXIST : 0;
     flags |= request.PathMustExist ? OFN_PATHMUSTEXIST : 0;
     flags |= request.AskBeforeOverwriting ? OFN_OVERWRITEPROMPT : 0;

@@ -183,12 +183,13 @@ bool WriteAll(const FileHandle& file, const std::string& content) {
         }
         done += count;
     }
-    return SetEndOfFile(file.Get()) && FlushFileBuffers(file.Get());
+    return true;
 }
 
-bool FlushFile(const std::string& path) {
-    const FileHandle file = OpenPath(path, GENERIC_WRITE, ShareAll, OPEN_EXISTING);
-    return file.IsOpen() && FlushFileBuffers(file.Get());
+/// Has the system delete the file with its handle, which has the right to do so.
+void DeleteWithHandle(const FileHandle& file) {
+    FILE_DISPOSITION_INFO deletion{TRUE};
+    SetFileInformationByHandle(file.Get(), FileDispositionInfo, &deletion, sizeof deletion);
 }
 
 class LockFile : public FileLock {
@@ -265,6 +266,18 @@ public:
         return ErrorUnless(OpenPath(path, GENERIC_WRITE, 0, CREATE_NEW).IsOpen());
     }
 
+    FileError WriteNew(const std::string& path, const std::string& content) override {
+        const FileHandle file = OpenPath(path, GENERIC_WRITE | DELETE, 0, CREATE_NEW);
+        if (!file.IsOpen()) {
+            return LastError();
+        }
+        if (WriteAll(file, content) && FlushFileBuffers(file.Get())) {
+            return FileError::None;
+        }
+        DeleteWithHandle(file);
+        return FileError::Other;
+    }
+
     FileError Overwrite(const std::string& path, const std::string& content) override {
         if (IsReadOnlyFile(path)) {
             return FileError::Held;
@@ -276,7 +289,14 @@ public:
         if (!IsOnDisk(file)) {
             return FileError::Held;
         }
-        return WriteAll(file, content) ? FileError::None : FileError::Other;
+        const bool isWritten =
+            WriteAll(file, content) && SetEndOfFile(file.Get()) && FlushFileBuffers(file.Get());
+        return isWritten ? FileError::None : FileError::Other;
+    }
+
+    FileError Flush(const std::string& path) override {
+        const FileHandle file = OpenPath(path, GENERIC_WRITE, ShareAll, OPEN_EXISTING);
+        return ErrorUnless(file.IsOpen() && FlushFileBuffers(file.Get()));
     }
 
     /// MoveFileEx and not ReplaceFile: it is one renaming, so there is no moment without the target, and the
@@ -286,13 +306,12 @@ public:
             return FileError::NotFound;
         }
         const std::optional<DWORD> former = AttributesOf(target);
-        if (IsFolder(source) || HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
+        const std::optional<DWORD> own = AttributesOf(source);
+        if (HasAny(own, FILE_ATTRIBUTE_DIRECTORY) ||
+            HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
             return FileError::Held;
         }
-        if (!FlushFile(source)) {
-            return LastError();
-        }
-        if (HasAny(former, KeptAttributes)) {
+        if (HasAny(former, KeptAttributes) && own && HasAny(*own ^ *former, KeptAttributes)) {
             SetFileAttributesA(source.c_str(), *former & KeptAttributes);
         }
         constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
@@ -303,8 +322,7 @@ public:
         if (!IsPossible(target)) {
             return FileError::NotFound;
         }
-        return ErrorUnless(FlushFile(source) &&
-                           MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH));
+        return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH));
     }
 
     FileError Remove(const std::string& path) override {

@@ -75,7 +75,6 @@ TEST_F(EditorImportInMemory, DialogAsksForAnExistingFavoriteFile) {
     EXPECT_EQ(request.Filters[1].Pattern, "*.*");
     EXPECT_EQ(request.DefaultExtension, ".pmt");
     EXPECT_EQ(request.ProposedName, "");
-    EXPECT_TRUE(request.HideReadOnlyBox);
     EXPECT_TRUE(request.FileMustExist);
     EXPECT_TRUE(request.PathMustExist);
     EXPECT_FALSE(request.AskBeforeOverwriting);
@@ -334,7 +333,6 @@ TEST_F(EditorExportInMemory, DialogProposesTheSafeNameAndAsksBeforeOverwriting) 
     EXPECT_EQ(request.Filters[1].Pattern, "*.*");
     EXPECT_EQ(request.DefaultExtension, ".pmt");
     EXPECT_EQ(request.ProposedName, Sjis(u8"a=b=表.pmt"));
-    EXPECT_TRUE(request.HideReadOnlyBox);
     EXPECT_TRUE(request.AskBeforeOverwriting);
     EXPECT_FALSE(request.FileMustExist);
     EXPECT_TRUE(Host.SavedPaths.empty());

@@ -422,7 +422,7 @@ TEST_F(ListExportsTest, MakingAStandardFavoriteDeletesNoFile) {
 }
 
 TEST_F(ListExportsTest, AListFileThatCannotBeWrittenDoesNotUndoTheFavorite) {
-    Fakes.Disk.Plan.FailFrom(FileOperation::Overwrite, 1, FileError::Other);
+    Fakes.Disk.Plan.FailFrom(FileOperation::WriteNew, 1, FileError::Other);
     AddStandardFavorite(*List, "S", 1, 0, false);
     EXPECT_EQ(List->GetSize(), 1);
     EXPECT_THAT(Folder.Names(), IsEmpty());

@@ -133,7 +133,9 @@ TEST_F(SystemFilesTest, NoFileHasAnEmptyPathOrOneWithAZeroByte) {
         EXPECT_EQ(ReadError(path), FileError::NotFound);
         EXPECT_EQ(Service.TryOpen(path), FileError::NotFound);
         EXPECT_EQ(Service.CreateNew(path), FileError::NotFound);
+        EXPECT_EQ(Service.WriteNew(path, "new"), FileError::NotFound);
         EXPECT_EQ(Service.Overwrite(path, "new"), FileError::NotFound);
+        EXPECT_EQ(Service.Flush(path), FileError::NotFound);
         EXPECT_EQ(Service.Replace(path, Path("file")), FileError::NotFound);
         EXPECT_EQ(Service.Replace(Path("file"), path), FileError::NotFound);
         EXPECT_EQ(Service.Rename(path, Path("new")), FileError::NotFound);
@@ -149,11 +151,13 @@ TEST_F(SystemFilesTest, SaysWhenThereIsNoSuchFileOrFolder) {
         EXPECT_EQ(ReadError(path), FileError::NotFound);
         EXPECT_EQ(Service.TryOpen(path), FileError::NotFound);
         EXPECT_EQ(Service.Overwrite(path, "new"), FileError::NotFound);
+        EXPECT_EQ(Service.Flush(path), FileError::NotFound);
         EXPECT_EQ(Service.Replace(path, Path("file")), FileError::NotFound);
         EXPECT_EQ(Service.Rename(path, Path("new")), FileError::NotFound);
         EXPECT_EQ(Service.Remove(path), FileError::NotFound);
     }
     EXPECT_EQ(Service.CreateNew(Path("missing\\file")), FileError::NotFound);
+    EXPECT_EQ(Service.WriteNew(Path("missing\\file"), "new"), FileError::NotFound);
     EXPECT_EQ(Service.Replace(Path("file"), Path("missing\\file")), FileError::NotFound);
     EXPECT_EQ(Service.Rename(Path("file"), Path("missing\\file")), FileError::NotFound);
     ExpectUnchanged();
@@ -190,10 +194,21 @@ TEST_F(SystemFilesTest, OverwritesAndReadsAWholeFile) {
 TEST_F(SystemFilesTest, MakesANewFileOnly) {
     for (const char* const name : {"file", "folder", "locked"}) {
         EXPECT_EQ(Service.CreateNew(Path(name)), FileError::Exists);
+        EXPECT_EQ(Service.WriteNew(Path(name), "new"), FileError::Exists);
     }
     ExpectUnchanged();
     EXPECT_EQ(Service.CreateNew(Path("new")), FileError::None);
     EXPECT_EQ(Folder.Read("new"), "");
+}
+
+TEST_F(SystemFilesTest, WritesAWholeNewFile) {
+    for (const std::string& content :
+         {std::string(200'000, '\x83'), std::string("\r\n\x1A"), std::string()}) {
+        EXPECT_EQ(Service.WriteNew(Path("new"), content), FileError::None);
+        EXPECT_EQ(Service.Flush(Path("new")), FileError::None);
+        EXPECT_EQ(Folder.Read("new"), content);
+        Folder.Remove("new");
+    }
 }
 
 TEST_F(SystemFilesTest, ReplacesAFileWhetherItIsThereOrNot) {

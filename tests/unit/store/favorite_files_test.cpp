@@ -183,8 +183,7 @@ TEST_F(RetryingFilesTest, ACopyIsWholeAndNotReadOnlyAndReplacesNothing) {
 
 TEST_F(RetryingFilesTest, ACopyThatFailsLeavesNothing) {
     Folder.Write("a", "new");
-    for (const FileOperation operation :
-         {FileOperation::CreateNew, FileOperation::Overwrite, FileOperation::Rename}) {
+    for (const FileOperation operation : {FileOperation::WriteNew, FileOperation::Rename}) {
         FakeServices fakes;
         fakes.Disk.Plan.FailAt(operation, 1, FileError::Other);
         EXPECT_EQ(RetryCopyFile(fakes.Services, Folder.Path("a"), Folder.Path("b")), FileError::Other);

@@ -188,7 +188,9 @@ TEST_F(ImportTest, FileThatAppearsUnderTheNewNameMeanwhileStaysAndTheNextNumberI
 /// Files that lack memory when something of theirs is to be made.
 class PoorFiles : public test::FakeFiles {
 public:
-    FileError CreateNew(const std::string& /*path*/) override { throw std::bad_alloc(); }
+    FileError WriteNew(const std::string& /*path*/, const std::string& /*content*/) override {
+        throw std::bad_alloc();
+    }
 };
 
 TEST_F(ImportTest, LackOfMemoryIsAResultAndLeavesNothingBehind) {
@@ -253,7 +255,8 @@ TEST_F(ExportTest, DocumentThatIsLoadedStaysAsItIs) {
 TEST_F(ExportTest, EveryFailureLeavesTheTargetAsItWas) {
     CPMXTemplUIListData& record = Add("A", "A.pmt");
     Outside.Write("X.pmt", "old");
-    for (const FileOperation operation : {FileOperation::CreateNew, FileOperation::Replace}) {
+    for (const FileOperation operation :
+         {FileOperation::CreateNew, FileOperation::Flush, FileOperation::Replace}) {
         Store.Disk.Plan.Heal();
         Store.Disk.Plan.FailFrom(operation, 1, FileError::Other);
         EXPECT_EQ(Export(record, Outside.Path("X.pmt")), StoreResult::NotWritten);
