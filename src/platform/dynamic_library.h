@@ -27,14 +27,10 @@ class DynamicLibraries {
 public:
     virtual ~DynamicLibraries() = default;
 
-    /// Loads a library by name (searched as the platform does) or by absolute path, in the system's code
-    /// page. Null when it cannot be loaded; the platform shows no message of its own.
-    virtual std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) = 0;
-
-    /// Loads the host's library of that file name from the folder of this library, else from the program's,
-    /// and from nowhere else: not from the current folder, which may be anybody's. What it needs itself is
-    /// looked for beside it, beside the program, and in the system. Null when it cannot be loaded; no message
-    /// either.
+    /// Loads the host's library of that file name, in the system's code page, from the folder of this library,
+    /// else from the program's, and from nowhere else: not from the current folder, which may be anybody's.
+    /// What it needs itself is looked for beside it, beside the program, and in the system. Null when it
+    /// cannot be loaded; the platform shows no message of its own.
     virtual std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) = 0;
 
 protected:

@@ -79,11 +79,11 @@ public:
     /// Makes durable what somebody else has written to a file.
     virtual FileError Flush(const std::string& path) = 0;
 
-    /// Atomically puts `source`, which is durable (WriteNew, Flush), in the place of `target`, which may or may
-    /// not exist; both lie in one folder. `source` takes over what marks `target` (hidden, system; on posix
-    /// the permissions). A read-only target, a folder, or a target that somebody holds open gives Held. At any
-    /// moment the target is the old or the new file, whole. When the platform cannot tell that the exchange
-    /// is durable, that is no failure. A target that is a link is replaced itself.
+    /// Atomically puts `source`, a file that is durable (WriteNew, Flush), in the place of `target`, which may
+    /// or may not exist; both lie in one folder. `source` takes over what marks `target` (hidden, system; on
+    /// posix the permissions). A target that is read-only, a folder, or held open by somebody gives Held. At
+    /// any moment the target is the old or the new file, whole. When the platform cannot tell that the
+    /// exchange is durable, that is no failure. A target that is a link is replaced itself.
     virtual FileError Replace(const std::string& source, const std::string& target) = 0;
 
     /// Renames `source`, which is durable, to `target` in the same folder; Exists when there is one, which

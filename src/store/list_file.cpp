@@ -460,14 +460,15 @@ std::string WithSection(std::string_view content, std::string section) {
 FileError ReplaceListFile(const StoreServices& services, const std::string& path,
                           const std::string& content) {
     Files& files = services.FileSystem;
-    if (files.IsReadOnly(path)) {
-        return FileError::Held;
-    }
     AsideFile aside(services, FolderOf(path), content);
     if (aside.Error() != FileError::None) {
         return aside.Error();
     }
-    FileError error = RetryBriefly(services, [&] { return aside.PutOver(path); });
+    FileError error = RetryBriefly(services, [&] {
+        const FileError refusal = aside.PutOver(path);
+        const bool isFinal = refusal == FileError::Held && files.IsReadOnly(path);
+        return isFinal ? FileError::Other : refusal;
+    });
     if (error != FileError::Held) {
         return error;
     }

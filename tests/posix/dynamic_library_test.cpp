@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <dlfcn.h>
@@ -16,52 +18,50 @@ namespace {
 
 using Cosine = double (*)(double);
 
-TEST(SharedObjects, FindsFunctionsOfALibraryThatTheSystemFinds) {
-    const auto library = SystemDynamicLibraries().Load("libm.so.6");
+std::filesystem::path MathematicsFile() {
+    Dl_info information{};
+    dladdr(reinterpret_cast<void*>(static_cast<Cosine>(&std::cos)), &information);
+    return information.dli_fname;
+}
+
+/// A file beside this program, of a name that no other process gives.
+class FileBesideProgram {
+public:
+    FileBesideProgram() : Place(DiskFile()) {}
+    ~FileBesideProgram() { std::filesystem::remove(Place); }
+    FileBesideProgram(const FileBesideProgram&) = delete;
+    FileBesideProgram& operator=(const FileBesideProgram&) = delete;
+
+    const std::string Name = test::Sjis(u8"表ソ-") + std::to_string(getpid()) + ".so";
+    const std::filesystem::path Place;
+
+private:
+    std::filesystem::path DiskFile() const {
+        return std::filesystem::read_symlink("/proc/self/exe").replace_filename(test::DiskPath(Name));
+    }
+};
+
+TEST(SharedObjects, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
+    const FileBesideProgram file;
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(file.Name), nullptr);
+    std::filesystem::copy_file(MathematicsFile(), file.Place);
+    const auto library = SystemDynamicLibraries().LoadHostLibrary(file.Name);
     ASSERT_NE(library, nullptr);
     const auto cosine = reinterpret_cast<Cosine>(library->Find("cos"));
     ASSERT_NE(cosine, nullptr);
     EXPECT_EQ(cosine(0.0), 1.0);
     EXPECT_EQ(library->Find("no_such_function"), nullptr);
-}
-
-std::filesystem::path MathematicsFile() {
-    const auto mathematics = SystemDynamicLibraries().Load("libm.so.6");
-    Dl_info information{};
-    dladdr(reinterpret_cast<void*>(mathematics->Find("cos")), &information);
-    return information.dli_fname;
-}
-
-TEST(SharedObjects, LoadsFromAPathOfTheCodePage) {
-    const test::TempFolder folder;
-    const std::string path = folder.Path(test::Sjis(u8"表ソ.so"));
-    std::filesystem::copy_file(MathematicsFile(), test::DiskPath(path));
-    const auto library = SystemDynamicLibraries().Load(path);
-    ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Find("cos"), nullptr);
-}
-
-TEST(SharedObjects, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
-    const std::string name = "pmx-" + std::to_string(getpid()) + ".so";
-    const std::filesystem::path place =
-        std::filesystem::read_symlink("/proc/self/exe").replace_filename(name);
-    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(name), nullptr);
-    std::filesystem::copy_file(MathematicsFile(), place);
-    const auto library = SystemDynamicLibraries().LoadHostLibrary(name);
-    std::filesystem::remove(place);
-    ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Find("cos"), nullptr);
     EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary("libm.so.6"), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
 }
 
 TEST(SharedObjects, GivesNoneForWhatCannotBeLoaded) {
-    const test::TempFolder folder;
-    folder.Write("text.so", "no library");
-    EXPECT_EQ(SystemDynamicLibraries().Load("PMXNoSuchLibrary.so"), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(folder.Path("text.so")), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(""), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(std::string("libm.so.6\0x", 11)), nullptr);
+    const FileBesideProgram file;
+    std::ofstream(file.Place) << "no library";
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(file.Name), nullptr);
+    std::filesystem::copy_file(MathematicsFile(), file.Place,
+                               std::filesystem::copy_options::overwrite_existing);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(file.Name + std::string("\0x", 2)), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
 }
 
 } // namespace

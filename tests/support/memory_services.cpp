@@ -123,9 +123,9 @@ std::optional<std::string> MemoryFileDialogs::AskSave(const FileRequest& request
     return NextAnswer(SaveAnswers);
 }
 
-std::unique_ptr<DynamicLibrary> MemoryLibraries::Load(const std::string& nameOrPath) {
-    Asked.push_back(nameOrPath);
-    const auto found = Present.find(nameOrPath);
+std::unique_ptr<DynamicLibrary> MemoryLibraries::LoadHostLibrary(const std::string& fileName) {
+    Asked.push_back(fileName);
+    const auto found = Present.find(fileName);
     if (found == Present.end()) {
         return nullptr;
     }

@@ -141,14 +141,11 @@ public:
         std::map<std::string, DynamicLibrary::Function> ByName;
     };
 
-    std::map<std::string, Exports> Present; ///< by the name or path that is asked for
-    std::vector<std::string> Asked;         ///< every name or path that was asked for
+    std::map<std::string, Exports> Present; ///< by the name that is asked for
+    std::vector<std::string> Asked;         ///< every name that was asked for
     int Loaded = 0;                         ///< how many are loaded at present
 
-    std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override;
-    std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
-        return Load(fileName);
-    }
+    std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override;
 };
 
 } // namespace pmx::test

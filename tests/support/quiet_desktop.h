@@ -98,10 +98,6 @@ private:
     class QuietLibraries final : public DynamicLibraries {
     public:
         explicit QuietLibraries(QuietDesktop& desktop) : Desktop(desktop) {}
-        std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override {
-            return Desktop.Plan.Next(DesktopOperation::Library) ? nullptr
-                                                                : Desktop.Inner.Libraries.Load(nameOrPath);
-        }
         std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
             return Desktop.Plan.Next(DesktopOperation::Library)
                        ? nullptr

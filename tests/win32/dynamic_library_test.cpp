@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <windows.h>
@@ -13,46 +14,43 @@
 namespace pmx {
 namespace {
 
-using ProcessIdQuery = DWORD(WINAPI*)();
-
-TEST(Modules, FindsFunctionsOfALibraryThatTheSystemFinds) {
-    const auto library = SystemDynamicLibraries().Load("kernel32.dll");
-    ASSERT_NE(library, nullptr);
-    const auto processId = reinterpret_cast<ProcessIdQuery>(library->Find("GetCurrentProcessId"));
-    ASSERT_NE(processId, nullptr);
-    EXPECT_EQ(processId(), GetCurrentProcessId());
-    EXPECT_EQ(library->Find("NoSuchFunction"), nullptr);
+/// The path of the host's library, which lies beside this program.
+std::filesystem::path HostFile() {
+    const auto host = SystemDynamicLibraries().LoadHostLibrary("PmxUser.dll");
+    std::wstring path(MAX_PATH, L'\0');
+    path.resize(GetModuleFileNameW(GetModuleHandleW(L"PmxUser.dll"), path.data(), MAX_PATH));
+    return path;
 }
 
-TEST(Modules, LoadsFromAPathOfTheCodePage) {
-    const auto host = SystemDynamicLibraries().Load("PmxUser.dll");
-    ASSERT_NE(host, nullptr);
-    std::wstring original(MAX_PATH, L'\0');
-    original.resize(GetModuleFileNameW(GetModuleHandleW(L"PmxUser.dll"), original.data(), MAX_PATH));
-    const test::TempFolder folder;
-    const std::string path = folder.Path(test::Sjis(u8"表ソ.dll"));
-    std::filesystem::copy_file(original, test::DiskPath(path));
-    const auto library = SystemDynamicLibraries().Load(path);
-    ASSERT_NE(library, nullptr);
-    EXPECT_NE(library->Find("EX_LoadDefaultResourceDLL"), nullptr);
-}
+/// A file beside this program, of a name that no other process gives.
+class FileBesideProgram {
+public:
+    FileBesideProgram() = default;
+    ~FileBesideProgram() { std::filesystem::remove(Place); }
+    FileBesideProgram(const FileBesideProgram&) = delete;
+    FileBesideProgram& operator=(const FileBesideProgram&) = delete;
+
+    const std::string Name = test::Sjis(u8"表ソ-") + std::to_string(GetCurrentProcessId()) + ".dll";
+    const std::filesystem::path Place = HostFile().replace_filename(test::DiskPath(Name));
+};
 
 TEST(Modules, OfTheHostAreLookedForBesideTheLibraryAndTheProgramOnly) {
-    const auto library = SystemDynamicLibraries().LoadHostLibrary("PmxUser.dll");
+    const FileBesideProgram file;
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(file.Name), nullptr);
+    std::filesystem::copy_file(HostFile(), file.Place);
+    const auto library = SystemDynamicLibraries().LoadHostLibrary(file.Name);
     ASSERT_NE(library, nullptr);
     EXPECT_NE(library->Find("EX_LoadDefaultResourceDLL"), nullptr);
+    EXPECT_EQ(library->Find("NoSuchFunction"), nullptr);
     EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary("kernel32.dll"), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(std::string("PmxUser.dll\0x", 13)), nullptr);
 }
 
 TEST(Modules, GivesNoneForWhatCannotBeLoaded) {
-    const test::TempFolder folder;
-    folder.Write("text.dll", "no library");
-    EXPECT_EQ(SystemDynamicLibraries().Load("PMXNoSuchLibrary.dll"), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(folder.Path("text.dll")), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(""), nullptr);
-    EXPECT_EQ(SystemDynamicLibraries().Load(std::string("kernel32.dll\0x", 14)), nullptr);
+    const FileBesideProgram file;
+    std::ofstream(file.Place) << "no library";
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(file.Name), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(""), nullptr);
+    EXPECT_EQ(SystemDynamicLibraries().LoadHostLibrary(std::string("PmxUser.dll\0x", 13)), nullptr);
 }
 
 } // namespace

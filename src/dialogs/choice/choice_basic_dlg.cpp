@@ -4,7 +4,6 @@
 #include "res/ids.h"
 
 #include <memory>
-#include <utility>
 
 namespace pmx {
 
@@ -41,18 +40,19 @@ constexpr FavoriteListLayout BasicLayout{.List = control::BasicList,
 
 } // namespace
 
-CPMXTemplUIChoiceBasicDlg::CPMXTemplUIChoiceBasicDlg(std::string folder, const char* listFileName,
+CPMXTemplUIChoiceBasicDlg::CPMXTemplUIChoiceBasicDlg(const char* folder, const char* listFileName,
                                                      const char* extension, WindowHandle parent,
                                                      const DialogServices& services,
                                                      const StoreServices& storeServices)
     : FavoriteListDlg(dialog::BasicList, BasicLayout, parent, services),
-      Folder(std::move(folder)),
-      Favorites(listFileName, extension, storeServices) {}
+      Favorites(listFileName, extension, storeServices) {
+    Favorites.GetList().SetFolder(folder);
+}
 
 bool CPMXTemplUIChoiceBasicDlg::OnInitDialog() {
     LimitName(control::BasicName);
     IconImages = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
-    Favorites.Open(Folder.c_str()); // a list that cannot be read is an empty one
+    Favorites.GetList().LoadList(); // a list that cannot be read is an empty one
     Window().SetTitle(StringOf(text::BasicTitle));
     FillList();
     if (RowCount() > 0) {

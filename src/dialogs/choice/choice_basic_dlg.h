@@ -15,7 +15,7 @@ class CPMXTemplUIChoiceBasicDlg final : public FavoriteListDlg {
 public:
     /// `folder`, `listFileName`, `extension`: the favorites to work on; copied. `parent` may be none. The
     /// services must outlive the dialog.
-    CPMXTemplUIChoiceBasicDlg(std::string folder, const char* listFileName, const char* extension,
+    CPMXTemplUIChoiceBasicDlg(const char* folder, const char* listFileName, const char* extension,
                               WindowHandle parent, const DialogServices& services,
                               const StoreServices& storeServices);
 
@@ -30,7 +30,6 @@ private:
     bool MayHaveIcon(const CPMXTemplUIListData& record) const override;
     bool TakeName(int row, const std::string& name) override;
 
-    std::string Folder;
     CPMXTemplUIListHolder Favorites;
 };
 

@@ -13,16 +13,17 @@ CPMXTemplUIChoiceEntryDlg::CPMXTemplUIChoiceEntryDlg(const char* folder, const c
                                                      const DialogServices& services,
                                                      const StoreServices& storeServices)
     : CPmxDlg(dialog::RegisterFavorite, parent, services),
-      Folder(folder),
       Favorites(listFileName, extension, storeServices),
       Level(level),
-      Table(table) {}
+      Table(table) {
+    Favorites.GetList().SetFolder(folder);
+}
 
 bool CPMXTemplUIChoiceEntryDlg::OnInitDialog() {
     LimitName(control::RegisterName);
     Window().SetText(control::RegisterName, Name);
     // A list that cannot be read is an empty one; storing a favorite shows whether the folder can be used.
-    Favorites.Open(Folder.c_str());
+    Favorites.GetList().LoadList();
     Window().SetTitle(StringOf(text::RegisterTitle));
     Icons = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     ShowFavoriteIcon(Window(), control::RegisterIcon, Icons.get(), IconValue);

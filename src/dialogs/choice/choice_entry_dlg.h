@@ -33,7 +33,6 @@ private:
     void Store();
 
     std::string Name;
-    std::string Folder;
     std::unique_ptr<ImageList> Icons;
     CPMXTemplUIListHolder Favorites;
     std::int32_t Level;

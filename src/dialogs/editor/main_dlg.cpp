@@ -43,14 +43,15 @@ constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
 
 } // namespace
 
-CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName,
+CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(const std::string& folder, const std::string& listFileName,
                                        std::string extension, WindowHandle parent,
                                        const DialogServices& services, const StoreServices& storeServices)
     : FavoriteListDlg(dialog::Editor, EditorLayout, parent, services),
       Extension(std::move(extension)),
-      Folder(std::move(folder)),
       List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
-                                                      storeServices)) {}
+                                                      storeServices)) {
+    List->SetFolder(folder.c_str());
+}
 
 CPMXTemplUIMainDlg::~CPMXTemplUIMainDlg() {
     if (!IsSettled) {
@@ -64,7 +65,7 @@ bool CPMXTemplUIMainDlg::OnInitDialog() {
     LimitName(control::EditorName);
     IconImages = LoadFavoriteIcons(ServicesInUse().Images, Window().Resolution());
     LoadAttributeDialog();
-    List->Open(Folder.c_str()); // what could be read is shown
+    List->LoadList(); // what could be read is shown
     FillListView();
     if (RowCount() > 0) {
         ShowRow(0);

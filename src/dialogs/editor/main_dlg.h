@@ -26,7 +26,7 @@ class CPMXTemplUIMainDlg final : public FavoriteListDlg {
 public:
     /// The favorites `folder`, the name of its list file and the extension of favorite files with its dot.
     /// `parent` may be none. The services must outlive the dialog.
-    CPMXTemplUIMainDlg(std::string folder, const std::string& listFileName, std::string extension,
+    CPMXTemplUIMainDlg(const std::string& folder, const std::string& listFileName, std::string extension,
                        WindowHandle parent, const DialogServices& services,
                        const StoreServices& storeServices);
 
@@ -109,7 +109,6 @@ private:
     void DeleteNewFavorites();
 
     std::string Extension; ///< of favorite files, with its dot
-    std::string Folder;    ///< as it was given
     std::unique_ptr<CPMXTemplUIListDataArray> List;
     std::unique_ptr<DynamicLibrary> PropUILibrary; ///< null when there is none
     PmxShowPropUI ShowPropUI = nullptr;            ///< null when it cannot be used

@@ -25,18 +25,12 @@ public:
         return reinterpret_cast<Function>(dlsym(Object.get(), name));
     }
 
-    /// Shared objects have no ordinals.
-
 private:
     const Handle Object;
 };
 
 bool IsEmptyOrCut(const std::string& text) {
     return text.empty() || text.find('\0') != std::string::npos;
-}
-
-Handle Open(const std::string& nativePath) {
-    return Handle(dlopen(nativePath.c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
 std::unique_ptr<DynamicLibrary> AsLibrary(Handle handle) {
@@ -56,17 +50,15 @@ std::filesystem::path ProgramFile() {
 }
 
 Handle LoadBeside(const std::filesystem::path& file, const std::string& fileName) {
-    // A bare name would be searched for.
-    return file.is_absolute() ? Open(file.parent_path() / posix::NativePath(fileName)) : nullptr;
+    if (!file.is_absolute()) {
+        return nullptr; // a bare name would be searched for
+    }
+    const std::filesystem::path path = file.parent_path() / posix::NativePath(fileName);
+    return Handle(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
 class SharedObjects : public DynamicLibraries {
 public:
-    std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override {
-        // The empty name would give the program itself.
-        return IsEmptyOrCut(nameOrPath) ? nullptr : AsLibrary(Open(posix::NativePath(nameOrPath)));
-    }
-
     std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
         if (IsEmptyOrCut(fileName)) {
             return nullptr;

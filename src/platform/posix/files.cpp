@@ -327,7 +327,7 @@ public:
             return ErrorOf(errno);
         }
         const std::optional<struct stat> former = StatusOf(*to);
-        if (IsFolderStatus(status) || ChangeError(*to, former) != FileError::None) {
+        if (ChangeError(*to, former) != FileError::None) {
             return FileError::Held;
         }
         const std::string folder = FolderOf(*to); // before the renaming, after which nothing may fail

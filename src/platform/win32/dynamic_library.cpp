@@ -61,14 +61,6 @@ Handle LoadFrom(const std::wstring& folder, const std::string& fileName) {
 
 class Modules : public DynamicLibraries {
 public:
-    std::unique_ptr<DynamicLibrary> Load(const std::string& nameOrPath) override {
-        if (IsEmptyOrCut(nameOrPath)) {
-            return nullptr;
-        }
-        const win32::SilentErrors silence;
-        return AsLibrary(Handle(LoadLibraryA(nameOrPath.c_str())));
-    }
-
     std::unique_ptr<DynamicLibrary> LoadHostLibrary(const std::string& fileName) override {
         if (IsEmptyOrCut(fileName)) {
             return nullptr;

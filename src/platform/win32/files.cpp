@@ -17,8 +17,8 @@ namespace {
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 /// What a file that takes the place of another takes over of its marks.
-constexpr DWORD KeptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
-                                 FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+constexpr DWORD KeptAttributes =
+    FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 
 /// Most bytes that one call of the system reads or writes.
 constexpr std::size_t LargestPiece = std::size_t{1} << 30U;
@@ -302,24 +302,22 @@ public:
     /// MoveFileEx and not ReplaceFile: it is one renaming, so there is no moment without the target, and the
     /// target need not exist.
     FileError Replace(const std::string& source, const std::string& target) override {
-        if (!IsPossible(target)) {
+        if (!IsPossible(source) || !IsPossible(target)) {
             return FileError::NotFound;
         }
         const std::optional<DWORD> former = AttributesOf(target);
-        const std::optional<DWORD> own = AttributesOf(source);
-        if (HasAny(own, FILE_ATTRIBUTE_DIRECTORY) ||
-            HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
+        if (HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
             return FileError::Held;
         }
-        if (HasAny(former, KeptAttributes) && own && HasAny(*own ^ *former, KeptAttributes)) {
-            SetFileAttributesA(source.c_str(), *former & KeptAttributes);
+        if (HasAny(former, KeptAttributes)) {
+            SetFileAttributesA(source.c_str(), (*former & KeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
         }
         constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
         return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), Flags));
     }
 
     FileError Rename(const std::string& source, const std::string& target) override {
-        if (!IsPossible(target)) {
+        if (!IsPossible(source) || !IsPossible(target)) {
             return FileError::NotFound;
         }
         return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH));

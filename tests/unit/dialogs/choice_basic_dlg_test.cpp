@@ -33,8 +33,8 @@ protected:
     using Script = typename decltype(AnyScreen::Dialogs)::Script;
 
     int Run(const Script& script) {
-        CPMXTemplUIChoiceBasicDlg dialog(Folder.Path(), test::ListFile, ".pmt", Parent, Desktop.Services,
-                                         Store.Services);
+        CPMXTemplUIChoiceBasicDlg dialog(Folder.Path().c_str(), test::ListFile, ".pmt", Parent,
+                                         Desktop.Services, Store.Services);
         Desktop.Dialogs.OnOpened(dialog::BasicList, script);
         return dialog.DoModal();
     }
@@ -139,7 +139,7 @@ TEST_P(BasicListTest, EmptyListLeavesNothingToDoToIt) {
 
 TEST_P(BasicListTest, FolderThatDoesNotExistGivesAnEmptyListAndNoMessage) {
     GivenThree();
-    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path("None"), test::ListFile, ".pmt", WindowHandle::None,
+    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path("None").c_str(), test::ListFile, ".pmt", WindowHandle::None,
                                      Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
@@ -150,7 +150,7 @@ TEST_P(BasicListTest, FolderThatDoesNotExistGivesAnEmptyListAndNoMessage) {
 }
 
 TEST_F(BasicListInMemoryTest, DialogThatCannotBeShownEndsWithNeitherCode) {
-    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None,
+    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
                                      Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpenedFail(dialog::BasicList);
     EXPECT_EQ(dialog.DoModal(), CPmxDlg::Failed);
@@ -501,8 +501,8 @@ TEST_P(BasicListTest, ListFileIsTheOneThatTheCallerNames) {
     GivenThree();
     Folder.Write("Other.ini", "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~X~1~0~14~X.fav\r\n"
                               "TemplateData1=0~Y~1~0~14~Y.fav\r\n");
-    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path(), "Other.ini", ".fav", WindowHandle::None, Desktop.Services,
-                                     Store.Services);
+    CPMXTemplUIChoiceBasicDlg dialog(Folder.Path().c_str(), "Other.ini", ".fav", WindowHandle::None,
+                                     Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
         EXPECT_EQ(NamesInRows(user), (Names{"X", "Y"}));
         user.Press(control::BasicDown);
