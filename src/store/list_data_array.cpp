@@ -165,27 +165,27 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
 }
 
 bool CPMXTemplUIListDataArray::ReplaceSection(std::string section) {
-    std::string own; // the next base
+    bool isMerged = false;
     const auto change = [&](std::string bytes) -> std::optional<std::string> {
         const DecodedText content = DecodeContent(std::move(bytes));
         if (!content.IsWhole) {
             return std::nullopt;
         }
-        if (!IsChangedByAnother(content.Text)) {
-            own = WithSection(content.Text, std::move(section));
-            return own;
+        isMerged = IsChangedByAnother(content.Text);
+        if (!isMerged) {
+            return WithSection(content.Text, std::move(section));
         }
-        own = std::move(section);
         // Of one's own values what a reader would find of them: a host may have put a line end into a name.
         const ListValues merged =
-            MergeValues(ReadListValues(Base), ReadListValues(own), ReadListValues(content.Text));
+            MergeValues(ReadListValues(Base), ReadListValues(section), ReadListValues(content.Text));
         return WithSection(content.Text, FormatSection(merged, static_cast<std::int64_t>(merged.size())));
     };
-    const bool isReplaced = ChangeListFile(Services, ListFilePath, change);
-    if (isReplaced) {
-        Base = std::move(own);
+    std::string written;
+    if (!ChangeListFile(Services, ListFilePath, change, &written)) {
+        return false;
     }
-    return isReplaced;
+    Base = std::move(isMerged ? section : written);
+    return true;
 }
 
 /// A file without the section says nothing: no program leaves one behind, however many favorites it deletes.

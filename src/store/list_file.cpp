@@ -480,15 +480,22 @@ FileError ReplaceListFile(const StoreServices& services, const std::string& path
 }
 
 bool ChangeListFile(const StoreServices& services, const std::string& path,
-                    const std::function<std::optional<std::string>(std::string bytes)>& change) {
+                    const std::function<std::optional<std::string>(std::string bytes)>& change,
+                    std::string* written) {
     const std::unique_ptr<FileLock> lock = WaitForLock(services, path);
     std::string bytes;
     const FileError error = RetryBriefly(services, [&] { return services.FileSystem.Read(path, bytes); });
     if (error != FileError::None && error != FileError::NotFound) {
         return false;
     }
-    const std::optional<std::string> changed = change(std::move(bytes));
-    return changed && ReplaceListFile(services, path, *changed) == FileError::None;
+    std::optional<std::string> changed = change(std::move(bytes));
+    if (!changed || ReplaceListFile(services, path, *changed) != FileError::None) {
+        return false;
+    }
+    if (written != nullptr) {
+        *written = std::move(*changed);
+    }
+    return true;
 }
 
 } // namespace pmx

@@ -88,9 +88,10 @@ std::string WithSection(std::string_view content, std::string section);
 FileError ReplaceListFile(const StoreServices& services, const std::string& path, const std::string& content);
 
 /// Reads the list file at `path`, a missing one as empty, and replaces it by what `change` makes of its bytes, all under
-/// the list's lock. False when the file is as it was: `change` gave none, or the file cannot be read or replaced. Throws
-/// std::bad_alloc.
+/// the list's lock. False when the file is as it was: `change` gave none, or the file cannot be read or replaced.
+/// Otherwise what was written is in `written`, unless that is null. Throws std::bad_alloc.
 bool ChangeListFile(const StoreServices& services, const std::string& path,
-                    const std::function<std::optional<std::string>(std::string bytes)>& change);
+                    const std::function<std::optional<std::string>(std::string bytes)>& change,
+                    std::string* written = nullptr);
 
 } // namespace pmx

@@ -111,7 +111,8 @@ void ForEachDialog(Language language, const std::function<void(ResourceId id, HW
     CPMXTemplUIIconDlg(14, 0, std::nullopt, WindowHandle::None, services).DoModal();
     CPMXTemplUIChoiceEntryDlg(folder.c_str(), ListFile, ".pmt", table, 1, WindowHandle::None, services, store)
         .DoModal();
-    CPMXTemplUIChoiceBasicDlg(folder.c_str(), ListFile, ".pmt", WindowHandle::None, services, store).DoModal();
+    CPMXTemplUIChoiceBasicDlg(folder.c_str(), ListFile, ".pmt", WindowHandle::None, services, store)
+        .DoModal();
 }
 
 std::vector<HWND> ControlsOf(HWND dialog) {
