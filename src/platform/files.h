@@ -86,6 +86,15 @@ public:
     /// exchange is durable, that is no failure. A target that is a link is replaced itself.
     virtual FileError Replace(const std::string& source, const std::string& target) = 0;
 
+    /// Does what WriteNew and then Replace do, without opening `source` twice where the system can. `isMade` says
+    /// whether `source` was made; it stays when it could not be put in the place of `target`.
+    virtual FileError WriteOver(const std::string& source, const std::string& content,
+                                const std::string& target, bool& isMade) {
+        const FileError error = WriteNew(source, content);
+        isMade = error == FileError::None;
+        return isMade ? Replace(source, target) : error;
+    }
+
     /// Renames `source`, which is durable, to `target` in the same folder; Exists when there is one, which
     /// stays.
     virtual FileError Rename(const std::string& source, const std::string& target) = 0;

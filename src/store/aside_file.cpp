@@ -27,13 +27,28 @@ std::string AsideName() {
 
 } // namespace
 
-AsideFile::AsideFile(const StoreServices& services, const std::string& folder) : Services(services) {
+AsideFile::AsideFile(const StoreServices& services, const std::string& folder) : AsideFile(services) {
     MakeIn(folder, [&] { return Services.FileSystem.CreateNew(OwnPath); });
 }
 
 AsideFile::AsideFile(const StoreServices& services, const std::string& folder, const std::string& content)
-    : Services(services) {
+    : AsideFile(services) {
     MakeIn(folder, [&] { return Services.FileSystem.WriteNew(OwnPath, content); });
+}
+
+AsideFile::AsideFile(const StoreServices& services, const std::string& folder, const std::string& content,
+                     const std::string& target, FileError& refusal)
+    : AsideFile(services) {
+    bool isMade = false;
+    MakeIn(folder, [&] {
+        refusal = Services.FileSystem.WriteOver(OwnPath, content, target, isMade);
+        return isMade ? FileError::None : refusal;
+    });
+    if (!isMade) {
+        refusal = FileError::None;
+    } else if (refusal == FileError::None) {
+        Keep();
+    }
 }
 
 template <typename Make>

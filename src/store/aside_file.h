@@ -18,6 +18,11 @@ public:
 
     /// A file with that content, durable.
     AsideFile(const StoreServices& services, const std::string& folder, const std::string& content);
+
+    /// The same, which is put in the place of `target` at once. `refusal` says why that was refused, so that PutOver has
+    /// to try again; None when it was not, or when there is no file.
+    AsideFile(const StoreServices& services, const std::string& folder, const std::string& content,
+              const std::string& target, FileError& refusal);
     AsideFile(const AsideFile&) = delete;
     AsideFile& operator=(const AsideFile&) = delete;
     ~AsideFile();
@@ -41,6 +46,9 @@ public:
     void Keep() { OwnPath.clear(); }
 
 private:
+    /// What the others begin with, so that whatever they throw the file goes.
+    explicit AsideFile(const StoreServices& services) : Services(services) {}
+
     /// Has `make` make a file under one name after the other until it finds one that is free.
     template <typename Make>
     void MakeIn(const std::string& folder, Make make);

@@ -460,12 +460,13 @@ std::string WithSection(std::string_view content, std::string section) {
 FileError ReplaceListFile(const StoreServices& services, const std::string& path,
                           const std::string& content) {
     Files& files = services.FileSystem;
-    AsideFile aside(services, FolderOf(path), content);
+    FileError first = FileError::None;
+    AsideFile aside(services, FolderOf(path), content, path, first);
     if (aside.Error() != FileError::None) {
         return aside.Error();
     }
-    FileError error = RetryBriefly(services, [&] {
-        const FileError refusal = aside.PutOver(path);
+    FileError error = RetryBriefly(services, [&, isFirst = true]() mutable {
+        const FileError refusal = std::exchange(isFirst, false) ? first : aside.PutOver(path);
         const bool isFinal = refusal == FileError::Held && files.IsReadOnly(path);
         return isFinal ? FileError::Other : refusal;
     });

@@ -3,10 +3,12 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <windows.h>
 
@@ -79,13 +81,13 @@ private:
     HANDLE Handle;
 };
 
-FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
+FileHandle OpenPath(const std::string& path, DWORD access, DWORD share, DWORD disposition, DWORD flags = 0) {
     if (!IsPossible(path)) {
         SetLastError(ERROR_PATH_NOT_FOUND);
         return FileHandle(INVALID_HANDLE_VALUE);
     }
-    return FileHandle(
-        CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return FileHandle(CreateFileA(path.c_str(), access, share, nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
 /// False for a device or a pipe that has taken the name of a file.
@@ -192,6 +194,44 @@ void DeleteWithHandle(const FileHandle& file) {
     SetFileInformationByHandle(file.Get(), FileDispositionInfo, &deletion, sizeof deletion);
 }
 
+/// Writes the whole content of a new file, durably, or has it deleted with its handle.
+bool FillNew(const FileHandle& file, const std::string& content) {
+    const bool isFilled = WriteAll(file, content) && FlushFileBuffers(file.Get());
+    if (!isFilled) {
+        DeleteWithHandle(file);
+    }
+    return isFilled;
+}
+
+/// Gives an open file another name in its folder, in the place of what has it.
+bool RenameOver(const FileHandle& file, const std::string& target) {
+    const std::u16string name = ToUtf16(target);
+    const std::size_t nameSize = name.size() * sizeof(wchar_t);
+    std::vector<FILE_RENAME_INFO> room(nameSize / sizeof(FILE_RENAME_INFO) + 2);
+    FILE_RENAME_INFO& request = room.front();
+    request.ReplaceIfExists = TRUE;
+    request.FileNameLength = static_cast<DWORD>(nameSize);
+    std::memcpy(request.FileName, name.data(), nameSize);
+    const auto size = static_cast<DWORD>(room.size() * sizeof(FILE_RENAME_INFO));
+    return SetFileInformationByHandle(file.Get(), FileRenameInfo, &request, size);
+}
+
+/// Puts `source` in the place of `target` by `rename`, with the marks of what was there.
+template <typename Rename>
+FileError PutInPlace(const std::string& source, const std::string& target, Rename rename) {
+    if (!IsPossible(source) || !IsPossible(target)) {
+        return FileError::NotFound;
+    }
+    const std::optional<DWORD> former = AttributesOf(target);
+    if (HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
+        return FileError::Held;
+    }
+    if (HasAny(former, KeptAttributes)) {
+        SetFileAttributesA(source.c_str(), (*former & KeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
+    }
+    return ErrorUnless(rename());
+}
+
 class LockFile : public FileLock {
 public:
     explicit LockFile(FileHandle file) : File(std::move(file)) {}
@@ -271,11 +311,21 @@ public:
         if (!file.IsOpen()) {
             return LastError();
         }
-        if (WriteAll(file, content) && FlushFileBuffers(file.Get())) {
-            return FileError::None;
+        return FillNew(file, content) ? FileError::None : FileError::Other;
+    }
+
+    FileError WriteOver(const std::string& source, const std::string& content, const std::string& target,
+                        bool& isMade) override {
+        isMade = false;
+        // Shared by all: the file is open for a moment under the name under which others read it.
+        const FileHandle file =
+            OpenPath(source, GENERIC_WRITE | DELETE, ShareAll, CREATE_NEW, FILE_FLAG_WRITE_THROUGH);
+        if (!file.IsOpen()) {
+            return LastError();
         }
-        DeleteWithHandle(file);
-        return FileError::Other;
+        isMade = FillNew(file, content);
+        return isMade ? PutInPlace(source, target, [&] { return RenameOver(file, target); })
+                      : FileError::Other;
     }
 
     FileError Overwrite(const std::string& path, const std::string& content) override {
@@ -302,18 +352,9 @@ public:
     /// MoveFileEx and not ReplaceFile: it is one renaming, so there is no moment without the target, and the
     /// target need not exist.
     FileError Replace(const std::string& source, const std::string& target) override {
-        if (!IsPossible(source) || !IsPossible(target)) {
-            return FileError::NotFound;
-        }
-        const std::optional<DWORD> former = AttributesOf(target);
-        if (HasAny(former, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) {
-            return FileError::Held;
-        }
-        if (HasAny(former, KeptAttributes)) {
-            SetFileAttributesA(source.c_str(), (*former & KeptAttributes) | FILE_ATTRIBUTE_ARCHIVE);
-        }
         constexpr DWORD Flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-        return ErrorUnless(MoveFileExA(source.c_str(), target.c_str(), Flags));
+        return PutInPlace(source, target,
+                          [&] { return MoveFileExA(source.c_str(), target.c_str(), Flags) != FALSE; });
     }
 
     FileError Rename(const std::string& source, const std::string& target) override {
