@@ -22,8 +22,6 @@ public:
     CPMXTemplUIListDataArray& GetList() { return List; }
     const CPMXTemplUIListDataArray& GetList() const { return List; }
 
-    std::int64_t GetCount() const { return List.GetSize(); }
-
     /// The record, owned by the list, or null for an index outside.
     CPMXTemplUIListData* GetAt(std::int64_t index) const {
         return List.Contains(index) ? &List.At(index) : nullptr;

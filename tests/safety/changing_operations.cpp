@@ -32,7 +32,7 @@ std::unique_ptr<CPMXTemplUIListHolder> Holder(World& world) {
 
 void SaveChangedList(World& world) {
     const auto holder = Holder(world);
-    if (holder && holder->GetCount() == 3) {
+    if (holder && holder->GetList().GetSize() == 3) {
         holder->RenameAt(0, "Renamed");
         holder->GetAt(2)->SetDeleteFlag(1);
         holder->SaveList();
@@ -41,7 +41,7 @@ void SaveChangedList(World& world) {
 
 void StoreUnder(World& world, const std::string& name) {
     const auto holder = Holder(world);
-    if (holder && holder->GetCount() == 3 && holder->StoreFavorite(name, 1, world.Table.Bytes)) {
+    if (holder && holder->GetList().GetSize() == 3 && holder->StoreFavorite(name, 1, world.Table.Bytes)) {
         holder->SaveList();
     }
 }

@@ -64,6 +64,9 @@ private:
     void OnEdit();
     void OnCopy();
     void EditOrCopy(bool copy);
+
+    /// The favorite of the current row, its file read; null when there is none, or it cannot be read, as the user is told.
+    CPMXTemplUIListData* LoadedFavorite();
     void EditFavorite(CPMXTemplUIListData& record);
     void CopyFavorite(const CPMXTemplUIListData& source, bool skipDialog);
     std::unique_ptr<CPMXTemplUIListData> DraftFrom(const CPMXTemplUIListData& source);

@@ -35,20 +35,25 @@ void CPMXTemplUIMainDlg::OnCopy() {
 
 /// Edits the current favorite, or copies it. A standard favorite can only be copied.
 void CPMXTemplUIMainDlg::EditOrCopy(bool copy) {
+    CPMXTemplUIListData* const record = LoadedFavorite();
+    if (record == nullptr) {
+        return;
+    }
+    if (copy || record->IsStandard()) {
+        CopyFavorite(*record, copy);
+    } else {
+        EditFavorite(*record);
+    }
+}
+
+CPMXTemplUIListData* CPMXTemplUIMainDlg::LoadedFavorite() {
     const int row = CurrentRow();
     if (row < 0) {
-        return;
+        return nullptr;
     }
     CPMXTemplUIListData& record = FavoriteOf(row);
-    if (!List->EnsureLoaded(record)) {
-        Report(StoreResult::NotRead);
-        return;
-    }
-    if (copy || record.IsStandard()) {
-        CopyFavorite(record, copy);
-    } else {
-        EditFavorite(record);
-    }
+    const bool isLoaded = List->EnsureLoaded(record);
+    return Report(isLoaded ? StoreResult::Success : StoreResult::NotRead) ? &record : nullptr;
 }
 
 /// An edit is final: the favorite file is overwritten at once.

@@ -71,20 +71,13 @@ bool CPMXTemplUIMainDlg::ConfirmImport(const CPMXTemplUIListData& imported, CPMX
 }
 
 void CPMXTemplUIMainDlg::OnExport() {
-    const int row = CurrentRow();
-    if (row < 0) {
+    const CPMXTemplUIListData* const record = LoadedFavorite();
+    if (record == nullptr) {
         return;
     }
-    CPMXTemplUIListData& record = FavoriteOf(row);
-    if (!List->EnsureLoaded(record)) {
-        Report(StoreResult::NotRead);
-        return;
-    }
-    const std::optional<std::string> path = AskExportPath(record);
-    if (path) {
-        if (Report(WriteExport(record, *path))) {
-            KeepInView();
-        }
+    const std::optional<std::string> path = AskExportPath(*record);
+    if (path && Report(WriteExport(*record, *path))) {
+        KeepInView();
     }
 }
 

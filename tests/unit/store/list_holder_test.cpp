@@ -73,7 +73,7 @@ std::size_t StartOf(std::int32_t level) {
 // Opening and looking up
 
 TEST_F(ListHolderTest, OpeningReadsTheListOfTheFolder) {
-    EXPECT_EQ(Holder.GetCount(), 2);
+    EXPECT_EQ(Holder.GetList().GetSize(), 2);
     EXPECT_EQ(Holder.GetAt(0)->GetName(), "First");
     EXPECT_EQ(Holder.GetAt(1)->GetLevel(), 3);
     EXPECT_EQ(Holder.GetList().GetFolder(), Folder.Path());
@@ -83,10 +83,10 @@ TEST_F(ListHolderTest, OpeningNoFolderFailsAndEmptiesTheList) {
     for (const std::string& path : {Folder.Path("missing"), Folder.Path("first.pmt"), std::string()}) {
         CPMXTemplUIListHolder holder(nullptr, nullptr, Fakes.Services);
         EXPECT_FALSE(holder.Open(path.c_str()));
-        EXPECT_EQ(holder.GetCount(), 0);
+        EXPECT_EQ(holder.GetList().GetSize(), 0);
     }
     EXPECT_FALSE(Holder.Open(nullptr));
-    EXPECT_EQ(Holder.GetCount(), 0);
+    EXPECT_EQ(Holder.GetList().GetSize(), 0);
 }
 
 TEST_F(ListHolderTest, OpeningTakesOtherListFilesAndExtensions) {
@@ -214,7 +214,7 @@ TEST_F(ListHolderTest, TheFirstFavoriteOfANameIsUsed) {
 TEST_F(ListHolderTest, StoringUnderANewNameMakesAFavoriteAtTheEnd) {
     const _LM_DOCUMENTLAYOUTTABLE part = TableOf(50);
     EXPECT_TRUE(Holder.StoreFavorite("New", 4, part.Bytes));
-    ASSERT_EQ(Holder.GetCount(), 3);
+    ASSERT_EQ(Holder.GetList().GetSize(), 3);
     const CPMXTemplUIListData& record = *Holder.GetAt(2);
     EXPECT_EQ(record.GetStandard(), 0U);
     EXPECT_EQ(record.GetName(), "New");
@@ -254,7 +254,7 @@ TEST_F(ListHolderTest, StoringReadsOnlyThePartsTrueLength) {
 TEST_F(ListHolderTest, StoringOverAFavoriteKeepsItsFileAndTakesItOffTheToolbar) {
     const _LM_DOCUMENTLAYOUTTABLE part = TableOf(50);
     EXPECT_TRUE(Holder.StoreFavorite("First", 2, part.Bytes));
-    ASSERT_EQ(Holder.GetCount(), 2);
+    ASSERT_EQ(Holder.GetList().GetSize(), 2);
     const CPMXTemplUIListData& record = *Holder.GetAt(0);
     EXPECT_EQ(record.GetFileName(), "first.pmt");
     EXPECT_EQ(record.GetLevel(), 2);
@@ -271,7 +271,7 @@ TEST_F(ListHolderTest, StoringUnderANameThatDiffersInCaseAloneFails) {
     const auto before = Snapshot();
     const _LM_DOCUMENTLAYOUTTABLE part{};
     EXPECT_FALSE(Holder.StoreFavorite("FIRST", 1, part.Bytes));
-    EXPECT_EQ(Holder.GetCount(), 2);
+    EXPECT_EQ(Holder.GetList().GetSize(), 2);
     EXPECT_EQ(Snapshot(), before);
 }
 
@@ -282,7 +282,7 @@ TEST_F(ListHolderTest, StoringNeedsAKnownLevelAndAPart) {
     EXPECT_FALSE(Holder.StoreFavorite("New", 6, part.Bytes));
     EXPECT_FALSE(Holder.StoreFavorite("New", 101, part.Bytes));
     EXPECT_FALSE(Holder.StoreFavorite("New", 1, nullptr));
-    EXPECT_EQ(Holder.GetCount(), 2);
+    EXPECT_EQ(Holder.GetList().GetSize(), 2);
     EXPECT_EQ(Snapshot(), before);
 }
 
@@ -298,7 +298,7 @@ TEST_F(ListHolderTest, WhateverFailsWhileStoringANewFavoriteLeavesNoRecordAndNoF
             }
             Host.Plan.FailAt(call, Host.Plan.Calls(call) + 1, failure);
             EXPECT_FALSE(Holder.StoreFavorite("New", 1, part.Bytes)) << static_cast<int>(call);
-            EXPECT_EQ(Holder.GetCount(), 2);
+            EXPECT_EQ(Holder.GetList().GetSize(), 2);
             EXPECT_EQ(Snapshot(), before);
             EXPECT_EQ(Host.LiveDocuments, 0U);
         }
@@ -313,7 +313,7 @@ TEST_F(ListHolderTest, ANewFavoriteForWhichThereIsNoFileNameIsNotStored) {
     const auto before = Snapshot();
     const _LM_DOCUMENTLAYOUTTABLE part{};
     EXPECT_FALSE(holder.StoreFavorite("New", 1, part.Bytes));
-    EXPECT_EQ(holder.GetCount(), 2);
+    EXPECT_EQ(holder.GetList().GetSize(), 2);
     EXPECT_TRUE(Snapshot() == before);
 }
 
@@ -327,7 +327,7 @@ TEST_F(ListHolderTest, WhateverFailsWhileStoringOverAFavoriteLeavesItsFile) {
         EXPECT_FALSE(Holder.StoreFavorite("First", 1, part.Bytes)) << static_cast<int>(call);
         EXPECT_EQ(Snapshot(), before);
     }
-    EXPECT_EQ(Holder.GetCount(), 2);
+    EXPECT_EQ(Holder.GetList().GetSize(), 2);
 }
 
 TEST_F(ListHolderTest, StoringOverAStandardFavoriteFailsForWantOfAFile) {
