@@ -276,7 +276,7 @@ TEST_P(EditorRaised, ByTheDocumentModelInTheBasicListIsReportedAndTheNameStays) 
     Given({{.Name = "A"}});
     Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
     Desktop.Messages.Expect(text::BasicFavoriteUnreadable, MessageIcon::Exclamation);
-    CPMXTemplUIChoiceBasicDlg list(Folder.Path(), test::ListFile, ".pmt", Parent, Desktop.Services,
+    CPMXTemplUIChoiceBasicDlg list(Folder.Path().c_str(), test::ListFile, ".pmt", Parent, Desktop.Services,
                                    Store.Services);
     Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
         user.Fill(control::BasicName, "New");

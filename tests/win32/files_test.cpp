@@ -51,6 +51,9 @@ TEST(WindowsFiles, KeepsTheMarksOfAReplacedFile) {
     ASSERT_TRUE(SetFileAttributesA(target.c_str(), Marks));
     EXPECT_EQ(SystemFiles().Replace(folder.Path("new"), target), FileError::None);
     EXPECT_EQ(GetFileAttributesA(target.c_str()) & Marks, Marks);
+    bool isMade = false;
+    EXPECT_EQ(SystemFiles().WriteOver(folder.Path("other"), "other", target, isMade), FileError::None);
+    EXPECT_EQ(GetFileAttributesA(target.c_str()) & Marks, Marks);
     EXPECT_EQ(SystemFiles().Overwrite(target, "newer"), FileError::None);
     EXPECT_EQ(GetFileAttributesA(target.c_str()) & Marks, Marks);
     EXPECT_EQ(folder.Read("target"), "newer");

@@ -219,14 +219,37 @@ TEST_F(SystemFilesTest, ReplacesAFileWhetherItIsThereOrNot) {
     EXPECT_THAT(Folder.Names(), ElementsAre("folder", "locked", "target"));
 }
 
+TEST_F(SystemFilesTest, WritesANewFileOverAnotherAndLeavesItWhereThatIsRefused) {
+    bool isMade = false;
+    for (const char* const name : {"folder", "locked"}) {
+        EXPECT_EQ(Service.WriteOver(Path("new"), "new", Path(name), isMade), FileError::Held);
+        EXPECT_TRUE(isMade);
+        EXPECT_EQ(Folder.Read("new"), "new");
+        EXPECT_EQ(Service.WriteOver(Path("new"), "newer", Path("file"), isMade), FileError::Exists);
+        EXPECT_FALSE(isMade);
+        EXPECT_EQ(Folder.Read("new"), "new");
+        Folder.Remove("new");
+    }
+    EXPECT_EQ(Service.WriteOver(Path("missing\\new"), "new", Path("file"), isMade), FileError::NotFound);
+    EXPECT_FALSE(isMade);
+    ExpectUnchanged();
+    for (const char* const name : {"file", "target"}) {
+        EXPECT_EQ(Service.WriteOver(Path("new"), "new", Path(name), isMade), FileError::None);
+        EXPECT_TRUE(isMade);
+        EXPECT_EQ(Folder.Read(name), "new");
+    }
+    EXPECT_THAT(Folder.Names(), ElementsAre("file", "folder", "locked", "target"));
+}
+
 TEST_F(SystemFilesTest, ShowsAReaderTheOldOrTheNewFileWhole) {
     const std::string whole[] = {std::string(20000, '0'), std::string(20000, '1')};
     Folder.Write("file", whole[0]);
     std::atomic<bool> isDone = false;
     std::thread writer([&] {
         for (int round = 0; round < 60; ++round) {
-            Folder.Write("new", whole[round % 2]);
-            const FileError error = Service.Replace(Path("new"), Path("file"));
+            bool isMade = false;
+            const std::string source = "new" + std::to_string(round);
+            const FileError error = Service.WriteOver(Path(source), whole[round % 2], Path("file"), isMade);
             // Windows does not replace what the reader has open.
             EXPECT_TRUE(error == FileError::None || error == FileError::Held);
         }
@@ -313,6 +336,9 @@ TEST_F(SystemFilesTest, ReadsAndOverwritesButDoesNotReplaceAFileThatAnotherProce
     EXPECT_EQ(Service.Replace(Path("new"), Path("file")), FileError::Held);
     EXPECT_EQ(Service.Remove(Path("file")), FileError::Held);
     EXPECT_EQ(Folder.Read("file"), "old");
+    bool isMade = false;
+    EXPECT_EQ(Service.WriteOver(Path("newer"), "newer", Path("file"), isMade), FileError::Held);
+    EXPECT_TRUE(isMade);
     EXPECT_EQ(Service.Overwrite(Path("file"), "written"), FileError::None);
     EXPECT_EQ(Folder.Read("file"), "written");
     holder.Release();
