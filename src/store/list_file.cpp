@@ -462,8 +462,8 @@ FileError ReplaceListFile(const StoreServices& services, const std::string& path
     Files& files = services.FileSystem;
     FileError first = FileError::None;
     AsideFile aside(services, FolderOf(path), content, path, first);
-    if (aside.Error() != FileError::None) {
-        return aside.Error();
+    if (aside.Path().empty()) {
+        return aside.Error(); // it is in its place, after which nothing may fail, or could not be made
     }
     FileError error = RetryBriefly(services, [&, isFirst = true]() mutable {
         const FileError refusal = std::exchange(isFirst, false) ? first : aside.PutOver(path);
