@@ -287,6 +287,9 @@ int Export(const FolderChoice& choice, const std::string& name, const std::strin
     return WithFavorite(choice, name, [&](Change& opened, std::int64_t index) {
         SayIfHostIsMissing();
         CPMXTemplUIListData& record = opened.List().At(index);
+        if (record.IsStandard()) {
+            return Refuse("a standard favorite has no file");
+        }
         if (!HasHostLibrary()) {
             return Refuse("nothing is exported");
         }

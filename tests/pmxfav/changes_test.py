@@ -5,7 +5,7 @@ import resource
 import signal
 import unittest
 
-from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, list_file
+from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, list_file, spelt
 
 
 def fill(folder):
@@ -16,8 +16,8 @@ def fill(folder):
 
 
 class Changes(unittest.TestCase):
-    def entries(self, folder):
-        lines = (folder.path / LIST).read_bytes().decode("cp932").split("\r\n")
+    def entries(self, folder, name=LIST):
+        lines = (folder.path / name).read_bytes().decode("cp932").split("\r\n")
         return [line.partition("=")[2] for line in lines if line.startswith("TemplateData")]
 
     def accepted(self, *call):
@@ -41,6 +41,54 @@ class Changes(unittest.TestCase):
         self.assertIn("of that name", self.refused("rename", "A", "p"))
         self.assertIn("standard", self.refused("rename", "S", "T"))
         self.assertIn("no favorite", self.refused("rename", "none", "T"))
+        self.assertIn("0~a~1~0~14~a.pmt", self.accepted("rename", "A", "a")[0])
+
+    def test_a_name_in_another_case_is_found_unless_there_is_that_very_name(self):
+        with Folder() as folder:
+            folder.put(LIST, list_file("0~A~1~0~14~a.pmt", "0~ａ~1~0~14~w.pmt", "0~a~1~0~14~b.pmt"))
+            self.assertEqual(folder.run("icon", "a", "20")[0], 0)
+            self.assertEqual(self.entries(folder)[2], "0~a~1~0~20~b.pmt")
+            self.assertEqual(folder.run("remove", "a")[0], 0)
+            self.assertEqual(folder.run("icon", "a", "30")[0], 0)
+            self.assertEqual(self.entries(folder), ["0~A~1~0~30~a.pmt", "0~ａ~1~0~14~w.pmt"])
+            self.assertEqual(folder.run("icon", "Ａ", "40")[0], 1)
+
+    def test_another_list_file_and_extension(self):
+        with Folder() as folder, Folder() as source:
+            fill(folder)
+            before = folder.files()
+            folder.put("other.ini", list_file("0~O~1~0~14~o.fav"))
+            folder.put("o.fav", favorite_file("O"))
+            new = source.put("new.fav", favorite_file("N"))
+            other = ["--list", "other.ini", "--extension", ".fav"]
+            self.assertEqual(folder.run("import", spelt(new), *other)[0], 0)
+            self.assertEqual(self.entries(folder, "other.ini"), ["0~O~1~0~14~o.fav", "0~N~1~0~0~new.fav"])
+            self.assertEqual(folder.run("rename", "O", "P", *other)[0], 0)
+            self.assertEqual(folder.run("check", *other), (0, "", ""))
+            self.assertLess(before.items(), folder.files().items())
+
+    def test_a_text_that_the_code_page_cannot_say_is_a_wrong_call(self):
+        with Folder() as folder, Folder() as target:
+            fill(folder)
+            before = folder.files()
+            for call in (("rename", "A", "\U0001f600"), ("remove", "\U0001f600"),
+                         ("export", "A", spelt(target.path / "\U0001f600.pmt"))):
+                code, out, message = folder.run(*call)
+                self.assertEqual((code, out), (2, ""))
+                self.assertIn("\U0001f600", message)
+            self.assertEqual((folder.files(), target.files()), (before, {}))
+
+    def test_wrong_calls_change_nothing(self):
+        with Folder() as folder:
+            fill(folder)
+            before = folder.files()
+            for call in (("rename", "A"), ("move", "A", "first"), ("move", "A"), ("remove",), ("toolbar", "A", "maybe"),
+                         ("icon", "A", "green"), ("export", "A"), ("import",), ("diff", "A"), ("check", "A"),
+                         ("import", "x.pmt", "--on-clash", "ask"), ("remove", "A", "P"), ("remove", "A", "--json")):
+                code, out, message = folder.run(*call)
+                self.assertEqual((code, out), (2, ""), call)
+                self.assertTrue(message.startswith("pmxfav: "), message)
+            self.assertEqual(folder.files(), before)
 
     def test_move(self):
         entries, _ = self.accepted("move", "P", "1")
@@ -69,14 +117,28 @@ class Changes(unittest.TestCase):
     def test_export(self):
         with Folder() as folder, Folder() as target:
             fill(folder)
-            path = target.path / "out.pmt"
-            spelt = "Z:" + str(path).replace("/", "\\") if LAUNCHER else str(path)
-            self.assertEqual(folder.run("export", "A", spelt), (0, "", ""))
+            path = target.path / "出力 1.pmt"
+            self.assertEqual(folder.run("export", "A", spelt(path)), (0, "", ""))
             self.assertEqual(path.read_bytes(), favorite_file("A"))
-            own = folder.path / "p.pmt"
-            spelt = "Z:" + str(own).replace("/", "\\") if LAUNCHER else str(own)
-            self.assertEqual(folder.run("export", "A", spelt)[0], 1)
-            self.assertEqual(own.read_bytes(), favorite_file("P", 5))
+            self.assertEqual(folder.run("export", "P", spelt(path)), (0, "", ""))
+            self.assertEqual(path.read_bytes(), favorite_file("P", 5))
+            self.assertEqual(folder.run("export", "A", "here.pmt", cwd=target.path), (0, "", ""))
+            self.assertEqual(set(target.files()), {path.name, "here.pmt"})
+            self.assertIn("standard", folder.run("export", "S", spelt(path))[2])
+            self.assertEqual(folder.run("export", "A", spelt(target.path / "none" / "out.pmt"))[0], 1)
+
+    def test_export_never_goes_over_a_favorite_however_its_file_is_spelt(self):
+        with Folder() as folder:
+            fill(folder)
+            (folder.path / "in").mkdir()
+            before = folder.files()
+            spellings = [spelt(folder.path / "p.pmt"), spelt(folder.path / "in" / ".." / "p.pmt")]
+            spellings += [path.replace("p.pmt", "P.PMT").replace("Z:", "z:") for path in spellings if LAUNCHER]
+            for path in (*spellings, "p.pmt", "./p.pmt"):
+                code, _, message = folder.run("export", "A", path, cwd=folder.path)
+                self.assertEqual((code, message), (1, "pmxfav: that is the file of a favorite of the folder\n"), path)
+            self.assertEqual(folder.run("export", "A", spelt(folder.path / LIST))[0], 1)
+            self.assertEqual(folder.files(), before)
 
     @unittest.skipIf(LAUNCHER, "the limit is Linux's")
     def test_check_knows_all_that_a_killed_export_leaves(self):
@@ -92,8 +154,8 @@ class Changes(unittest.TestCase):
         with Folder() as folder, Folder() as source:
             fill(folder)
             paths = [source.put(f"new{number}.pmt", content) for number, content in enumerate(contents)]
-            spelt = ["Z:" + str(path).replace("/", "\\") if LAUNCHER else str(path) for path in paths]
-            code, _, message = folder.run("import", *spelt, *rule)
+            code, out, message = folder.run("import", *[spelt(path) for path in paths], *rule)
+            self.assertEqual(out, "")
             return code, message, self.entries(folder), set(folder.files())
 
     def test_import(self):
@@ -112,6 +174,16 @@ class Changes(unittest.TestCase):
         self.assertEqual((code, entries[2], len(entries)), (0, "0~ミ~1~1~20~new0.pmt", 4))
         self.assertNotIn("ミ.pmt", files)
         self.assertEqual(self.imported(["--on-clash", "replace"], favorite_file("S"))[0], 1)
+
+    def test_import_of_several_files_of_one_name(self):
+        same = [favorite_file("N"), favorite_file("N", 3), favorite_file("n", 4)]
+        code, _, entries, _ = self.imported(["--on-clash", "skip"], *same)
+        self.assertEqual((code, entries[4:]), (1, ["0~N~1~0~0~new0.pmt"]))
+        code, _, entries, _ = self.imported(["--on-clash", "rename"], *same)
+        self.assertEqual((code, [entry.split("~")[1] for entry in entries[4:]]), (0, ["N", "N-1", "n-2"]))
+        code, _, entries, files = self.imported(["--on-clash", "replace"], *same)
+        self.assertEqual((code, entries[4:]), (0, ["0~N~4~0~0~new2.pmt"]))
+        self.assertEqual(len(files), 5)
 
     def test_import_refuses_what_is_no_favorite(self):
         code, _, entries, files = self.imported([], b"no favorite", favorite_file("x~y"), favorite_file("T", 101))

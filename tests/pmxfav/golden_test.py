@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Compares what the favorites tool prints with golden files, and with the example in its document.
 With --renew writes the golden files and the example anew; look at the difference before committing it."""
+import hashlib
 import json
 import os
 import re
@@ -120,6 +121,20 @@ class Golden(unittest.TestCase):
             self.compare("check", folder.run("check"))
             self.compare("check_json", folder.run("check", "--json"))
             self.assertEqual(folder.run("list")[0], 0)
+
+    def test_show_digests_a_file(self):
+        """With the texts of the standard, and sizes around that of a block."""
+        texts = {b"": "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855",
+                 b"abc": "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad",
+                 b"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq":
+                     "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1",
+                 b"a" * 1_000_000: "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0",
+                 b"b" * 55: hashlib.sha256(b"b" * 55).hexdigest(), b"c" * 64: hashlib.sha256(b"c" * 64).hexdigest()}
+        with Folder() as folder:
+            folder.put(LIST, list_file("0~A~1~0~14~a.pmt"))
+            for text, digest in texts.items():
+                folder.put("a.pmt", text)
+                self.assertEqual(json.loads(folder.run("show", "A", "--json")[1])["favorite"]["sha256"], digest)
 
     def test_diff(self):
         with Folder() as folder:
