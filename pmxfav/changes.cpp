@@ -101,7 +101,7 @@ std::string_view ReasonOf(StoreResult result) {
     case StoreResult::NotRead:
         return "the file is no favorite, damaged or in use";
     case StoreResult::NotCopied:
-        return "the file could not be copied into the folder";
+        return "the file is missing, or could not be copied into the folder";
     case StoreResult::OwnFile:
         return "that is the file of a favorite of the folder";
     default:

@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "PMXTemplUIVersion.h"
 #include "terminal.h"
 
 #include "platform/text.h"
@@ -61,6 +62,7 @@ class CommandLine {
 public:
     CommandLine() {
         App.require_subcommand(1);
+        App.set_version_flag("--version", "pmxfav " PMX_VERSION);
         App.set_help_all_flag("--help-all", "Print the help of all commands");
         AddReading();
         AddChanging();
@@ -76,6 +78,9 @@ public:
             return Fine;
         } catch (const CLI::CallForAllHelp&) {
             Print(App.help("", CLI::AppFormatMode::All));
+            return Fine;
+        } catch (const CLI::CallForVersion& version) {
+            Print(std::string(version.what()) + "\n");
             return Fine;
         } catch (const CLI::ParseError& error) {
             Say(error.what());

@@ -149,6 +149,8 @@ class Golden(unittest.TestCase):
     def test_help(self):
         with Folder() as folder:
             self.compare("help", folder.run("--help-all"))
+            version = re.search(r"PMXTemplUI VERSION ([0-9.]+)", (HERE.parent.parent / "CMakeLists.txt").read_text(encoding="utf-8"))
+            self.assertEqual(folder.run("--version"), (0, f"pmxfav {version[1]}\n", ""))
 
     def test_wrong_calls(self):
         with Folder() as folder:
