@@ -20,6 +20,9 @@ int CheckFolder(const FolderChoice& choice, bool asJson);
 int DiffFavorites(const FolderChoice& choice, const std::string& first, const std::string& second,
                   bool asJson);
 
+/// With `isDryRun` says what it would do, and changes nothing.
+int RepairFolder(const FolderChoice& choice, bool isDryRun, bool asJson);
+
 int RenameFavorite(const FolderChoice& choice, const std::string& name, const std::string& newName);
 
 /// `position` counts from 1.
@@ -35,6 +38,9 @@ int Import(const FolderChoice& choice, const std::vector<std::string>& paths, On
 
 /// What the level of a favorite is called; its number when there is no such level.
 std::string LevelText(std::int32_t level);
+
+/// A time, in seconds since the beginning of 1970, as "2026-11-22 10:15:00", UTC.
+std::string TimeText(std::int64_t seconds);
 
 /// The line of the list that a person means with a name: the first with exactly this one, else the first that differs in
 /// case only. Null, after a message, when there is none.

@@ -2,11 +2,13 @@
 #include "commands.h"
 #include "host_library.h"
 #include "json_output.h"
+#include "repair.h"
 #include "sha256.h"
 #include "terminal.h"
 
 #include "store/levels.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -14,21 +16,6 @@
 namespace pmx::tool {
 
 namespace {
-
-/// "2026-11-22 10:15:00", UTC.
-std::string TimeText(std::int64_t seconds) {
-    namespace chrono = std::chrono;
-    const chrono::sys_seconds time{chrono::seconds(seconds)};
-    const auto day = chrono::floor<chrono::days>(time);
-    const chrono::year_month_day date(day);
-    const chrono::hh_mm_ss clock(time - day);
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text.data();
-}
 
 std::string_view KindOf(const CPMXTemplUIListData& record) {
     return record.IsStandard() ? "standard" : "user";
@@ -84,6 +71,56 @@ std::string ReasonText(const Finding& finding) {
     return finding.Detail.empty() ? text : text + " (" + Printable(finding.Detail) + ")";
 }
 
+Json JsonOf(const Finding& finding) {
+    Json json = {{"code", CodeOf(finding.What)}, {"reason", ReasonOf(finding.What)}};
+    json["entry"] = finding.Number ? Json(*finding.Number) : Json();
+    json["name"] = finding.Name.empty() ? Json() : Json(Readable(finding.Name));
+    json["file"] = finding.File.empty() ? Json() : Json(finding.File);
+    json["detail"] = finding.Detail.empty() ? Json() : Json(finding.Detail);
+    return json;
+}
+
+void PrintDeeds(Json json, const std::vector<Deed>& deeds, bool asJson) {
+    std::vector<std::vector<std::string>> table;
+    json["deeds"] = Json::array();
+    for (const Deed& deed : deeds) {
+        const std::string detail = Printable(deed.Cause.Detail);
+        table.push_back({PlaceOf(deed.Cause), std::string(CodeOf(deed.Cause.What)), Shown(deed.Cause.Name),
+                         Printable(deed.Action) + (detail.empty() ? detail : " (" + detail + ")")});
+        Json line = JsonOf(deed.Cause);
+        line["action"] = deed.Action;
+        json["deeds"].push_back(std::move(line));
+    }
+    if (asJson) {
+        PrintJson(json);
+    } else {
+        Print(FormatTable(table));
+    }
+}
+
+/// Says why nothing can be changed; false when nothing prevents it.
+bool IsRepairPrevented(const std::vector<Finding>& findings) {
+    bool isPrevented = false;
+    for (const Finding& finding : findings) {
+        if (PreventsRepair(finding.What)) {
+            Say("nothing has changed: " + std::string(ReasonOf(finding.What)));
+            isPrevented = true;
+        }
+    }
+    return isPrevented;
+}
+
+std::int64_t CountUnmendable(const std::vector<Finding>& findings) {
+    return std::count_if(findings.begin(), findings.end(),
+                         [](const Finding& finding) { return !finding.IsMendable; });
+}
+
+/// What is left in the folder, which is read again.
+std::int64_t CountFindings(const FolderChoice& choice) {
+    FavoritesFolder folder(choice, SystemStoreServices());
+    return folder.Read() ? static_cast<std::int64_t>(Check(folder, Now()).size()) : 1;
+}
+
 } // namespace
 
 std::string LevelText(std::int32_t level) {
@@ -91,6 +128,20 @@ std::string LevelText(std::int32_t level) {
     const std::int32_t plain = IsStandardLevel(level) ? level - PMX_LEVEL_STANDARD : level;
     const bool isKnown = plain >= PMX_LEVEL_DOCUMENT && plain <= PMX_LEVEL_PAGE;
     return isKnown ? Words[static_cast<std::size_t>(plain - PMX_LEVEL_DOCUMENT)] : std::to_string(level);
+}
+
+std::string TimeText(std::int64_t seconds) {
+    namespace chrono = std::chrono;
+    const chrono::sys_seconds time{chrono::seconds(seconds)};
+    const auto day = chrono::floor<chrono::days>(time);
+    const chrono::year_month_day date(day);
+    const chrono::hh_mm_ss clock(time - day);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    return text.data();
 }
 
 bool ReadFolder(FavoritesFolder& folder, const FolderChoice& choice) {
@@ -207,11 +258,7 @@ int CheckFolder(const FolderChoice& choice, bool asJson) {
     for (const Finding& finding : findings) {
         table.push_back(
             {PlaceOf(finding), std::string(CodeOf(finding.What)), Shown(finding.Name), ReasonText(finding)});
-        Json line = {{"code", CodeOf(finding.What)}, {"reason", ReasonOf(finding.What)}};
-        line["entry"] = finding.Number ? Json(*finding.Number) : Json();
-        line["name"] = finding.Name.empty() ? Json() : Json(Readable(finding.Name));
-        line["file"] = finding.File.empty() ? Json() : Json(finding.File);
-        line["detail"] = finding.Detail.empty() ? Json() : Json(finding.Detail);
+        Json line = JsonOf(finding);
         line["mendable"] = finding.IsMendable;
         json["findings"].push_back(std::move(line));
     }
@@ -221,6 +268,39 @@ int CheckFolder(const FolderChoice& choice, bool asJson) {
         Print(FormatTable(table));
     }
     return findings.empty() ? Fine : Found;
+}
+
+int RepairFolder(const FolderChoice& choice, bool isDryRun, bool asJson) {
+    FavoritesFolder folder(choice, SystemStoreServices());
+    if (!ReadFolder(folder, choice)) {
+        return WrongCall;
+    }
+    SayIfHostIsMissing();
+    const std::int64_t now = Now();
+    const std::vector<Finding> findings = Check(folder, now);
+    if (IsRepairPrevented(findings)) {
+        return Found;
+    }
+    RepairPlan plan = PlanRepair(folder, findings, now);
+    const RepairResult result = isDryRun ? RepairResult{{}, {}, DeedsOf(plan)} : CarryOut(folder, plan, now);
+    if (!result.KeptList.empty()) {
+        Say("the old list is kept as " + Shown(result.KeptList));
+    }
+    if (!result.Fault.empty()) {
+        Say((result.KeptList.empty() ? "nothing has changed: " : "") + result.Fault);
+        return Found;
+    }
+    const std::int64_t remaining = isDryRun ? CountUnmendable(findings) : CountFindings(choice);
+    Json json = StartJson(choice);
+    json["host"] = HasHostLibrary();
+    json["done"] = !isDryRun;
+    json["kept"] = result.KeptList.empty() ? Json() : Json(Readable(result.KeptList));
+    json["remaining"] = remaining;
+    PrintDeeds(std::move(json), result.Done, asJson);
+    if (remaining > 0) {
+        Say("findings that repair cannot mend, see check: " + std::to_string(remaining));
+    }
+    return remaining == 0 && (!isDryRun || result.Done.empty()) ? Fine : Found;
 }
 
 } // namespace pmx::tool

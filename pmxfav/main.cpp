@@ -35,6 +35,7 @@ struct Arguments {
     std::int64_t Number = 0;
     std::vector<std::string> Files;
     bool AsJson = false;
+    bool IsDryRun = false;
 
     /// A text that the code page cannot say; it would turn into another one. Null when there is none.
     const std::string* Unsayable() const {
@@ -65,6 +66,7 @@ public:
         App.set_version_flag("--version", "pmxfav " PMX_VERSION);
         App.set_help_all_flag("--help-all", "Print the help of all commands");
         AddReading();
+        AddRepair();
         AddChanging();
         AddMoving();
     }
@@ -127,6 +129,15 @@ private:
         diff->add_option("NAME1", Given.Name, "The name of a favorite")->required();
         diff->add_option("NAME2", Given.Text, "The name of the other")->required();
         AddJson(diff);
+    }
+
+    void AddRepair() {
+        CLI::App* const repair =
+            Add("repair", "Mend what can be mended without asking", [](const Arguments& given) {
+                return RepairFolder(given.Choice(), given.IsDryRun, given.AsJson);
+            });
+        repair->add_flag("--dry-run", Given.IsDryRun, "Tell what would be done, and change nothing");
+        AddJson(repair);
     }
 
     void AddChanging() {

@@ -77,8 +77,9 @@ std::optional<std::vector<FolderFile>> FilesIn(const std::string& folder) {
     return files;
 }
 
+/// Some characters have two codes in the code page.
 std::string FileKey(const std::string& fileName) {
-    return fileName;
+    return posix::NativePath(fileName);
 }
 
 bool MayAddFiles(const std::string& folder) {

@@ -95,7 +95,9 @@ std::optional<std::vector<FolderFile>> FilesIn(const std::string& folder) {
 }
 
 std::string FileKey(const std::string& fileName) {
-    return FoldedFileName(fileName);
+    std::wstring key = win32::ToWide(FoldedFileName(fileName));
+    CharUpperBuffW(key.data(), static_cast<DWORD>(key.size())); // full-width letters, too
+    return win32::ToNarrow(key, CP_UTF8);
 }
 
 bool MayAddFiles(const std::string& folder) {

@@ -209,17 +209,15 @@ std::optional<std::string> CPMXTemplUIListDataArray::MakeFileName(const std::str
 /// The first free name with this or a higher number, 0 standing for none; `number` is then the next one.
 std::optional<std::string> CPMXTemplUIListDataArray::FreeFileName(const std::string& base,
                                                                   std::int64_t& number) const {
-    const std::string stem = base.empty() ? DefaultBaseName : base;
     if (number == 0) {
-        ++number;
-        std::string plain = stem + Extension;
+        std::string plain = FileNameOf(base, number++);
         // A device's name (NUL.pmt) is taken in every folder, the list file's even before there is one.
         if (IsPlainFileName(plain) && !IsListFileName(plain) && !Services.FileSystem.Exists(Folder + plain)) {
             return plain;
         }
     }
     while (number <= Services.LastFileNumber) {
-        std::string candidate = stem + "-" + std::to_string(number++) + Extension;
+        std::string candidate = FileNameOf(base, number++);
         // A folder would be refused as a file that is held is, and waited for.
         if (IsListFileName(candidate) || Services.FileSystem.IsFolder(Folder + candidate)) {
             continue;
@@ -230,6 +228,11 @@ std::optional<std::string> CPMXTemplUIListDataArray::FreeFileName(const std::str
         Services.Timer.Sleep(1);
     }
     return std::nullopt;
+}
+
+std::string CPMXTemplUIListDataArray::FileNameOf(const std::string& base, std::int64_t number) const {
+    const std::string stem = base.empty() ? DefaultBaseName : base;
+    return stem + (number == 0 ? std::string() : "-" + std::to_string(number)) + Extension;
 }
 
 StoreResult CPMXTemplUIListDataArray::MakeFavoriteFile(

@@ -90,6 +90,10 @@ public:
     /// -2 … when taken, and the extension. None when all numbers are used up.
     std::optional<std::string> MakeFileName(const std::string& name) const;
 
+    /// The name of a favorite file with this base name, and with that number behind it unless it is 0, whether there
+    /// is such a file or not.
+    std::string FileNameOf(const std::string& base, std::int64_t number) const;
+
     /// Gives a record a file name made from `name` and has `make` make that file. A name that somebody else
     /// has taken by then, so that `make` finds it in existence, is passed over. NoFileName, NotWritten.
     StoreResult MakeFavoriteFile(const std::string& name, CPMXTemplUIListData& record,

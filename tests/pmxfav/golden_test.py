@@ -73,6 +73,10 @@ def codes_of_the_document():
     return {code for cell in cells for code in re.findall(r"`([a-z-]+)`", cell)}
 
 
+def without_date(text):
+    return re.sub(r"\.ini\.\d{4}-\d\d-\d\d-\d{6}\.bak", ".ini.DATE.bak", text)
+
+
 def fill_for_diff(folder):
     table = bytearray(8657)
     folder.put("a.pmt", favorite_file("A"))
@@ -136,6 +140,13 @@ class Golden(unittest.TestCase):
                 folder.put("a.pmt", text)
                 self.assertEqual(json.loads(folder.run("show", "A", "--json")[1])["favorite"]["sha256"], digest)
 
+    def test_repair(self):
+        for name, form in (("repair", []), ("repair_json", ["--json"])):
+            with Folder() as folder:
+                fill_with_troubles(folder)
+                runs = [folder.run("repair", *form, *options) for options in (["--dry-run"], [], [])]
+                self.compare(name, *((code, without_date(out), without_date(err)) for code, out, err in runs))
+
     def test_diff(self):
         with Folder() as folder:
             fill_for_diff(folder)
@@ -169,7 +180,7 @@ class Golden(unittest.TestCase):
             folder.put("face.pmt", favorite_file("ミニ", 4)[:-1] + b"?")
             folder.put("忘れ物.pmt", favorite_file("忘れ物"))
             example = "".join(f"$ pmxfav {command} favorites\n" + folder.run(command)[1]
-                              for command in ("list", "check"))
+                              for command in ("list", "check", "repair"))
         before, begin, rest = DOCUMENT.read_text(encoding="utf-8").partition("<!-- made by the tests -->\n```\n")
         shown, end, after = rest.partition("```\n")
         if RENEW:
