@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -43,8 +44,14 @@ public:
     /// How often any operation was called.
     std::size_t Calls() const { return Total; }
 
+    /// Runs at every call before anything else is done; may be empty, and may end the process.
+    std::function<void()> OnCall;
+
     /// Counts a call; the failure that it is to have, if any.
     std::optional<Failure> Next(Operation operation) {
+        if (OnCall) {
+            OnCall();
+        }
         const std::size_t ofOperation = ++Counts[operation];
         ++Total;
         for (const Rule& rule : Rules) {
