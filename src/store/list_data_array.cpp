@@ -133,6 +133,7 @@ bool CPMXTemplUIListDataArray::LoadList() {
         DecodedText content;
         const FileError error = ReadListFile(content);
         Base = std::move(content.Text);
+        OwnSection.reset();
         const ListValues values = ReadListValues(Base);
         Records.reserve(values.size());
         for (const std::string_view value : values) {
@@ -165,11 +166,15 @@ bool CPMXTemplUIListDataArray::WriteListFile(const std::vector<const CPMXTemplUI
 }
 
 bool CPMXTemplUIListDataArray::ReplaceSection(std::string section) {
+    const std::size_t size = section.size();
     bool isMerged = false;
     const auto change = [&](std::string bytes) -> std::optional<std::string> {
         const DecodedText content = DecodeContent(std::move(bytes));
         if (!content.IsWhole) {
             return std::nullopt;
+        }
+        if (OwnSection && content.Text == Base) {
+            return std::move(section.insert(0, Base, 0, *OwnSection));
         }
         isMerged = IsChangedByAnother(content.Text);
         if (!isMerged) {
@@ -185,6 +190,7 @@ bool CPMXTemplUIListDataArray::ReplaceSection(std::string section) {
         return false;
     }
     Base = std::move(isMerged ? section : written);
+    OwnSection = Base.size() - size;
     return true;
 }
 

@@ -146,6 +146,7 @@ private:
     std::string ListFilePath;
     std::vector<std::unique_ptr<CPMXTemplUIListData>> Records;
     std::string Base; // the content of the list file as far as the records come from it or went there
+    std::optional<std::size_t> OwnSection; // where Base ends in the section that this list has written
     bool ListFileUnreadable = false; // the list file was there and could not be read whole the last time
     StoreServices Services;
 };
