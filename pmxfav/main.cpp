@@ -1,5 +1,5 @@
-#include "commands.h"
 #include "PMXTemplUIVersion.h"
+#include "commands.h"
 #include "terminal.h"
 
 #include "platform/text.h"

@@ -530,6 +530,17 @@ TEST_F(ListFileTest, AFileThatIsHeldForAMomentIsReadAndReplacedLater) {
     EXPECT_THAT(Fakes.Clock.Sleeps, ElementsAre(50, 50, 50, 50));
 }
 
+TEST_F(ListFileTest, ASectionThatComesAfterASaveStaysWhenTheListHasBeenReadAgain) {
+    Add("A");
+    EXPECT_TRUE(List.WriteListFile());
+    Folder.Write(ListFile, SectionOf({"A"}) + "[Beta]\r\nz=3\r\n");
+    EXPECT_TRUE(List.LoadList());
+    for (int save = 0; save < 2; ++save) {
+        EXPECT_TRUE(List.WriteListFile());
+        EXPECT_EQ(Folder.Read(ListFile), "[Beta]\r\nz=3\r\n" + SectionOf({"A"}));
+    }
+}
+
 TEST_F(ListFileTest, AFileThatCannotBeReadForASecondIsNotReplaced) {
     Folder.Write(ListFile, SectionOf({"A"}));
     Fakes.Disk.Plan.FailFrom(FileOperation::Read, 1, FileError::Held);
