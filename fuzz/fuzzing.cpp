@@ -30,8 +30,8 @@ void Require(bool holds, const char* what) {
 }
 
 const test::TempFolder& Folder() {
-    static const test::TempFolder Folder(FolderInMemory(), "fuzz");
-    return Folder;
+    static const test::TempFolder InMemory(FolderInMemory(), "fuzz");
+    return InMemory;
 }
 
 void PutFile(const char* name, std::string_view bytes) {
