@@ -417,9 +417,8 @@ private:
     }
 
     bool KeepOldList(std::int64_t now) {
-        AsideFile aside(Services(), List().GetFolder());
-        if (aside.Error() != FileError::None ||
-            Services().FileSystem.Overwrite(aside.Path(), Folder.ListBytes()) != FileError::None) {
+        AsideFile aside(Services(), List().GetFolder(), Folder.ListBytes());
+        if (aside.Error() != FileError::None) {
             return false;
         }
         for (int number = 0; number < MostKeptLists; ++number) {
@@ -456,6 +455,7 @@ private:
         FileCopy copy(List(), record);
         AsideFile aside(Services(), List().GetFolder());
         return copy.Kind() == favorite.Copy && aside.Error() == FileError::None && copy.Write(aside.Path()) &&
+               aside.Flush() == FileError::None &&
                List().MakeFavoriteFile(BaseOfCopy(record), record, [&](const std::string& path) {
                    // The name of a missing file is another favorite's, too.
                    const bool isListed = ListedFiles.contains(FileKey(record.GetFileName()));

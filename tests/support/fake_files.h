@@ -3,8 +3,11 @@
 #include "platform/files.h"
 #include "support/failure_plan.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace pmx::test {
@@ -28,7 +31,8 @@ enum class FileOperation {
 
 /// Real files, some of whose operations fail as planned, without having done anything.
 ///
-/// IsFolder and IsSame that fail say no; Exists and IsReadOnly that fail say yes.
+/// IsFolder and IsSame that fail say no; Exists and IsReadOnly that fail say yes. A file that somebody else was to write
+/// and that is put in its place without being made durable fails the test.
 class FakeFiles : public Files {
 public:
     /// `files` must outlive this object.
@@ -73,7 +77,12 @@ public:
 
     FileError CreateNew(const std::string& path) override {
         const auto failure = Plan.Next(FileOperation::CreateNew);
-        return failure ? *failure : Inner.CreateNew(path);
+        Volatile.insert(path); // before there is a file: lack of memory must leave nothing
+        const FileError error = failure ? *failure : Inner.CreateNew(path);
+        if (error != FileError::None) {
+            Volatile.erase(path);
+        }
+        return error;
     }
 
     FileError WriteNew(const std::string& path, const std::string& content) override {
@@ -83,20 +92,22 @@ public:
 
     FileError Overwrite(const std::string& path, const std::string& content) override {
         const auto failure = Plan.Next(FileOperation::Overwrite);
-        return failure ? *failure : Inner.Overwrite(path, content);
+        return failure ? *failure : Durable(path, Inner.Overwrite(path, content));
     }
 
     FileError Flush(const std::string& path) override {
         const auto failure = Plan.Next(FileOperation::Flush);
-        return failure ? *failure : Inner.Flush(path);
+        return failure ? *failure : Durable(path, Inner.Flush(path));
     }
 
     FileError Replace(const std::string& source, const std::string& target) override {
+        EXPECT_FALSE(Volatile.contains(source)) << source;
         const auto failure = Plan.Next(FileOperation::Replace);
         return failure ? *failure : Inner.Replace(source, target);
     }
 
     FileError Rename(const std::string& source, const std::string& target) override {
+        EXPECT_FALSE(Volatile.contains(source)) << source;
         const auto failure = Plan.Next(FileOperation::Rename);
         return failure ? *failure : Inner.Rename(source, target);
     }
@@ -114,7 +125,15 @@ public:
     }
 
 private:
+    FileError Durable(const std::string& path, FileError error) {
+        if (error == FileError::None) {
+            Volatile.erase(path);
+        }
+        return error;
+    }
+
     Files& Inner;
+    std::set<std::string> Volatile; ///< made, and not durable since
 };
 
 } // namespace pmx::test
