@@ -18,6 +18,7 @@ class ListHandleTest : public ExportTest {};
 
 std::vector<std::string> NamesOf(const std::vector<TemplInfo>& summaries) {
     std::vector<std::string> names;
+    names.reserve(summaries.size());
     for (const TemplInfo& info : summaries) {
         names.emplace_back(info.Name);
     }
@@ -92,11 +93,15 @@ TEST_F(ListHandleTest, StandardFavoritesAreMadeByTheHost) {
 
 TEST_F(ListHandleTest, ALongListIsReadAndWrittenWholeAndOtherSectionsStay) {
     constexpr std::size_t Count = 100'000;
+    const std::string name = Sjis(u8"ミシン目 ");
     const std::string longFileName = Sjis(u8"表") + std::string(60, 'f');
     std::vector<std::string> values;
+    values.reserve(Count + 1);
     for (std::size_t number = 0; number < Count; ++number) {
         const std::string digits = std::to_string(number);
-        values.push_back("0~" + Sjis(u8"ミシン目 ") + digits + "~1~0~14~" + longFileName + digits + ".pmt");
+        std::string value = "0~" + name;
+        value.append(digits).append("~1~0~14~").append(longFileName).append(digits).append(".pmt");
+        values.push_back(std::move(value));
     }
     const std::string list = Section(values);
     ASSERT_GT(list.size(), 10'000'000U);
@@ -108,7 +113,7 @@ TEST_F(ListHandleTest, ALongListIsReadAndWrittenWholeAndOtherSectionsStay) {
         const std::vector<TemplInfo> summaries = Summaries(handle.get(), 1);
         ASSERT_EQ(summaries.size(), Count);
         for (std::size_t number = 0; number < Count; ++number) {
-            ASSERT_EQ(summaries[number].Name, Sjis(u8"ミシン目 ") + std::to_string(number));
+            ASSERT_EQ(summaries[number].Name, name + std::to_string(number));
         }
         EXPECT_EQ(EX_CreateDefaultTempl(handle.get(), "Last", 3, 14), 0);
     }
