@@ -75,7 +75,8 @@ public:
                   isNamed;
     }
 
-    OwnCopy Kind() const { return !IsThere ? OwnCopy::None : HasName ? OwnCopy::UnderName : OwnCopy::AsItIs; }
+    /// Whether the file to copy can be read.
+    bool IsPossible() const { return IsThere; }
 
     /// Whether that favorite file is such a copy already.
     bool Is(const CPMXTemplUIListData& other) const {
@@ -284,15 +285,14 @@ private:
     void PlanCopy(PlannedFavorite& favorite) {
         CPMXTemplUIListData& record = *favorite.Record;
         const FileCopy copy(Folder.GetList(), record);
-        favorite.Copy = copy.Kind();
-        if (favorite.Copy == OwnCopy::None) {
+        if (!copy.IsPossible()) {
             return;
         }
         const FolderFile* const made = FindCopy(copy, record);
         Add(favorite, Trouble::FileShared,
             made == nullptr ? "gets a copy of its own" : "gets a copy that is there: " + made->Shown);
+        favorite.IsCopied = made == nullptr;
         if (made != nullptr) {
-            favorite.Copy = OwnCopy::None;
             record.SetFileName(made->Name);
             ListedFiles.insert(FileKey(made->Name));
         }
@@ -434,7 +434,7 @@ private:
     }
 
     bool MakeCopies() {
-        const auto isCopied = [](const PlannedFavorite& favorite) { return favorite.Copy != OwnCopy::None; };
+        const auto isCopied = [](const PlannedFavorite& favorite) { return favorite.IsCopied; };
         Progress progress(
             static_cast<std::size_t>(std::count_if(Plan.Favorites.begin(), Plan.Favorites.end(), isCopied)));
         for (PlannedFavorite& favorite : Plan.Favorites) {
@@ -454,7 +454,7 @@ private:
         CPMXTemplUIListData& record = *favorite.Record;
         FileCopy copy(List(), record);
         AsideFile aside(Services(), List().GetFolder());
-        return copy.Kind() == favorite.Copy && aside.Error() == FileError::None && copy.Write(aside.Path()) &&
+        return copy.IsPossible() && aside.Error() == FileError::None && copy.Write(aside.Path()) &&
                aside.Flush() == FileError::None &&
                List().MakeFavoriteFile(BaseOfCopy(record), record, [&](const std::string& path) {
                    // The name of a missing file is another favorite's, too.

@@ -16,20 +16,13 @@ struct Deed {
     std::string Action; ///< what is done about it; UTF-8
 };
 
-/// Which file of its own a favorite gets that has the same as another.
-enum class OwnCopy {
-    None,     ///< it keeps the file that it names
-    AsItIs,   ///< a copy of that
-    UnderName ///< a copy with the favorite's name in it
-};
-
 /// A favorite of the list as it is to be.
 struct PlannedFavorite {
     std::unique_ptr<CPMXTemplUIListData>
         Record;                         ///< never null; names the file to copy until there is the copy
     std::optional<std::int32_t> Number; ///< of its entry; none when it is new in the list
     bool IsMended = false;              ///< its entry cannot be read as it stands
-    OwnCopy Copy = OwnCopy::None;
+    bool IsCopied = false;              ///< gets a copy of the file that it names
 };
 
 /// A file that a killed program has left behind, to be deleted.

@@ -44,9 +44,9 @@ namespace pmx::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::StartsWith;
 using tool::Deed;
 using tool::FavoritesFolder;
@@ -54,7 +54,7 @@ using tool::Finding;
 using tool::RepairPlan;
 using tool::RepairResult;
 
-constexpr std::int64_t TwoDays = 2 * 24 * 60 * 60;
+constexpr std::int64_t TwoDays = std::int64_t{2} * 24 * 60 * 60;
 
 #ifdef _WIN32
 constexpr unsigned Rounds = 200;
@@ -157,6 +157,7 @@ OneRepair Repair(
 
 std::vector<std::string> CodesOf(const std::vector<Deed>& deeds) {
     std::vector<std::string> codes;
+    codes.reserve(deeds.size());
     for (const Deed& deed : deeds) {
         codes.emplace_back(CodeOf(deed.Cause.What));
     }
@@ -253,11 +254,13 @@ TEST_F(RepairTest, PutsTheCountRightAndTakesOverWhatIsBeyondIt) {
 }
 
 TEST_F(RepairTest, TakesOverAnEntryWhoseNameHoldsTheSeparator) {
-    PutList({"0~A~1~0~14~a.pmt", "0~x~y~~z~1~1~20~x.pmt", "0~B~1~0~14~b.pmt"});
+    PutList({"0~A~1~0~14~a.pmt", "0~x~y~~z~1~1~20~x.pmt", "0~B~1~0~14~b.pmt", "0~ ~~1~0~14~c.pmt"});
     PutFavorite("x.pmt", "x");
     const OneRepair run = Repair();
     EXPECT_THAT(Listed(Folder), ElementsAre("0~A~1~0~14~a.pmt", "0~x-y--z~1~1~20~x.pmt", "0~B~1~0~14~b.pmt"));
-    EXPECT_THAT(List(), StartsWith("; TemplateData1=0~x~y~~z~1~1~20~x.pmt\r\n"));
+    EXPECT_THAT(List(), StartsWith("; TemplateData1=0~x~y~~z~1~1~20~x.pmt\r\n"
+                                   "; TemplateData3=0~ ~~1~0~14~c.pmt\r\n"))
+        << "the second has no name";
     EXPECT_EQ(run.Result.Done[0].Action, "taken over as x-y--z");
 }
 
@@ -322,14 +325,18 @@ TEST_F(RepairTest, GivesNoCopyTheNameOfAMissingFileThatIsListed) {
 }
 
 TEST_F(RepairTest, UsesACopyThatAKilledRepairHasMade) {
-    PutList({"0~A~1~0~14~a.pmt", "0~B~1~0~14~a.pmt", "0~C~1~0~14~a.pmt"});
+    PutList(
+        {"0~A~1~0~14~a.pmt", "0~B~1~0~14~a.pmt", "0~C~1~0~14~a.pmt", "0~D~1~0~14~a.pmt", "0~E~1~0~14~a.pmt"});
     PutFavorite("a.pmt", "A", 1, 7);
+    PutFavorite("D.pmt", "another", 1, 7);
+    PutFavorite("E.pmt", "E", 2, 7);
     PutFavorite("B.pmt", "B", 1, 8);
     PutFavorite("B-1.pmt", "B", 1, 7);
     Folder.Write("C.pmt", Folder.Read("a.pmt"));
     Repair();
     EXPECT_THAT(Listed(Folder), ElementsAre("0~A~1~0~14~a.pmt", "0~B~1~0~14~B-1.pmt", "0~C~1~0~14~C.pmt",
-                                            "0~B-1~1~0~0~B.pmt"));
+                                            "0~D~1~0~14~D-1.pmt", "0~E~1~0~14~E-1.pmt", "0~B-1~1~0~0~B.pmt",
+                                            "0~another~1~0~0~D.pmt", "0~E-1~2~0~0~E.pmt"));
 }
 
 TEST_F(RepairTest, CopiesTheBytesWithoutTheHostOrWhenThatRefusesTheName) {
@@ -394,6 +401,7 @@ TEST_F(RepairTest, WithoutTheHostListsNoFile) {
 TEST_F(RepairTest, DoesNotCountAStandardFavoritesFileAsUnlisted) {
     PutList({"1~S~1~0~4~s.pmt"});
     PutFavorite("s.pmt", "S");
+    EXPECT_THAT(Findings(), IsEmpty());
     EXPECT_THAT(CodesOf(Repair().Result.Done), IsEmpty());
 }
 
@@ -453,6 +461,27 @@ TEST_F(RepairTest, ChangesNothingWhenAnotherProgramHasChangedTheList) {
     EXPECT_THAT(Differences(FilesOf(Folder), before), IsEmpty());
 }
 
+TEST_F(RepairTest, ChangesNothingWhenAFileCannotBeCopied) {
+    PutList({"0~A~1~0~14~a.pmt", "0~B~1~0~14~a.pmt", "0~C~1~0~14~c.pmt", "0~D~1~0~14~c.pmt"});
+    PutFavorite("a.pmt", "A");
+    PutFavorite("c.pmt", "C");
+    FilesByName before;
+    const OneRepair run = test::Repair(Folder, Fakes.Services, Now, [&] {
+        Folder.Remove("c.pmt");
+        before = FilesOf(Folder);
+    });
+    EXPECT_THAT(run.Result.Fault, HasSubstr("copied"));
+    EXPECT_THAT(Differences(FilesOf(Folder), before), IsEmpty());
+}
+
+TEST_F(RepairTest, KeepsTheOldListUnderANameThatIsNoFavorites) {
+    PutList({"garbage"});
+    FavoritesFolder folder({Folder.Path(), ListFile, ".bak"}, Fakes.Services);
+    ASSERT_TRUE(folder.Read());
+    RepairPlan plan = PlanRepair(folder, Check(folder, Now), Now);
+    EXPECT_THAT(CarryOut(folder, plan, Now).KeptList, EndsWith(".old"));
+}
+
 TEST_F(RepairTest, KeepsTheOldListWhenOverwritingItInPlaceWasBegun) {
     struct HalfWritten : FakeFiles {
         std::string List;
@@ -472,6 +501,11 @@ TEST_F(RepairTest, KeepsTheOldListWhenOverwritingItInPlaceWasBegun) {
     EXPECT_THAT(run.Result.Fault, HasSubstr("could not be saved"));
     EXPECT_EQ(Folder.Read(run.Result.KeptList), before);
     EXPECT_TRUE(Folder.Exists("B.pmt")) << "the list that was begun names it";
+}
+
+TEST(Names, OfFilesAreCutBetweenTheirBlanks) {
+    EXPECT_EQ(tool::NameFromFile(std::string(40, ' ') + "A"), "A");
+    EXPECT_EQ(tool::NameFromFile(std::string(31, 'm') + " b"), std::string(31, 'm'));
 }
 
 TEST(Names, KnowWhichAFavoriteMayHaveByItsFile) {
@@ -497,6 +531,51 @@ TEST_F(RepairTest, ANumberedNameDoesNotMakeAFileForeign) {
 
 // Folders damaged by chance
 
+/// Whether a file is the copy of another, under its own name perhaps.
+bool IsCopy(const TempFolder& folder, const std::string& original, const std::string& file) {
+    const FilesByName files = FilesOf(folder);
+    const std::string bytes = BytesOf(files, original);
+    const std::string copied = BytesOf(files, file);
+    if (bytes.empty() || copied.empty() || bytes == copied) {
+        return !bytes.empty() && !copied.empty();
+    }
+    const HostContent first = FakeHost::ReadFavorite(folder, original);
+    const HostContent second = FakeHost::ReadFavorite(folder, file);
+    return first.Level == second.Level && SameTable(first.Table, second.Table);
+}
+
+/// Whether a favorite is what another was before: of its name, numbered perhaps, with the file of that or a copy.
+bool IsStill(const TempFolder& folder, const std::string& formerValue, const std::string& value) {
+    const auto former = ParseListValue(formerValue, SystemLeadBytes());
+    const auto now = ParseListValue(value, SystemLeadBytes());
+    const bool isSame =
+        former->GetStandard() == now->GetStandard() && former->GetLevel() == now->GetLevel() &&
+        former->GetIconIndex() == now->GetIconIndex() && former->GetToolbar() >= now->GetToolbar() &&
+        tool::IsNameFromFile(now->GetName(), former->GetName());
+    return isSame && (former->GetFileName() == now->GetFileName() ||
+                      IsCopy(folder, former->GetFileName(), now->GetFileName()));
+}
+
+/// Every favorite that was listed is listed still, in that order, and every file has the bytes that it had: but for the list
+/// file, and leftovers, which may be gone.
+void ExpectNothingLost(const TempFolder& folder, const FilesByName& before,
+                       const std::vector<std::string>& listedBefore) {
+    const std::vector<std::string> listed = Listed(folder);
+    auto next = listed.begin();
+    for (const std::string& value : listedBefore) {
+        next = std::find_if(next, listed.end(),
+                            [&](const std::string& other) { return IsStill(folder, value, other); });
+        ASSERT_TRUE(next != listed.end()) << testing::PrintToString(value);
+        ++next;
+    }
+    for (const auto& [name, bytes] : before) {
+        const bool isLeftover = name.starts_with("Pmx0") || bytes.empty();
+        if (name != ListFile && !(isLeftover && !folder.Exists(name))) {
+            EXPECT_TRUE(folder.Exists(name) && folder.Read(name) == bytes) << name;
+        }
+    }
+}
+
 /// What holds of every repair that nothing disturbs.
 class AnyRepair {
 public:
@@ -512,6 +591,7 @@ public:
             return;
         }
         ASSERT_EQ(run.Result.Fault, "");
+        ExpectNothingLost(Folder, Before, ListedBefore);
         ExpectFiles(run);
         ExpectList(run.Plan);
         ExpectNothingToMend();
@@ -527,14 +607,8 @@ private:
         EXPECT_THAT(Differences(FilesOf(Folder), Before), IsEmpty());
     }
 
-    /// No file is lost or changed but the list, and leftovers; what is new is the list that is kept, and copies.
+    /// What is new is the list that is kept, and copies.
     void ExpectFiles(const OneRepair& run) {
-        for (const auto& [name, bytes] : Before) {
-            const bool isLeftover = name.starts_with("Pmx0") || bytes.empty();
-            if (name != ListFile && !(isLeftover && !After.contains(name))) {
-                EXPECT_TRUE(BytesOf(After, name) == bytes) << name;
-            }
-        }
         std::set<std::string> named = {ListFile, run.Result.KeptList};
         for (const tool::PlannedFavorite& favorite : run.Plan.Favorites) {
             named.insert(favorite.Record->GetFileName());
@@ -557,41 +631,9 @@ private:
         if (!plan.ListDeeds.empty()) {
             EXPECT_EQ(listed, planned);
         }
-        auto next = listed.begin();
-        for (const std::string& value : ListedBefore) {
-            next = std::find_if(next, listed.end(),
-                                [&](const std::string& other) { return IsStill(value, other); });
-            ASSERT_NE(next, listed.end()) << Utf8OrHex(value);
-            ++next;
-        }
         if (!plan.ListDeeds.empty()) {
             ExpectBytesAndComments();
         }
-    }
-
-    static std::string Utf8OrHex(const std::string& value) { return testing::PrintToString(value); }
-
-    /// Whether a favorite is what another was before: of its name, numbered perhaps, with its file's content.
-    bool IsStill(const std::string& formerValue, const std::string& value) const {
-        const auto former = ParseListValue(formerValue, SystemLeadBytes());
-        const auto now = ParseListValue(value, SystemLeadBytes());
-        const bool isSame =
-            former->GetStandard() == now->GetStandard() && former->GetLevel() == now->GetLevel() &&
-            former->GetIconIndex() == now->GetIconIndex() && former->GetToolbar() >= now->GetToolbar() &&
-            tool::IsNameFromFile(now->GetName(), former->GetName());
-        return isSame && (former->GetFileName() == now->GetFileName() ||
-                          IsCopy(former->GetFileName(), now->GetFileName()));
-    }
-
-    bool IsCopy(const std::string& former, const std::string& file) const {
-        const std::string bytes = BytesOf(Before, former);
-        const std::string bytesNow = BytesOf(After, file);
-        if (bytes.empty() || bytesNow.empty() || bytes == bytesNow) {
-            return !bytes.empty() && !bytesNow.empty();
-        }
-        const HostContent original = FakeHost::ReadFavorite(Folder, former);
-        const HostContent copy = FakeHost::ReadFavorite(Folder, file);
-        return original.Level == copy.Level && SameTable(original.Table, copy.Table);
     }
 
     /// All bytes outside of the section stand where they stood, and what is not taken over stands behind them.
@@ -606,7 +648,8 @@ private:
         for (const NumberedValue& value : section.Values) {
             const bool isReadable = ParseListValue(value.Value, LeadBytesIn(value.Value)) != nullptr;
             if (!isReadable || value.Number == previous) {
-                EXPECT_NE(rest.find(value.Value), std::string::npos) << Utf8OrHex(std::string(value.Value));
+                EXPECT_NE(rest.find(value.Value), std::string::npos)
+                    << testing::PrintToString(std::string(value.Value));
             }
             previous = value.Number;
         }
@@ -664,7 +707,8 @@ public:
         : Damaged(seed),
           Now(TimeOf(seed)),
           Before(FilesOf(Folder())),
-          ListedBefore(ListedWithoutFiles(Folder())) {
+          ListedBefore(Listed(Folder())),
+          ListedBeforeWithoutFiles(ListedWithoutFiles(Folder())) {
         Repair(Folder(), SystemStoreServices(), Now);
         After = FilesOf(Folder());
         ListedAfter = ListedWithoutFiles(Folder());
@@ -680,12 +724,9 @@ public:
     /// After a disturbed repair: it lists what it did before, or what it is to list, and nothing is lost.
     void ExpectOldOrNew() const {
         const std::vector<std::string> listed = ListedWithoutFiles(Folder());
-        EXPECT_TRUE(listed == ListedBefore || listed == ListedAfter) << testing::PrintToString(listed);
-        for (const auto& [name, bytes] : Before) {
-            if (name != ListFile && !bytes.empty() && !name.starts_with("Pmx0")) {
-                EXPECT_TRUE(Folder().Exists(name) && Folder().Read(name) == bytes) << name;
-            }
-        }
+        EXPECT_TRUE(listed == ListedBeforeWithoutFiles || listed == ListedAfter)
+            << testing::PrintToString(listed);
+        ExpectNothingLost(Folder(), Before, ListedBefore);
     }
 
     void ExpectNothingChanged() const { EXPECT_THAT(Differences(FilesOf(Folder()), Before), IsEmpty()); }
@@ -708,6 +749,7 @@ private:
     const std::int64_t Now;
     const FilesByName Before;
     const std::vector<std::string> ListedBefore;
+    const std::vector<std::string> ListedBeforeWithoutFiles;
     FilesByName After;
     std::vector<std::string> ListedAfter;
 };
@@ -749,8 +791,8 @@ TEST_F(RepairTest, ThatFailsAnywhereLeavesTheOldListOrTheNewOneAndIsMadeUpFor) {
 
 /// Repairs folders while each call in turn fails that `fail` lets fail and of which `calls` says the number. What cannot be
 /// read meanwhile is left alone, and mended by the next repair.
-void ExpectNothingLost(const StoreServices& services, const std::function<void(std::size_t number)>& fail,
-                       const std::function<std::size_t()>& calls) {
+void RepairWhileCallsFail(const StoreServices& services, const std::function<void(std::size_t number)>& fail,
+                          const std::function<std::size_t()>& calls) {
     for (unsigned seed = 1; seed <= RoundsWithFailures; ++seed) {
         bool wasReached = true;
         for (std::size_t number = 1; wasReached && number < MostCalls; ++number) {
@@ -758,6 +800,7 @@ void ExpectNothingLost(const StoreServices& services, const std::function<void(s
             const DamagedFolder damaged(seed);
             const std::int64_t now = TimeOf(seed);
             const FilesByName before = FilesOf(damaged.Folder);
+            const std::vector<std::string> listedBefore = Listed(damaged.Folder);
             const std::size_t first = calls() + number;
             fail(first);
             const OneRepair run = Repair(damaged.Folder, services, now);
@@ -766,11 +809,7 @@ void ExpectNothingLost(const StoreServices& services, const std::function<void(s
             if (!run.IsDone()) {
                 EXPECT_THAT(Differences(FilesOf(damaged.Folder), before), IsEmpty());
             }
-            for (const auto& [name, bytes] : before) {
-                EXPECT_TRUE(name == ListFile || bytes.empty() || name.starts_with("Pmx0") ||
-                            damaged.Folder.Read(name) == bytes)
-                    << name;
-            }
+            ExpectNothingLost(damaged.Folder, before, listedBefore);
             AnyRepair(damaged.Folder, now).Expect();
             ASSERT_FALSE(testing::Test::HasFailure());
         }
@@ -781,7 +820,7 @@ void ExpectNothingLost(const StoreServices& services, const std::function<void(s
 TEST_F(RepairTest, LosesNothingWhatCannotBeReadMeanwhile) {
     for (const FileOperation operation :
          {FileOperation::Read, FileOperation::TryOpen, FileOperation::IsFolder}) {
-        ExpectNothingLost(
+        RepairWhileCallsFail(
             Fakes.Services,
             [&](std::size_t number) {
                 Fakes.Disk.Plan.Heal();
@@ -798,7 +837,7 @@ TEST_F(RepairTest, LosesNothingWhereTheHostFails) {
     for (const HostCall call : {HostCall::Create, HostCall::Load, HostCall::Save, HostCall::GetTable,
                                 HostCall::SetLevel, HostCall::SetName}) {
         for (const HostFailure failure : {HostFailure::Refuse, HostFailure::Raise}) {
-            ExpectNothingLost(
+            RepairWhileCallsFail(
                 Fakes.Services,
                 [&](std::size_t number) {
                     Host.Plan.Heal();
