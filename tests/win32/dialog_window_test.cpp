@@ -1,6 +1,5 @@
 #include "platform/dialog_window.h"
 
-#include "platform/image_list.h"
 #include "platform/win32/handles.h"
 #include "res/ids.h"
 
@@ -242,17 +241,6 @@ TEST_F(DialogWindowTest, RowsOutsideTheListAreNone) {
         EXPECT_EQ(list.SelectedRow(), 0);
         EXPECT_EQ(SendMessageW(GetDlgItem(Events.Window(), control::BasicList), LVM_GETITEMCOUNT, 0, 0), 1);
     });
-}
-
-TEST(SystemImages, AreNoneOutsideTheListAndWithoutABitmap) {
-    EXPECT_EQ(SystemImageLists().FromBitmap(9999, 32, Color::White), nullptr);
-    const std::unique_ptr<ImageList> images = SystemImageLists().FromBitmap(2001, 32, Color::White);
-    ASSERT_NE(images, nullptr);
-    EXPECT_NE(images->IconOf(images->Count() - 1), nullptr);
-    for (const std::int64_t index :
-         {std::int64_t{-1}, std::int64_t{images->Count()}, std::int64_t{1} << 40}) {
-        EXPECT_EQ(images->IconOf(index), nullptr) << index;
-    }
 }
 
 } // namespace

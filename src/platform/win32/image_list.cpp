@@ -2,6 +2,9 @@
 
 #include "platform/win32/handles.h"
 
+#include <type_traits>
+#include <utility>
+
 namespace pmx {
 
 namespace win32 {
@@ -18,15 +21,35 @@ std::unique_ptr<Icon> WindowsImageList::IconOf(std::int64_t index) const {
 
 namespace {
 
+struct BitmapDeleter {
+    void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
+};
+using Bitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, BitmapDeleter>;
+
+/// The bitmap in the screen's colours. As a section one with a palette would keep that, and image lists know only
+/// palettes of their own.
+Bitmap LoadStrip(ResourceId id) {
+    return Bitmap(static_cast<HBITMAP>(
+        LoadImageW(win32::ResourceModuleInUse(), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_DEFAULTCOLOR)));
+}
+
 class WindowsImageLists final : public ImageLists {
 public:
     std::unique_ptr<ImageList> FromBitmap(ResourceId bitmap, int imageWidth, Color mask) override {
+        const Bitmap strip = LoadStrip(bitmap);
+        BITMAP form{};
+        if (GetObjectW(strip.get(), sizeof form, &form) == 0) {
+            return nullptr;
+        }
         constexpr int Growth = 1;
-        // As a section the bitmap keeps its own colours, whatever the screen has.
-        const HIMAGELIST list =
-            ImageList_LoadImageW(win32::ResourceModuleInUse(), MAKEINTRESOURCEW(bitmap), imageWidth, Growth,
-                                 static_cast<COLORREF>(mask), IMAGE_BITMAP, LR_CREATEDIBSECTION);
-        return list ? std::make_unique<win32::WindowsImageList>(list) : nullptr;
+        const HIMAGELIST list = ImageList_Create(imageWidth, form.bmHeight, ILC_COLOR24 | ILC_MASK,
+                                                 form.bmWidth / imageWidth, Growth);
+        if (!list) {
+            return nullptr;
+        }
+        auto images = std::make_unique<win32::WindowsImageList>(list);
+        const bool isFilled = ImageList_AddMasked(list, strip.get(), static_cast<COLORREF>(mask)) >= 0;
+        return isFilled ? std::move(images) : nullptr;
     }
 };
 

@@ -28,21 +28,22 @@ std::span<const std::byte> Own(ResourceKind kind, int id) {
     return BuiltResources::Of(Language::Japanese).Find(kind, id);
 }
 
-TEST(Pictures, HaveTheSizesOfTheirImagesInTrueColour) {
-    constexpr std::size_t HeaderSize = 40;
-    for (const auto& [id, width, height] :
-         {std::tuple{bitmap::SmallIcons, 960U, 16U}, std::tuple{bitmap::LargeIcons, 1920U, 32U},
-          std::tuple{bitmap::StateImages, 320U, 14U}, std::tuple{bitmap::Icons20, 1200U, 20U},
-          std::tuple{bitmap::Icons24, 1440U, 24U}, std::tuple{bitmap::Icons40, 2400U, 40U},
-          std::tuple{bitmap::Icons48, 2880U, 48U}, std::tuple{bitmap::Icons64, 3840U, 64U},
-          std::tuple{bitmap::States20, 400U, 18U}, std::tuple{bitmap::States24, 480U, 21U},
-          std::tuple{bitmap::States32, 640U, 28U}}) {
+TEST(Pictures, HaveTheSizesOfTheirImagesAndTrueColourForLowResolution) {
+    constexpr std::uint32_t HeaderSize = 40;
+    for (const auto& [id, width, height, depth] :
+         {std::tuple{bitmap::SmallIcons, 960U, 16U, 24U}, std::tuple{bitmap::LargeIcons, 1920U, 32U, 24U},
+          std::tuple{bitmap::StateImages, 320U, 14U, 24U}, std::tuple{bitmap::Icons20, 1200U, 20U, 8U},
+          std::tuple{bitmap::Icons24, 1440U, 24U, 8U}, std::tuple{bitmap::Icons40, 2400U, 40U, 8U},
+          std::tuple{bitmap::Icons48, 2880U, 48U, 8U}, std::tuple{bitmap::Icons64, 3840U, 64U, 8U},
+          std::tuple{bitmap::States20, 400U, 18U, 8U}, std::tuple{bitmap::States24, 480U, 21U, 8U},
+          std::tuple{bitmap::States32, 640U, 28U, 8U}}) {
         const auto picture = Own(ResourceKind::Bitmap, id);
         EXPECT_EQ(Number(picture, 4, 4), width) << id;
         EXPECT_EQ(Number(picture, 8, 4), height) << id;
-        EXPECT_EQ(Number(picture, 14, 2), 24U) << id;
+        EXPECT_EQ(Number(picture, 14, 2), depth) << id;
         EXPECT_EQ(Number(picture, 16, 4), 0U) << id << " is compressed";
-        EXPECT_EQ(picture.size(), HeaderSize + std::size_t{3} * width * height) << id;
+        const std::uint32_t paletteSize = 4 * Number(picture, 32, 4);
+        EXPECT_EQ(picture.size(), HeaderSize + paletteSize + depth / 8 * width * height) << id;
     }
 }
 
