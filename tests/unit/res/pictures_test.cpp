@@ -1,5 +1,6 @@
 #include "support/built_resources.h"
 
+#include "PMXTemplUIVersion.h"
 #include "res/ids.h"
 
 #include <gtest/gtest.h>
@@ -59,10 +60,12 @@ TEST(VersionInformation, NamesTheProductInJapaneseAndNeutrally) {
     constexpr std::size_t FixedInformation = 40;
     const auto version = Own(ResourceKind::Version, 1);
     ASSERT_EQ(Number(version, FixedInformation, 4), 0xFEEF04BDU);
-    EXPECT_EQ(Number(version, FixedInformation + 8, 4), 0x00010000U) << "1.0";
-    EXPECT_EQ(Number(version, FixedInformation + 12, 4), 0U) << ".0.0";
-    for (const std::u16string_view text : {u"041104B0", u"000004B0", u"PMXTemplUI.dll", u"1.0.0",
-                                           u"お気に入り管理ライブラリ", u"Favorites library"}) {
+    EXPECT_EQ(Number(version, FixedInformation + 8, 4), PMX_VERSION_MAJOR << 16U | PMX_VERSION_MINOR);
+    EXPECT_EQ(Number(version, FixedInformation + 12, 4), PMX_VERSION_PATCH << 16U);
+    const std::string_view number = PMX_VERSION;
+    EXPECT_TRUE(ContainsText(version, std::u16string(number.begin(), number.end())));
+    for (const std::u16string_view text :
+         {u"041104B0", u"000004B0", u"PMXTemplUI.dll", u"お気に入り管理ライブラリ", u"Favorites library"}) {
         EXPECT_TRUE(ContainsText(version, text)) << testing::PrintToString(text);
     }
 }
