@@ -6,6 +6,7 @@
 extern "C" {
 __declspec(dllimport) int GetCurrentActCtx(void** context);
 __declspec(dllimport) unsigned long GetCurrentDirectoryA(unsigned long size, char* path);
+__declspec(dllimport) void* SetUnhandledExceptionFilter(long (*filter)(void* exception));
 [[noreturn]] __declspec(dllimport) void ExitProcess(unsigned int code);
 }
 
@@ -45,7 +46,23 @@ bool IsRaised(void* list, int& living) {
     return false;
 }
 
+#ifdef _MSC_VER
+bool IsFaulting(void* list, int& living) {
+    __try {
+        Fetch(list, living);
+    } __except (1) {
+        return true;
+    }
+    return false;
+}
+#endif
+
+long EndAtOnce(void*) {
+    ExitProcess(100);
+}
+
 int FirstFailure() {
+    SetUnhandledExceptionFilter(EndAtOnce);
     char folder[1024];
     GetCurrentDirectoryA(sizeof folder, folder);
     void* const context = CurrentContext();
@@ -59,24 +76,37 @@ int FirstFailure() {
         if (Fetch(list, living) != -1) {
             return 2;
         }
+        RaiseAt(FaultInLoad);
+        if (Fetch(list, living) != -1) {
+            return 3;
+        }
     }
     for (int round = 0; round < 100; ++round) {
         RaiseAt(RaiseInGetTable);
         if (!IsRaised(list, living)) {
-            return 3;
-        }
-        if (living != 0) {
             return 4;
         }
-        if (CurrentContext() != context) {
+        if (living != 0) {
             return 5;
         }
+        if (CurrentContext() != context) {
+            return 6;
+        }
     }
+#ifdef _MSC_VER // GCC has no __try
+    RaiseAt(FaultInGetTable);
+    if (!IsFaulting(list, living)) {
+        return 7;
+    }
+    if (CurrentContext() != context) {
+        return 8;
+    }
+#endif
     RaiseAt(RaiseNowhere);
     if (Fetch(list, living) != 0 || Table[0] != 7) {
-        return 6;
+        return 9;
     }
-    return EX_DestroyTemplList(list) == 0 ? 0 : 7;
+    return EX_DestroyTemplList(list) == 0 ? 0 : 10;
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// A document model that raises C++ exceptions where it is told to. It and foreign_host.cpp need no headers of a
+// A document model that raises C++ or structured exceptions where it is told to. It and foreign_host.cpp need no headers of a
 // compiler, so that any compiler for Windows can build them.
 #include "host/PmxDocMgr.h"
 
@@ -11,9 +11,14 @@ namespace {
 PmxDocument Document;
 RaisingPlace Place = RaiseNowhere;
 
-void MayRaise(RaisingPlace place) {
-    if (Place == place) {
-        throw HostError{place};
+int* volatile Nowhere = nullptr;
+
+void MayRaise(RaisingPlace raise, RaisingPlace fault) {
+    if (Place == raise) {
+        throw HostError{raise};
+    }
+    if (Place == fault) {
+        *Nowhere = 1;
     }
 }
 
@@ -36,7 +41,7 @@ int32_t PmxDocumentAssign(PmxDocument*, const PmxDocument*) {
 }
 
 int32_t PmxDocumentLoad(PmxDocument*, const char*, const void*) {
-    MayRaise(RaiseInLoad);
+    MayRaise(RaiseInLoad, FaultInLoad);
     return 1;
 }
 
@@ -51,7 +56,7 @@ int32_t PmxDocumentGetTemplateLevel(const PmxDocument*) {
 void PmxDocumentSetTemplateLevel(PmxDocument*, int32_t) {}
 
 void PmxDocumentGetTable(const PmxDocument*, void* table) {
-    MayRaise(RaiseInGetTable);
+    MayRaise(RaiseInGetTable, FaultInGetTable);
     auto* const bytes = static_cast<unsigned char*>(table);
     for (int index = 0; index < PMX_DOCUMENT_TABLE_SIZE; ++index) {
         bytes[index] = 7;
