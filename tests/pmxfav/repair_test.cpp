@@ -56,7 +56,7 @@ using tool::RepairResult;
 
 constexpr std::int64_t TwoDays = std::int64_t{2} * 24 * 60 * 60;
 
-#ifdef _WIN32
+#if defined(_WIN32) || defined(PMX_UNDER_SANITIZERS) // which take their time
 constexpr unsigned Rounds = 200;
 constexpr unsigned RoundsWithFailures = 2;
 #else
