@@ -42,13 +42,11 @@ public:
             return nullptr;
         }
         constexpr int Growth = 1;
-        const HIMAGELIST list = ImageList_Create(imageWidth, form.bmHeight, ILC_COLOR24 | ILC_MASK,
-                                                 form.bmWidth / imageWidth, Growth);
-        if (!list) {
-            return nullptr;
-        }
-        auto images = std::make_unique<win32::WindowsImageList>(list);
-        const bool isFilled = ImageList_AddMasked(list, strip.get(), static_cast<COLORREF>(mask)) >= 0;
+        auto images = std::make_unique<win32::WindowsImageList>(ImageList_Create(
+            imageWidth, form.bmHeight, ILC_COLOR24 | ILC_MASK, form.bmWidth / imageWidth, Growth));
+        // Nothing can be added to a list that could not be made.
+        const bool isFilled =
+            ImageList_AddMasked(images->Get(), strip.get(), static_cast<COLORREF>(mask)) >= 0;
         return isFilled ? std::move(images) : nullptr;
     }
 };
