@@ -163,17 +163,17 @@ private:
 
     void TakeOverEntries() {
         for (const ListLine* const line : KeptLines(Folder)) {
-            PlannedFavorite favorite{.Record = std::make_unique<CPMXTemplUIListData>(),
-                                     .Number = line->Number,
-                                     .IsMended = line->Record == nullptr};
+            PlannedFavorite& favorite = Plan.Favorites.emplace_back();
+            favorite.Record = std::make_unique<CPMXTemplUIListData>();
             *favorite.Record = *line->Kept();
+            favorite.Number = line->Number;
+            favorite.IsMended = line->Record == nullptr;
             ListedFiles.insert(FileKey(favorite.Record->GetFileName()));
             if (favorite.IsMended) {
                 Add(favorite, Trouble::NameSeparator,
                     "taken over as " + Readable(favorite.Record->GetName()));
                 EntryDeeds.back().Cause.Name = *NameWithSeparators(line->Value);
             }
-            Plan.Favorites.push_back(std::move(favorite));
         }
     }
 

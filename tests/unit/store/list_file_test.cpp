@@ -389,7 +389,8 @@ TEST_F(ListFileTest, EveryDoubleByteNameKeepsItsBytes) {
     for (int first = 0x81; first <= 0xFC; first = first == 0x9F ? 0xE0 : first + 1) {
         for (int second = 0x40; second <= 0xFC; second = second == 0x7E ? 0x80 : second + 1) {
             const std::string character = {static_cast<char>(first), static_cast<char>(second)};
-            values.push_back("0~" + character + "~1~0~14~" + character + ".pmt");
+            values.push_back(
+                std::string("0~").append(character).append("~1~0~14~").append(character).append(".pmt"));
         }
     }
     const std::string content = Section(std::to_string(values.size()), values);
@@ -400,7 +401,7 @@ TEST_F(ListFileTest, EveryDoubleByteNameKeepsItsBytes) {
 
 TEST_F(ListFileTest, ListsOfAnySizeAreReadAndWrittenWhole) {
     std::vector<std::string> names(100'000, "A");
-    names.back() = std::string(10'000'000, 'n');
+    names.back().append(10'000'000, 'n');
     const std::string content = SectionOf(names);
     EXPECT_TRUE(NamesIn(content) == names);
     EXPECT_TRUE(List.WriteListFile());
