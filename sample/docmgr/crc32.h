@@ -6,9 +6,10 @@
 
 namespace pmx::sample {
 
-/// What each byte makes of a checksum whose lowest byte it is.
-inline constexpr std::array<std::uint32_t, 256> Crc32OfByte = [] {
-    std::array<std::uint32_t, 256> table{};
+using Crc32Table = std::array<std::uint32_t, 256>;
+
+constexpr Crc32Table MakeCrc32Table() {
+    Crc32Table table{};
     for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
         table[byte] = byte;
         for (int bit = 0; bit < 8; ++bit) {
@@ -16,7 +17,10 @@ inline constexpr std::array<std::uint32_t, 256> Crc32OfByte = [] {
         }
     }
     return table;
-}();
+}
+
+/// What each byte makes of a checksum whose lowest byte it is.
+inline constexpr Crc32Table Crc32OfByte = MakeCrc32Table();
 
 /// The CRC-32 of ISO 3309 (polynomial 04C11DB7, reflected, all ones before and inverted after).
 constexpr std::uint32_t Crc32(std::span<const unsigned char> bytes) {

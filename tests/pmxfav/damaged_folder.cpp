@@ -18,7 +18,7 @@ namespace {
 
 /// Names of favorites, in lists and inside files.
 const std::vector<std::string>& Names() {
-    static const std::vector<std::string> names = {
+    static const std::vector<std::string> Known = {
         "A",
         "a",
         "B",
@@ -46,12 +46,12 @@ const std::vector<std::string>& Names() {
         "line\r\nend",
         "\x01\x02",
     };
-    return names;
+    return Known;
 }
 
 /// Names of files that entries name; those with an extension may be there.
 const std::vector<std::string>& FilesOfEntries() {
-    static const std::vector<std::string> names = {"a.pmt",
+    static const std::vector<std::string> Known = {"a.pmt",
                                                    "A.pmt",
                                                    "A-1.pmt",
                                                    "B.pmt",
@@ -69,12 +69,12 @@ const std::vector<std::string>& FilesOfEntries() {
                                                    "PmxTempleList.ini",
                                                    "A-2.pmt",
                                                    "other.txt"};
-    return names;
+    return Known;
 }
 
 /// All of the list files that the fuzzers start from.
 const std::vector<std::string>& ListsOfFuzzers() {
-    static const std::vector<std::string> lists = [] {
+    static const std::vector<std::string> Known = [] {
         std::vector<std::string> read;
         const char* const corpus = std::getenv("PMX_CORPUS");
         if (corpus != nullptr) {
@@ -86,7 +86,7 @@ const std::vector<std::string>& ListsOfFuzzers() {
         std::sort(read.begin(), read.end());
         return read;
     }();
-    return lists;
+    return Known;
 }
 
 std::string Joined(const std::vector<std::string>& lines, const std::string& lineEnd) {
@@ -107,13 +107,13 @@ DamagedFolder::DamagedFolder(unsigned seed) : Random(seed) {
 }
 
 std::string DamagedFolder::AnyValue() {
-    static const std::vector<std::string> levels = {"1", "1", "1", "2", "4", "5", "7", "x", "-1"};
-    static const std::vector<std::string> icons = {"14", "20", "59", "60", "-1"};
+    static const std::vector<std::string> Levels = {"1", "1", "1", "2", "4", "5", "7", "x", "-1"};
+    static const std::vector<std::string> Icons = {"14", "20", "59", "60", "-1"};
     if (OneIn(6)) {
         return "1~" + AnyOf(Names()) + "~101~" + std::to_string(Below(2)) + "~4~" + std::to_string(Below(7));
     }
-    std::string value = std::string(OneIn(12) ? "1" : "0") + "~" + AnyOf(Names()) + "~" + AnyOf(levels) +
-                        "~" + (OneIn(3) ? "0" : "1") + "~" + AnyOf(icons) + "~" + AnyOf(FilesOfEntries());
+    std::string value = std::string(OneIn(12) ? "1" : "0") + "~" + AnyOf(Names()) + "~" + AnyOf(Levels) +
+                        "~" + (OneIn(3) ? "0" : "1") + "~" + AnyOf(Icons) + "~" + AnyOf(FilesOfEntries());
     if (OneIn(8)) {
         value.erase(Below(value.size()), 1 + Below(4));
     }
@@ -124,15 +124,15 @@ std::string DamagedFolder::AnyValue() {
 }
 
 std::string DamagedFolder::AnyCount(std::size_t values) {
-    static const std::vector<std::string> hostile = HostileCounts();
+    static const std::vector<std::string> Hostile = HostileCounts();
     if (OneIn(2)) {
         return std::to_string(values);
     }
-    return OneIn(2) ? AnyOf(hostile) : std::to_string(Below(2 * values + 2));
+    return OneIn(2) ? AnyOf(Hostile) : std::to_string(Below(2 * values + 2));
 }
 
 std::vector<std::string> DamagedFolder::SectionLines() {
-    static const std::vector<std::string> others = {"; a comment",      "garbage",       "Key=value", "   ",
+    static const std::vector<std::string> Others = {"; a comment",      "garbage",       "Key=value", "   ",
                                                     "TemplateData01=x", "TemplateNum=3", "[unclosed"};
     const std::size_t count = OneIn(3) ? 20 + Below(15) : Below(10);
     std::vector<std::string> lines = {"[PMXTemplateList]", "TemplateNum=" + AnyCount(count)};
@@ -141,7 +141,7 @@ std::vector<std::string> DamagedFolder::SectionLines() {
         lines.push_back((OneIn(10) ? "templatedata" : "TemplateData") + std::to_string(key) +
                         (OneIn(10) ? " = " : "=") + AnyValue());
         if (OneIn(12)) {
-            lines.push_back(AnyOf(others));
+            lines.push_back(AnyOf(Others));
         }
     }
     if (OneIn(4)) {
@@ -181,9 +181,9 @@ std::string DamagedFolder::AnyList() {
 }
 
 void DamagedFolder::WriteFiles() {
-    static const std::vector<std::string> unlisted = {"lost.pmt", "empty.pmt",  "x1.pmt",
+    static const std::vector<std::string> Unlisted = {"lost.pmt", "empty.pmt",  "x1.pmt",
                                                       "a~b.pmt",  " blank.pmt", "O-1-P.pmt"};
-    std::vector<std::string> names = unlisted;
+    std::vector<std::string> names = Unlisted;
     for (const std::string& name : FilesOfEntries()) {
         if (name.ends_with(".pmt") && name.find('\\') == std::string::npos && name != "missing.pmt") {
             names.push_back(name);
@@ -197,11 +197,11 @@ void DamagedFolder::WriteFiles() {
             Folder.Write(name, OneIn(2) ? "" : "damaged");
             continue;
         }
-        static const std::vector<std::int32_t> levels = {1, 1, 1, 2, 3, 4, 5, 7, 101};
+        static const std::vector<std::int32_t> Levels = {1, 1, 1, 2, 3, 4, 5, 7, 101};
         const std::string inside = AnyOf(Names());
         FakeHost::WriteFavorite(Folder, name,
                                 {.Table = TableOf(static_cast<unsigned char>(Below(4))),
-                                 .Level = AnyOf(levels),
+                                 .Level = AnyOf(Levels),
                                  .Name = inside.substr(0, inside.find('\n'))});
     }
     if (OneIn(4)) {

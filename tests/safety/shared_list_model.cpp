@@ -64,6 +64,19 @@ struct Kept {
     Place Theirs;
 };
 
+/// Puts what both have into the order of the others.
+void OrderAsTheirs(std::vector<Kept>& result) {
+    std::vector<Kept> inBoth;
+    std::copy_if(result.begin(), result.end(), std::back_inserter(inBoth),
+                 [](const Kept& one) { return bool(one.Theirs); });
+    std::sort(inBoth.begin(), inBoth.end(),
+              [](const Kept& one, const Kept& other) { return *one.Theirs < *other.Theirs; });
+    std::size_t next = 0;
+    for (Kept& one : result) {
+        one = one.Theirs ? inBoth[next++] : one;
+    }
+}
+
 } // namespace
 
 std::string Entry::Value() const {
@@ -126,15 +139,7 @@ Entries Merged(const Entries& base, const Entries& mine, const Entries& theirs) 
         }
     }
     if (!isMyOrder) {
-        std::vector<Kept> inBoth;
-        std::copy_if(result.begin(), result.end(), std::back_inserter(inBoth),
-                     [](const Kept& one) { return bool(one.Theirs); });
-        std::sort(inBoth.begin(), inBoth.end(),
-                  [](const Kept& one, const Kept& other) { return *one.Theirs < *other.Theirs; });
-        std::size_t next = 0;
-        for (Kept& one : result) {
-            one = one.Theirs ? inBoth[next++] : one;
-        }
+        OrderAsTheirs(result);
     }
 
     std::size_t front = 0;

@@ -26,6 +26,7 @@ using EditorKeyboardInMemory = EditorTestOn<MemoryDesktop>;
 /// That many favorites on the toolbar, and one that is not, the last.
 std::vector<ListedFavorite> OnToolbar(int count) {
     std::vector<ListedFavorite> favorites;
+    favorites.reserve(static_cast<std::size_t>(count) + 1);
     for (int number = 0; number < count; ++number) {
         favorites.push_back({.Name = "T" + std::to_string(number), .OnToolbar = true});
     }

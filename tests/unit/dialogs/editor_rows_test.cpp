@@ -129,6 +129,7 @@ TEST_P(EditorRows, ToolbarPictureIsThatOfTheMarkOnDocumentLevelAndUnavailableEls
            Standard("F", 102), Named("G", 5)});
     RunAndCancel([](DialogUser& user) {
         std::vector<int> images;
+        images.reserve(7);
         for (int row = 0; row < user.RowCount(List); ++row) {
             images.push_back(user.StateImage(List, row));
         }

@@ -132,7 +132,7 @@ TEST_F(SharedListTest, IsLookedAtAndChangedUnderOneLock) {
     })) << "it was to stay";
     EXPECT_EQ(lockMeanwhile, FileError::Held);
     EXPECT_EQ(Content(), Section({One, Two}));
-    EXPECT_TRUE(ChangeListFile(Fakes.Services, path, [](std::string bytes) { return bytes + "x"; }));
+    EXPECT_TRUE(ChangeListFile(Fakes.Services, path, [](const std::string& bytes) { return bytes + "x"; }));
     EXPECT_EQ(Content(), Section({One, Two}) + "x");
 }
 
