@@ -80,6 +80,14 @@ Json JsonOf(const Finding& finding) {
     return json;
 }
 
+void PrintEither(const Json& json, const std::vector<std::vector<std::string>>& table, bool asJson) {
+    if (asJson) {
+        PrintJson(json);
+    } else {
+        Print(FormatTable(table));
+    }
+}
+
 void PrintDeeds(Json json, const std::vector<Deed>& deeds, bool asJson) {
     std::vector<std::vector<std::string>> table;
     json["deeds"] = Json::array();
@@ -91,11 +99,7 @@ void PrintDeeds(Json json, const std::vector<Deed>& deeds, bool asJson) {
         line["action"] = deed.Action;
         json["deeds"].push_back(std::move(line));
     }
-    if (asJson) {
-        PrintJson(json);
-    } else {
-        Print(FormatTable(table));
-    }
+    PrintEither(json, table, asJson);
 }
 
 /// Says why nothing can be changed; false when nothing prevents it.
@@ -189,11 +193,7 @@ int ListFavorites(const FolderChoice& choice, bool asJson) {
             progress.Step();
         }
     }
-    if (asJson) {
-        PrintJson(json);
-    } else {
-        Print(FormatTable(table));
-    }
+    PrintEither(json, table, asJson);
     return ExitCodeOf(folder);
 }
 
@@ -262,11 +262,7 @@ int CheckFolder(const FolderChoice& choice, bool asJson) {
         line["mendable"] = finding.IsMendable;
         json["findings"].push_back(std::move(line));
     }
-    if (asJson) {
-        PrintJson(json);
-    } else {
-        Print(FormatTable(table));
-    }
+    PrintEither(json, table, asJson);
     return findings.empty() ? Fine : Found;
 }
 
