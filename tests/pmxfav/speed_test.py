@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
 """How long the favorites tool takes for many favorites. What counts is the processor's time, which other programs hardly
-lengthen, and that of one processor, on which Wine's server and the tool take turns without waking another one."""
+lengthen, and that of one processor, on which Wine's server and the tool take turns without waking another one. Where Wine
+reads slowly whatever the program, more is allowed."""
 import contextlib
 import os
 import resource
+import subprocess
 import unittest
 from pathlib import Path
 
-from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, held, list_file
+from favorites_folder import LAUNCHER, LIST, Folder, favorite_file, held, list_file, spelt
 
 FAVORITES = 10_000
 BOUND = 2  # seconds
+READINGS = 2  # what is allowed then, in times that the files are merely read
 TRIES = 5
 
 
@@ -34,6 +37,20 @@ def processor_seconds():
     return seconds
 
 
+def seconds_of(action):
+    before = processor_seconds()
+    action()
+    return processor_seconds() - before
+
+
+def allowed_seconds(folder):
+    """The bound, or more when Wine's own shell takes about as long to print each favorite file once."""
+    if not LAUNCHER:
+        return BOUND
+    command = [*LAUNCHER, "cmd", "/c", f"for %f in ({spelt(folder.path)}\\*.pmt) do @type %f"]
+    return max(BOUND, READINGS * seconds_of(lambda: subprocess.run(command, stdout=subprocess.DEVNULL, check=True)))
+
+
 class Speed(unittest.TestCase):
     def setUp(self):
         os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
@@ -44,14 +61,16 @@ class Speed(unittest.TestCase):
                 folder.put(f"f{number}.pmt", favorite_file(f"N{number}"))
             folder.put(f"f{FAVORITES - 1}.pmt", favorite_file("damaged")[:-1] + b"?")
             folder.put(LIST, list_file(*[f"0~N{number}~1~0~14~f{number}.pmt" for number in range(FAVORITES)]))
-            seconds = []
-            while len(seconds) < TRIES and min(seconds, default=BOUND) >= BOUND:
-                before = processor_seconds()
-                code, out, message = folder.run("check")
-                seconds.append(processor_seconds() - before)
-                self.assertEqual((code, out.count("\n"), message), (1, 1, ""))
-                self.assertIn("file-damaged", out)  # the last one was read, too
-            self.assertLess(min(seconds), BOUND, seconds)
+            tries = []
+            while len(tries) < TRIES and not any(took < allowed for took, allowed in tries):
+                allowed = allowed_seconds(folder)
+                tries.append((seconds_of(lambda: self.check(folder)), allowed))
+            self.assertTrue(any(took < allowed for took, allowed in tries), tries)
+
+    def check(self, folder):
+        code, out, message = folder.run("check")
+        self.assertEqual((code, out.count("\n"), message), (1, 1, ""))
+        self.assertIn("file-damaged", out)  # the last one was read, too
 
 
 if __name__ == "__main__":
