@@ -8,6 +8,20 @@ function(pmx_collect_sources variable)
     set(${variable} ${found} PARENT_SCOPE)
 endfunction()
 
+# The standard headers that most sources include, compiled once for all that pmx_precompile is told of: building takes half
+# the time. What is shipped is built without, so a source that leaves out a header it needs does not get far.
+if(PMX_TESTS)
+    file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/standard_headers.cpp CONTENT "")
+    add_library(pmx_standard_headers OBJECT ${CMAKE_BINARY_DIR}/standard_headers.cpp)
+    target_precompile_headers(pmx_standard_headers PRIVATE
+        <algorithm> <array> <functional> <memory> <optional> <string> <string_view> <utility> <vector>)
+endif()
+function(pmx_precompile name)
+    if(PMX_TESTS)
+        target_precompile_headers(${name} REUSE_FROM pmx_standard_headers)
+    endif()
+endfunction()
+
 # A static library of one layer.
 function(pmx_add_layer name)
     cmake_parse_arguments(LAYER "" "" "FOLDERS;EXCLUDE;LINKS" ${ARGN})
@@ -17,6 +31,7 @@ function(pmx_add_layer name)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
     target_link_libraries(${name} PUBLIC ${LAYER_LINKS})
+    pmx_precompile(${name})
 endfunction()
 
 # A library of resources, the texts and dialogs of another one in another language: a resource script or the object that
