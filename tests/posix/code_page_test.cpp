@@ -1,5 +1,7 @@
 #include "platform/posix/code_page.h"
 
+#include "support/sjis.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -84,20 +86,8 @@ TEST(NativePath, TurnsOnlyTrueBackslashesIntoSlashes) {
     EXPECT_EQ(NativePath("/a/b"), "/a/b");
 }
 
-/// The tests of the Windows build ask Wine for the same names.
 TEST(NativePath, NamesFilesAsWineDoes) {
-    const std::pair<std::string, std::string> names[] = {
-        {"\x83\x7E", "\xE3\x83\x9F"},
-        {"\x95\x5C\x83\x5C", "\xE8\xA1\xA8\xE3\x82\xBD"},
-        {"\x81\x60", "\xEF\xBD\x9E"},
-        {"\x81\x7C", "\xEF\xBC\x8D"},
-        {"\xB1", "\xEF\xBD\xB1"},
-        {"\x80\xA0", "\xC2\x80\xEF\xA3\xB0"},
-        {"\xFD\xFE\xFF", "\xEF\xA3\xB1\xEF\xA3\xB2\xEF\xA3\xB3"},
-        {"\xF0\x40\xF9\xFC", "\xEE\x80\x80\xEE\x9D\x97"},
-        {"\xED\x40", "\xE7\xBA\x8A"},
-        {"~", "~"}};
-    for (const auto& [name, onDisk] : names) {
+    for (const auto& [name, onDisk] : test::NamesOnDisk()) {
         EXPECT_EQ(NativePath("\\tmp\\" + name), "/tmp/" + onDisk);
     }
 }

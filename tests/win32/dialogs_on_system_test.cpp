@@ -1,5 +1,5 @@
 #include "dialogs/choice/choice_basic_dlg.h"
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 #include "support/sjis.h"
 #include "win32/support/file_dialog_user.h"
 

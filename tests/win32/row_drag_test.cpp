@@ -1,6 +1,6 @@
 #include "platform/win32/row_drag.h"
 
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 #include <commctrl.h>
 

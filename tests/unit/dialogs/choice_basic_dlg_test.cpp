@@ -1,10 +1,7 @@
 #include "dialogs/choice/choice_basic_dlg.h"
 
 #include "res/ids.h"
-#include "support/desktops.h"
-#include "support/favorite_folder.h"
-
-#include <gtest/gtest.h>
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
@@ -26,45 +23,16 @@ using Names = std::vector<std::string>;
 
 enum Column : int { NameColumn, KindColumn };
 
-/// Runs the basic list on a desktop and a real folder.
+/// Runs the basic list.
 template <class AnyScreen>
-class BasicListTestOn : public testing::Test, public test::FavoriteFolder {
+class BasicListTestOn : public test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg> {
 protected:
-    using Script = typename decltype(AnyScreen::Dialogs)::Script;
+    BasicListTestOn() : test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg>(dialog::BasicList) {}
 
-    int Run(const Script& script) {
-        CPMXTemplUIChoiceBasicDlg dialog(Folder.Path().c_str(), test::ListFile, ".pmt", Parent,
-                                         Desktop.Services, Store.Services);
-        Desktop.Dialogs.OnOpened(dialog::BasicList, script);
-        return dialog.DoModal();
-    }
-
-    void RunAndAccept(const Script& script) {
-        EXPECT_EQ(Run([&script](auto& user) {
-                      script(user);
-                      user.Press(control::Ok);
-                  }),
-                  CodeOk);
-    }
-
-    void RunAndCancel(const Script& script) {
-        EXPECT_EQ(Run([&script](auto& user) {
-                      script(user);
-                      user.Escape();
-                  }),
-                  CodeCancel);
-    }
-
-    void GivenThree() { Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
-
-    void ExpectWarning(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
+    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
 
     static Names NamesInRows(const DialogUser& user) {
-        Names names;
-        for (int row = 0; row < user.RowCount(List); ++row) {
-            names.push_back(user.Cell(List, row, NameColumn));
-        }
-        return names;
+        return BasicListTestOn::TextsInRows(user, List, NameColumn);
     }
 
     /// Selects a row, types a name in the name box and leaves it for the list.
@@ -76,7 +44,7 @@ protected:
 
     /// Opens the icon picker, which `script` then drives.
     void ChangeIcon(DialogUser& user, const std::function<void(DialogUser&)>& script) {
-        Desktop.Dialogs.OnOpened(dialog::IconPicker, script);
+        this->Desktop.Dialogs.OnOpened(dialog::IconPicker, script);
         user.Press(control::ChangeIcon);
     }
 
@@ -84,9 +52,6 @@ protected:
         picker.ClickRow(control::PickerIcons, row);
         picker.Press(control::Ok);
     }
-
-    AnyScreen Desktop;
-    WindowHandle Parent = WindowHandle::None;
 };
 
 using BasicListTest = test::OnEachDesktop<BasicListTestOn>;

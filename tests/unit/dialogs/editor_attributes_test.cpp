@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 #include <stdexcept>
 
@@ -26,8 +26,6 @@ constexpr LevelPart LevelParts[] = {{1, 0, 0}, {2, 1, 82}, {3, 2, 126}, {4, 3, 1
 template <class AnyScreen>
 class EditorAttributesOn : public EditorTestOn<AnyScreen> {
 protected:
-    void ExpectFailure(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Stop); }
-
     static void Edit(DialogUser& user) { user.Press(control::EditorEdit); }
 };
 

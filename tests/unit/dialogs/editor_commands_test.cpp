@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
@@ -18,38 +18,23 @@ using test::TableOf;
 
 using Names = std::vector<std::string>;
 
-template <class AnyScreen>
-class EditorCommandsOn : public EditorTestOn<AnyScreen> {
-protected:
-    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
-
-    void ExpectWarning(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
-    void ExpectFailure(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Stop); }
-
-    /// Presses New, answers the name and gives the user back.
-    void Create(DialogUser& user, const std::string& name) {
-        this->AnswerName(name);
-        user.Press(control::EditorNew);
-    }
-};
-
-using EditorNew = test::OnEachDesktop<EditorCommandsOn>;
+using EditorNew = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorNew, test::AllDesktops, test::NameOfDesktop);
-using EditorEdit = test::OnEachDesktop<EditorCommandsOn>;
+using EditorEdit = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorEdit, test::AllDesktops, test::NameOfDesktop);
-using EditorCopy = test::OnEachDesktop<EditorCommandsOn>;
+using EditorCopy = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorCopy, test::AllDesktops, test::NameOfDesktop);
-using EditorDelete = test::OnEachDesktop<EditorCommandsOn>;
+using EditorDelete = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorDelete, test::AllDesktops, test::NameOfDesktop);
-using EditorMove = test::OnEachDesktop<EditorCommandsOn>;
+using EditorMove = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorMove, test::AllDesktops, test::NameOfDesktop);
-using EditorIcon = test::OnEachDesktop<EditorCommandsOn>;
+using EditorIcon = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorIcon, test::AllDesktops, test::NameOfDesktop);
 
-using EditorNewInMemory = EditorCommandsOn<MemoryDesktop>;
-using EditorEditInMemory = EditorCommandsOn<MemoryDesktop>;
-using EditorMoveInMemory = EditorCommandsOn<MemoryDesktop>;
-using EditorIconInMemory = EditorCommandsOn<MemoryDesktop>;
+using EditorNewInMemory = EditorTestOn<MemoryDesktop>;
+using EditorEditInMemory = EditorTestOn<MemoryDesktop>;
+using EditorMoveInMemory = EditorTestOn<MemoryDesktop>;
+using EditorIconInMemory = EditorTestOn<MemoryDesktop>;
 
 // New
 
@@ -459,7 +444,7 @@ struct HostProblem {
     bool NameIsAsked = true;
 };
 
-class EditorCopyProblems : public EditorCommandsOn<MemoryDesktop>,
+class EditorCopyProblems : public EditorTestOn<MemoryDesktop>,
                            public testing::WithParamInterface<HostProblem> {};
 
 TEST_P(EditorCopyProblems, ShowTheirMessageAndLeaveTheListAsItWas) {

@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 #include <new>
 
@@ -18,16 +18,9 @@ using Names = std::vector<std::string>;
 template <class AnyScreen>
 class EditorCommitOn : public EditorTestOn<AnyScreen> {
 protected:
-    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
-
     static void Delete(DialogUser& user, int row) {
         user.ClickRow(control::EditorList, row);
         user.Press(control::EditorDelete);
-    }
-
-    void Create(DialogUser& user, const std::string& name) {
-        this->AnswerName(name);
-        user.Press(control::EditorNew);
     }
 };
 

@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
@@ -128,7 +128,7 @@ TEST_P(EditorImport, NameInUseAsksForAnotherAndProposesIt) {
 TEST_P(EditorImport, OtherNameInUseIsRefusedByTheDialog) {
     Given({{.Name = "A"}, {.Name = "B"}});
     GivenFile("X.pmt", "A");
-    Desktop.Messages.Expect(text::CreateNameExists, MessageIcon::Exclamation);
+    ExpectWarning(text::CreateNameExists);
     RunAndAccept([this](DialogUser& editor) {
         Desktop.Dialogs.OnOpened(dialog::CreateFavorite, [](DialogUser& user) {
             user.Fill(control::CreateName, "b");
@@ -221,7 +221,7 @@ TEST_P(EditorImport, ImportedFavoriteDeletedAgainLeavesNothing) {
 TEST_P(EditorImport, FileThatIsNoFavoriteIsRefusedAndLeavesNothingBehind) {
     Given({{.Name = "A"}});
     Outside.Write("X.pmt", "something else");
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndAccept([this](DialogUser& user) { Import(user, "X.pmt"); });
     ExpectNothingImported();
 }
@@ -231,7 +231,7 @@ TEST_P(EditorImport, TruncatedFileIsRefusedAndLeavesNothingBehind) {
     GivenFile("X.pmt", "N");
     const std::string whole = Outside.Read("X.pmt");
     Outside.Write("X.pmt", whole.substr(0, whole.size() - 1));
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndAccept([this](DialogUser& user) { Import(user, "X.pmt"); });
     ExpectNothingImported();
 }
@@ -240,7 +240,7 @@ TEST_P(EditorImport, HostThatRaisesIsReportedAndLeavesNothingBehind) {
     Given({{.Name = "A"}});
     GivenFile("X.pmt", "N");
     Host.Plan.FailAt(HostCall::Load, 1, HostFailure::Raise);
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndAccept([this](DialogUser& user) { Import(user, "X.pmt"); });
     ExpectNothingImported();
 }
@@ -249,14 +249,14 @@ TEST_P(EditorImport, DocumentThatCannotBeMadeIsReportedAndLeavesNothingBehind) {
     Given({{.Name = "A"}});
     GivenFile("X.pmt", "N");
     Host.Plan.FailAt(HostCall::Create, 1, HostFailure::Refuse);
-    Desktop.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
+    ExpectFailure(text::OutOfMemory);
     RunAndAccept([this](DialogUser& user) { Import(user, "X.pmt"); });
     ExpectNothingImported();
 }
 
 TEST_P(EditorImport, FileThatCannotBeCopiedIsReported) {
     Given({{.Name = "A"}});
-    Desktop.Messages.Expect(text::ImportFailed, MessageIcon::Exclamation);
+    ExpectWarning(text::ImportFailed);
     RunAndAccept([this](DialogUser& user) { Import(user, "Missing.pmt"); });
     ExpectNothingImported();
 }
@@ -265,7 +265,7 @@ TEST_P(EditorImport, WantOfAFileNameIsReported) {
     Given({{.Name = "A"}});
     GivenFile("F0.pmt", "N");
     Store.Services.LastFileNumber = 0;
-    Desktop.Messages.Expect(text::NoFileName, MessageIcon::Stop);
+    ExpectFailure(text::NoFileName);
     RunAndAccept([this](DialogUser& user) { Import(user, "F0.pmt"); });
     ExpectNothingImported();
 }
@@ -310,7 +310,7 @@ TEST_F(EditorImportInMemory, CopyThatCannotBeDeletedAfterAFailureIsNotReportedTo
     Outside.Write("X.pmt", "no favorite");
     Store.Disk.Plan.FailFrom(FileOperation::Remove, 1, FileError::Held);
     Store.Clock.OnSleep = [this] { EXPECT_EQ(Desktop.Dialogs.WaitCursors, 1); };
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndAccept([this](MemoryUser& user) {
         Import(user, "X.pmt");
         EXPECT_EQ(user.RowCount(List), 0);
@@ -355,7 +355,7 @@ TEST_P(EditorExport, WritesTheFavoriteUnderItsNameAndLevel) {
 
 TEST_P(EditorExport, MissingFileIsReportedAndNothingIsWritten) {
     Given({{.Name = "A", .HasFile = false}});
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndCancel([](DialogUser& user) { user.Press(control::EditorExport); });
     EXPECT_TRUE(Desktop.FileChoice.SaveRequests.empty());
     EXPECT_TRUE(Outside.Names().empty());
@@ -363,7 +363,7 @@ TEST_P(EditorExport, MissingFileIsReportedAndNothingIsWritten) {
 
 TEST_P(EditorExport, FileThatVanishesMeanwhileIsReportedAndNothingIsWritten) {
     Given({{.Name = "A"}});
-    Desktop.Messages.Expect(text::EditorFavoriteUnreadable, MessageIcon::Exclamation);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndCancel([this](DialogUser& user) {
         user.Press(control::EditorEdit); // loads the document
         Folder.Remove("F0.pmt");
@@ -374,14 +374,14 @@ TEST_P(EditorExport, FileThatVanishesMeanwhileIsReportedAndNothingIsWritten) {
 
 TEST_P(EditorExport, OwnFileOfAUserFavoriteIsRefused) {
     Given({{.Name = "A"}, {.Name = "B"}});
-    Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
+    ExpectWarning(text::ImportedNotOverwritable);
     RunAndCancel([this](DialogUser& user) { ExportTo(user, Folder.Path("f1.PMT")); });
     EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "B");
 }
 
 TEST_P(EditorExport, FileOfADeletedFavoriteIsRefusedToo) {
     Given({{.Name = "A"}, {.Name = "B"}});
-    Desktop.Messages.Expect(text::ImportedNotOverwritable, MessageIcon::Exclamation);
+    ExpectWarning(text::ImportedNotOverwritable);
     RunAndCancel([this](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
@@ -399,7 +399,7 @@ TEST_P(EditorExport, TargetThatCannotBeWrittenIsReportedAndStays) {
     Given({{.Name = "A"}});
     Outside.Write("X.pmt", "precious");
     Host.Plan.FailFrom(HostCall::Save, 1, HostFailure::Raise);
-    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    ExpectWarning(text::FileNotCreated);
     RunAndCancel([this](DialogUser& user) { ExportTo(user, Outside.Path("X.pmt")); });
     EXPECT_EQ(Outside.Read("X.pmt"), "precious");
     EXPECT_EQ(Outside.Names(), Names{"X.pmt"});

@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
@@ -144,7 +144,7 @@ TEST_F(EditorMouseInMemory, DoubleClickBesideTheRowsDoesNothing) {
 
 TEST_P(EditorMouse, DoubleClickOnAStandardFavoriteIsRefused) {
     Given({Standard("S")});
-    Desktop.Messages.Expect(text::StandardNotEditable, MessageIcon::Exclamation);
+    ExpectWarning(text::StandardNotEditable);
     RunAndCancel([](DialogUser& user) { user.DoubleClickRow(List, 0); });
 }
 

@@ -1,4 +1,4 @@
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
@@ -25,8 +25,6 @@ protected:
         user.Fill(control::EditorName, name);
         user.TabTo(control::EditorList);
     }
-
-    void ExpectRefusal(ResourceId id) { this->Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
 };
 
 using EditorRename = test::OnEachDesktop<EditorRenameOn>;
@@ -36,7 +34,7 @@ using EditorRenameInMemory = EditorRenameOn<MemoryDesktop>;
 
 TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
     GivenThree();
-    ExpectRefusal(text::NameHasSeparator);
+    ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](MemoryUser& user) {
         Rename(user, 1, "a~b");
         EXPECT_EQ(user.List(List).LastMadeVisible, 1);
@@ -100,7 +98,7 @@ TEST_P(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
 
 TEST_P(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
     GivenThree();
-    ExpectRefusal(text::NameHasSeparator);
+    ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, "a~b");
         EXPECT_EQ(user.Focused(), Name);
@@ -118,7 +116,7 @@ TEST_P(EditorRename, SecondByteOfACharacterIsNoSeparator) {
 
 TEST_P(EditorRename, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         Rename(user, 0, "bETA");
         EXPECT_EQ(user.Focused(), Name);
@@ -135,7 +133,7 @@ TEST_P(EditorRename, DoubleByteLettersOfOtherCaseAreAnotherName) {
 
 TEST_P(EditorRename, NameOfAFavoriteDeletedMeanwhileIsRefused) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Press(control::EditorDelete);
@@ -163,7 +161,7 @@ TEST_P(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
 
 TEST_P(EditorRename, RefusedNameSelectsItsRowAgain) {
     GivenThree();
-    ExpectRefusal(text::NameHasSeparator);
+    ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
@@ -176,7 +174,7 @@ TEST_P(EditorRename, RefusedNameSelectsItsRowAgain) {
 
 TEST_P(EditorRename, RefusedNameCanBeMended) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "C");
         user.Fill(Name, "D");
@@ -187,7 +185,7 @@ TEST_P(EditorRename, RefusedNameCanBeMended) {
 
 TEST_P(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
     GivenThree();
-    ExpectRefusal(text::NameHasSeparator);
+    ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "~");
@@ -211,7 +209,7 @@ TEST_P(EditorRename, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) 
 
 TEST_P(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
     GivenThree();
-    ExpectRefusal(text::NameHasSeparator);
+    ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "~");
@@ -234,7 +232,7 @@ TEST_P(EditorRename, EnterInTheNameBoxRenamesAndAccepts) {
 
 TEST_P(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
@@ -248,7 +246,7 @@ TEST_P(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
 
 TEST_P(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
@@ -268,7 +266,7 @@ TEST_P(EditorRename, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
 
 TEST_P(EditorRename, CancelButtonIsLeavingTheNameBoxToo) {
     GivenThree();
-    ExpectRefusal(text::RenameNameExists);
+    ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
@@ -289,7 +287,7 @@ TEST_P(EditorRename, EmptyNameIsNotComparedWithTheNamesOfOthers) {
 
 TEST_P(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
     Given({{.Name = "A", .HasFile = false}, {.Name = "B"}});
-    ExpectRefusal(text::EditorFavoriteUnreadable);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 0, "New");
         EXPECT_EQ(user.Cell(List, 0, test::NameColumn), "A");
@@ -300,7 +298,7 @@ TEST_P(EditorRename, UnreadableFavoriteFileIsReportedAndTheRowKeepsTheOldText) {
 
 TEST_P(EditorRename, UnreadableFavoriteFileDoesNotKeepEnterFromAccepting) {
     Given({{.Name = "A", .HasFile = false}});
-    ExpectRefusal(text::EditorFavoriteUnreadable);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     EXPECT_EQ(Run([](DialogUser& user) {
                   user.Fill(Name, "New");
                   user.Enter();
@@ -313,7 +311,7 @@ TEST_P(EditorRename, FavoriteFileOutsideTheFolderCountsAsMissing) {
     Folder.AddFolder("Sub");
     FakeHost::WriteFavorite(Folder, "Sub\\X.pmt", {.Level = 1, .Name = "A"});
     Given({{.Name = "A", .File = "Sub\\X.pmt", .HasFile = false}});
-    ExpectRefusal(text::EditorFavoriteUnreadable);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndCancel([](DialogUser& user) { Rename(user, 0, "New"); });
     EXPECT_TRUE(Host.LoadedPaths.empty());
 }
@@ -342,7 +340,7 @@ TEST_P(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
 TEST_P(EditorRename, HostThatRaisesAtTheFileIsReported) {
     GivenThree();
     Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
-    ExpectRefusal(text::EditorFavoriteUnreadable);
+    ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndCancel([](DialogUser& user) { Rename(user, 1, "New"); });
     EXPECT_EQ(Host.LiveDocuments, 0U);
 }

@@ -1,5 +1,5 @@
 #include "dialogs/base/favorite_row.h"
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 #include <initializer_list>
 
@@ -177,7 +177,7 @@ TEST_P(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
 TEST_P(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
     CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
                               Desktop.Services, Store.Services);
-    Desktop.Messages.Expect(text::FileNotCreated, MessageIcon::Exclamation);
+    ExpectWarning(text::FileNotCreated);
     Desktop.Dialogs.OnOpened(dialog::Editor, [this](DialogUser& user) {
         AnswerName("N");
         user.Press(control::EditorNew);

@@ -1,6 +1,6 @@
 #include "dialogs/base/favorite_list_dlg.h"
 
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 // What hands do in a list of favorites. The editor stands for both dialogs.
 

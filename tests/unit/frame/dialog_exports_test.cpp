@@ -1,6 +1,6 @@
 #include "frame/dialog_exports.h"
 
-#include "support/editor_test.h"
+#include "support/list_dialog_test.h"
 
 namespace pmx {
 namespace {
