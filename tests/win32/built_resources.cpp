@@ -1,26 +1,19 @@
 #include "support/built_resources.h"
+#include "win32/support/module.h"
 
-#include <windows.h>
-
-#include <memory>
 #include <stdexcept>
-#include <type_traits>
 
 namespace pmx::test {
 
 namespace {
-
-struct FreeModule {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
 
 /// A library loaded for its resources alone: its code does not run and the libraries that it needs are not
 /// loaded.
 class LibraryResources final : public BuiltResources {
 public:
     explicit LibraryResources(const char* name)
-        : Module(LoadLibraryExA(name, nullptr, LOAD_LIBRARY_AS_DATAFILE)) {
-        if (!Module) {
+        : Library(LoadLibraryExA(name, nullptr, LOAD_LIBRARY_AS_DATAFILE)) {
+        if (!Library) {
             throw std::runtime_error(std::string("not beside the test program: ") + name);
         }
     }
@@ -29,7 +22,7 @@ public:
         const wchar_t* text =
             nullptr; // with a size of 0 the call gives the text in the module, not terminated
         const int length =
-            LoadStringW(Module.get(), static_cast<UINT>(id), reinterpret_cast<wchar_t*>(&text), 0);
+            LoadStringW(Library.get(), static_cast<UINT>(id), reinterpret_cast<wchar_t*>(&text), 0);
         if (length <= 0) {
             return std::nullopt;
         }
@@ -38,16 +31,16 @@ public:
 
     std::span<const std::byte> Find(ResourceKind kind, int id) const override {
         const HRSRC found =
-            FindResourceW(Module.get(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(static_cast<WORD>(kind)));
+            FindResourceW(Library.get(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(static_cast<WORD>(kind)));
         if (found == nullptr) {
             return {};
         }
-        const void* data = LockResource(LoadResource(Module.get(), found));
-        return {static_cast<const std::byte*>(data), SizeofResource(Module.get(), found)};
+        const void* data = LockResource(LoadResource(Library.get(), found));
+        return {static_cast<const std::byte*>(data), SizeofResource(Library.get(), found)};
     }
 
 private:
-    std::unique_ptr<std::remove_pointer_t<HMODULE>, FreeModule> Module;
+    Module Library;
 };
 
 } // namespace

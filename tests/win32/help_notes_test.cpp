@@ -143,9 +143,9 @@ TEST_F(HelpNotesTest, IsNotAskedForTheEntryAgainWhenItHasNone) {
     EXPECT_FALSE(IsLoaded("hhctrl.ocx"));
 }
 
-class PlainDlg final : public CPmxDlg {
+class DialogWithNotes final : public CPmxDlg {
 public:
-    explicit PlainDlg(const DialogServices& services)
+    explicit DialogWithNotes(const DialogServices& services)
         : CPmxDlg(dialog::BasicList, WindowHandle::None, services) {}
 };
 
@@ -177,7 +177,7 @@ TEST_F(HelpNotesTest, F1InAWindowShowsTheNoteOfTheFocusedControlAtTheMouse) {
         user.AskHelpOn(control::Separator);
         user.Escape();
     });
-    PlainDlg(services).DoModal();
+    DialogWithNotes(services).DoModal();
     const HelpEngineCall call = LastCall(path);
     EXPECT_EQ(call.Count, 1U) << "the separator has no note";
     EXPECT_EQ(call.Caller, cancelButton);

@@ -1,5 +1,6 @@
 // The state of the calling thread, which every export restores.
 #include "exports/export_test.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 
 #include <functional>
@@ -92,7 +93,6 @@ protected:
     }
 
     void ForEachDialog(void* handle, const std::function<void(const char*)>& check) {
-        constexpr int CancelButton = 2;
         const unsigned char table[PMX_TABLE_SIZE]{};
         const auto cancelled = [&](const char* name, const std::function<std::int64_t()>& call) {
             EXPECT_EQ(CallWithDialog(call, [](const OpenDialog& dialog) { dialog.Press(CancelButton); }), 1)

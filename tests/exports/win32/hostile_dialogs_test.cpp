@@ -1,5 +1,6 @@
 // Folders made to do harm, opened in the dialogs of the built library, with the sample host's libraries.
 #include "exports/hostile_folder.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 
 #include <gmock/gmock.h>
@@ -12,11 +13,6 @@ namespace {
 using testing::Contains;
 using testing::IsEmpty;
 
-constexpr int OkButton = 1;
-constexpr int CancelButton = 2;
-constexpr int CreateNameBox = 3044;
-constexpr int RegisterNameBox = 3046;
-
 /// The controls of a dialog with a list.
 struct ListDialog {
     int List;
@@ -24,10 +20,11 @@ struct ListDialog {
     std::vector<int> Buttons; ///< what may be pressed for a row
 };
 
-const ListDialog Editor{3034, 3023, {3022, 3026, 3025, 3017, 3016}}; // edit, copy, icon, down, up
-const ListDialog BasicList{3037, 3027, {3025, 3048, 3047}};          // icon, down, up
-constexpr int ExportButton = 3020;
-constexpr int ImportButton = 3018;
+const ListDialog Editor{
+    EditorList,
+    EditorDeleteButton,
+    {EditorEditButton, EditorCopyButton, ChangeIconButton, EditorDownButton, EditorUpButton}};
+const ListDialog Basic{BasicList, BasicDeleteButton, {ChangeIconButton, BasicDownButton, BasicUpButton}};
 
 class HostileDialogs : public HostileFolder {
 protected:
@@ -133,8 +130,8 @@ protected:
         UseEditor([](const OpenDialog& dialog) { DeleteRows(dialog, Editor); }, OkButton);
         WriteList(values);
         UseBasicList([&](const OpenDialog& dialog) {
-            UseRows(dialog, BasicList, inEveryWay);
-            DeleteRows(dialog, BasicList);
+            UseRows(dialog, Basic, inEveryWay);
+            DeleteRows(dialog, Basic);
         });
         WriteList(values);
         Register("Registered");
@@ -193,10 +190,10 @@ TEST_F(HostileDialogs, FilesOfEveryKindAreImportedAndExportedOrRefused) {
     UseEditor(
         [&](const OpenDialog& dialog) {
             for (const char* const name : {"damaged", "link", "folder", "pipe"}) {
-                dialog.PressAndAccept(ImportButton, choose(Favorites(std::string(name) + ".pmt")));
+                dialog.PressAndAccept(EditorImportButton, choose(Favorites(std::string(name) + ".pmt")));
             }
             for (const char* const name : {"link", "folder", "new"}) {
-                PressIfEnabled(dialog, ExportButton, choose(Favorites(std::string(name) + ".pmt")));
+                PressIfEnabled(dialog, EditorExportButton, choose(Favorites(std::string(name) + ".pmt")));
             }
         },
         OkButton);
@@ -223,7 +220,7 @@ TEST_F(HostileDialogs, CountsAtAndBeyondEveryLimitCostNothing) {
         UseEditor([](const OpenDialog& dialog) { EXPECT_LE(dialog.RowCount(Editor.List), 2); }, OkButton);
     }
     WriteList("2147483647", {"0~A~1~0~14~a.pmt", "0~B~1~0~14~b.pmt"});
-    UseBasicList([](const OpenDialog& dialog) { EXPECT_EQ(dialog.RowCount(BasicList.List), 2); });
+    UseBasicList([](const OpenDialog& dialog) { EXPECT_EQ(dialog.RowCount(Basic.List), 2); });
     WriteList("2147483647", {"0~A~1~0~14~a.pmt", "0~B~1~0~14~b.pmt"});
     Register("New");
     EXPECT_THAT(ListedNames(), Contains("New"));

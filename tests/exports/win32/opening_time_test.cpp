@@ -1,5 +1,6 @@
 // A long list opens at once.
 #include "exports/export_test.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/dialog_opening.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@ constexpr int Favorites = 10'000;
 constexpr int Attempts = 3; // the machine may be busy with something else
 constexpr std::chrono::milliseconds Bound{1500};
 constexpr int Cancelled = 1;
-constexpr int EditorList = 3034;
-constexpr int BasicList = 3037;
 
 class OpeningTimeTest : public ExportTest {
 protected:

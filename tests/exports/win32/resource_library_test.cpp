@@ -1,6 +1,7 @@
 // Where the texts of the library's dialogs come from: its own resources, or the library that the host
 // chooses.
 #include "exports/export_test.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 
 #include "support/sjis.h"
@@ -13,7 +14,6 @@ namespace pmx::exports_test {
 namespace {
 
 constexpr UINT RegisterTitle = 1055;
-constexpr int CancelButton = 2;
 
 std::string StringIn(const wchar_t* library, UINT id) {
     const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_AS_DATAFILE);

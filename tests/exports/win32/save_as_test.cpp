@@ -1,5 +1,6 @@
 // The current document's attributes as a favorite, through the dialog of the built library.
 #include "exports/export_test.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 #include "support/sjis.h"
 
@@ -12,11 +13,6 @@ using test::Sjis;
 
 constexpr std::int32_t NewFavorite = 1;
 constexpr std::int32_t Overwrite = 0;
-constexpr int OkButton = 1;
-constexpr int CancelButton = 2;
-constexpr int NameBox = 3044;
-constexpr int FirstLevelButton = 3028;
-constexpr int ThirdLevelButton = 3030;
 
 class SaveAsExportTest : public ExportTest {
 protected:
@@ -37,7 +33,7 @@ protected:
 
     std::int64_t SaveAs(std::int32_t mode, const std::string& name) {
         return SaveAs(mode, [&name](const OpenDialog& dialog) {
-            dialog.SetText(NameBox, name);
+            dialog.SetText(CreateNameBox, name);
             dialog.Press(OkButton);
         });
     }
@@ -62,8 +58,8 @@ TEST_F(SaveAsExportTest, ANewFavoriteIsStoredAndFoundByItsName) {
     EXPECT_EQ(SaveAs(NewFavorite,
                      [&name](const OpenDialog& dialog) {
                          EXPECT_EQ(dialog.Title(), Sjis(u8"お気に入りの作成"));
-                         EXPECT_EQ(dialog.Text(NameBox), "Proposal");
-                         dialog.SetText(NameBox, "  " + name + " ");
+                         EXPECT_EQ(dialog.Text(CreateNameBox), "Proposal");
+                         dialog.SetText(CreateNameBox, "  " + name + " ");
                          dialog.Press(OkButton);
                      }),
               0);
@@ -86,7 +82,7 @@ TEST_F(SaveAsExportTest, AnExistingFavoriteIsStoredOver) {
     EXPECT_EQ(SaveAs(Overwrite,
                      [](const OpenDialog& dialog) {
                          EXPECT_TRUE(dialog.IsChecked(ThirdLevelButton));
-                         dialog.SetText(NameBox, "Renamed");
+                         dialog.SetText(CreateNameBox, "Renamed");
                          dialog.Press(OkButton);
                      }),
               0);
@@ -118,7 +114,7 @@ TEST_F(SaveAsExportTest, AStandardFavoriteIsProposedAsACopy) {
     std::strcpy(Info.Name, "Duplex");
     EXPECT_EQ(SaveAs(NewFavorite,
                      [](const OpenDialog& dialog) {
-                         EXPECT_EQ(dialog.Text(NameBox), Sjis(u8"コピー ～ Duplex"));
+                         EXPECT_EQ(dialog.Text(CreateNameBox), Sjis(u8"コピー ～ Duplex"));
                          EXPECT_TRUE(dialog.IsChecked(FirstLevelButton));
                          dialog.Press(CancelButton);
                      }),

@@ -1,5 +1,6 @@
 // The three dialogs of the built library, as a host shows them, with the sample host's document model.
 #include "exports/export_test.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 #include "support/sjis.h"
 
@@ -7,12 +8,6 @@ namespace pmx::exports_test {
 namespace {
 
 using test::Sjis;
-
-constexpr int OkButton = 1;
-constexpr int CancelButton = 2;
-constexpr int EditorDownButton = 3017;
-constexpr int BasicDownButton = 3048;
-constexpr int RegisterNameBox = 3046;
 
 /// A window that stands for the host's.
 class HostWindow {

@@ -1,6 +1,7 @@
 // The folder or its list cannot be written when a dialog of the built library is accepted: the dialog gives
 // the result that it always gives, the old list stays whole, and nothing is lost or left behind.
 #include "exports/read_only_folder.h"
+#include "exports/win32/control_ids.h"
 #include "exports/win32/open_dialog.h"
 #include "support/holding_process.h"
 
@@ -11,12 +12,6 @@
 
 namespace pmx::exports_test {
 namespace {
-
-constexpr int OkButton = 1;
-constexpr int EditorDownButton = 3017;
-constexpr int EditorDeleteButton = 3023;
-constexpr int BasicDownButton = 3048;
-constexpr int RegisterNameBox = 3046;
 
 using Use = std::function<void(const OpenDialog&)>;
 

@@ -1,11 +1,12 @@
 // The texts and dialogs of the sample host in both languages: one has what the other has.
+#include "win32/support/module.h"
+
 #include <algorithm>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -15,10 +16,7 @@
 
 namespace {
 
-struct ModuleFreer {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
-using Module = std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleFreer>;
+using pmx::test::Module;
 
 Module LoadResources(const char* file) {
     return Module(LoadLibraryExA(file, nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));

@@ -3,6 +3,7 @@
 #include "propui/resource.h"
 #include "propui/settings.h"
 #include "win32/support/dialog_driver.h"
+#include "win32/support/module.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,7 +12,6 @@
 #include <future>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -26,10 +26,7 @@ namespace {
 
 constexpr int LastKind = 4;
 
-struct ModuleFreer {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
-using Module = std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleFreer>;
+using pmx::test::Module;
 
 Level LevelOf(int kind) {
     return static_cast<Level>(kind + 1);

@@ -37,8 +37,8 @@ RunningHost::RunningHost(const std::string& program, const std::string& folder, 
 
 RunningHost::~RunningHost() {
     PostMessageW(Window, WM_CLOSE, 0, 0);
-    constexpr DWORD Patience = 20'000;
-    if (WaitForSingleObject(Process.get(), Patience) != WAIT_OBJECT_0) {
+    constexpr DWORD TimeToEnd = 20'000;
+    if (WaitForSingleObject(Process.get(), TimeToEnd) != WAIT_OBJECT_0) {
         ADD_FAILURE() << "the sample host does not end";
         TerminateProcess(Process.get(), 1);
     }

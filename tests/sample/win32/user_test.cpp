@@ -1,10 +1,10 @@
 // The choice of the resource library, through the entry that the favorites library looks up.
 #include "host/PmxUser.h"
+#include "win32/support/module.h"
 
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -14,10 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct ModuleFreer {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
-using Module = std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleFreer>;
+using pmx::test::Module;
 
 /// A library in a folder of its own, whose resource library for the tag "ENU" can be put beside it or not.
 class UserTest : public testing::Test {

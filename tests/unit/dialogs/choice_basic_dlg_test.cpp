@@ -16,23 +16,23 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-constexpr ControlId List = control::BasicList;
-constexpr ControlId Name = control::BasicName;
-
 using Names = std::vector<std::string>;
-
-enum Column : int { NameColumn, KindColumn };
 
 /// Runs the basic list.
 template <class AnyScreen>
 class BasicListTestOn : public test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg> {
 protected:
+    static constexpr ControlId List = control::BasicList;
+    static constexpr ControlId Name = control::BasicName;
+    static constexpr int NameInRow = 0;
+    static constexpr int KindInRow = 1;
+
     BasicListTestOn() : test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg>(dialog::BasicList) {}
 
     void GivenThree() { this->Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
 
     static Names NamesInRows(const DialogUser& user) {
-        return BasicListTestOn::TextsInRows(user, List, NameColumn);
+        return BasicListTestOn::TextsInRows(user, List, NameInRow);
     }
 
     /// Selects a row, types a name in the name box and leaves it for the list.
@@ -66,8 +66,8 @@ TEST_P(BasicListTest, ShowsTheFavoritesWithNameAndKindInTheOrderOfTheListFile) {
     RunAndCancel([](DialogUser& user) {
         EXPECT_EQ(user.Title(), Sjis(u8"お気に入りの編集"));
         EXPECT_EQ(NamesInRows(user), (Names{Sjis(u8"表紙"), "S", "B"}));
-        EXPECT_EQ(user.Cell(List, 0, KindColumn), Sjis(u8"ユーザー設定"));
-        EXPECT_EQ(user.Cell(List, 1, KindColumn), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 0, KindInRow), Sjis(u8"ユーザー設定"));
+        EXPECT_EQ(user.Cell(List, 1, KindInRow), Sjis(u8"標準"));
         EXPECT_EQ(user.SelectedRow(List), 0);
         EXPECT_EQ(user.Text(Name), Sjis(u8"表紙"));
         EXPECT_TRUE(user.HasIcon(control::BasicIcon));
@@ -276,8 +276,8 @@ TEST_P(BasicListTest, RowMovedDownChangesPlacesWithItsNeighbour) {
         user.Press(control::BasicDown);
         EXPECT_FALSE(user.IsEnabled(control::BasicDown));
         EXPECT_EQ(user.SelectedRow(List), 2);
-        EXPECT_EQ(user.Cell(List, 0, KindColumn), Sjis(u8"ユーザー設定")) << "the kind goes with the row";
-        EXPECT_EQ(user.Cell(List, 2, KindColumn), Sjis(u8"標準"));
+        EXPECT_EQ(user.Cell(List, 0, KindInRow), Sjis(u8"ユーザー設定")) << "the kind goes with the row";
+        EXPECT_EQ(user.Cell(List, 2, KindInRow), Sjis(u8"標準"));
     });
     EXPECT_EQ(ListedNames(), (Names{"B", "C", "S"}));
 }
@@ -328,7 +328,7 @@ TEST_P(BasicListTest, NameHasAtMost32Bytes) {
     GivenThree();
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, std::string(31, 'x') + Sjis(u8"表") + "yz");
-        EXPECT_EQ(user.Cell(List, 1, NameColumn), std::string(31, 'x') + "y");
+        EXPECT_EQ(user.Cell(List, 1, NameInRow), std::string(31, 'x') + "y");
     });
 }
 
@@ -382,11 +382,11 @@ TEST_P(BasicListTest, UnreadableFavoriteFileIsReportedAndTheFavoriteKeepsItsName
     ExpectWarning(1020);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 0, "New");
-        EXPECT_EQ(user.Cell(List, 0, NameColumn), "A");
+        EXPECT_EQ(user.Cell(List, 0, NameInRow), "A");
         EXPECT_EQ(user.Text(Name), "A");
         EXPECT_EQ(user.Focused(), List);
         Rename(user, 0, "New"); // neither the document nor the name was taken up
-        EXPECT_EQ(user.Cell(List, 0, NameColumn), "A");
+        EXPECT_EQ(user.Cell(List, 0, NameInRow), "A");
     });
     EXPECT_EQ(ListedNames(), (Names{"A", "B"}));
 }

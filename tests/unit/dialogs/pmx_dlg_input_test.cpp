@@ -21,15 +21,15 @@ using test::Sjis;
 using Events = std::vector<std::string>;
 
 /// The template of the basic list with handlers that write down what reaches them.
-class ProbeDlg final : public CPmxDlg {
+class InputProbeDlg final : public CPmxDlg {
 public:
-    explicit ProbeDlg(const DialogServices& services)
+    explicit InputProbeDlg(const DialogServices& services)
         : CPmxDlg(dialog::BasicList, WindowHandle::None, services),
           Icons(LoadFavoriteIcons(services.Images, 96)) {}
 
     Events Seen;
-    std::function<void(ProbeDlg&)> WhenDeletePressed;
-    std::function<void(ProbeDlg&)> WhenOk;
+    std::function<void(InputProbeDlg&)> WhenDeletePressed;
+    std::function<void(InputProbeDlg&)> WhenOk;
     bool RefusesNames = false;
 
     using CPmxDlg::AskYesNo;
@@ -67,7 +67,7 @@ private:
     }
 
     void OnControlEvent(const ControlEvent& event) override {
-        using Self = ProbeDlg;
+        using Self = InputProbeDlg;
         static constexpr EventHandler<Self> Table[] = {
             {control::BasicName, DialogEvent::FocusLost, &Self::OnNameLeft},
             {control::BasicDelete, DialogEvent::Pressed, &Self::OnDelete},
@@ -129,7 +129,7 @@ protected:
     void ExpectRefusal() { Screen.Messages.Expect(text::NameHasSeparator, MessageIcon::Exclamation); }
 
     test::AnyDesktop Screen;
-    ProbeDlg Dialog{Screen.Services};
+    InputProbeDlg Dialog{Screen.Services};
 };
 
 INSTANTIATE_TEST_SUITE_P(On, BaseDialogTest, test::AllDesktops, test::NameOfDesktop);
@@ -241,7 +241,7 @@ TEST_P(BaseDialogTest, EscapeDoesNotLeaveTheNameBox) {
 }
 
 TEST_P(BaseDialogTest, MessageGivesTheFocusBackWithoutTelling) {
-    Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.Fail(text::OutOfMemory); };
+    Dialog.WhenOk = [](InputProbeDlg& dialog) { dialog.Fail(text::OutOfMemory); };
     Screen.Messages.Expect(text::OutOfMemory, MessageIcon::Stop);
     RunWith([](DialogUser& user) {
         user.TabTo(control::BasicName);
@@ -254,7 +254,7 @@ TEST_P(BaseDialogTest, MessageGivesTheFocusBackWithoutTelling) {
 
 TEST_P(BaseDialogTest, QuestionIsAnsweredByTheUser) {
     Events answers;
-    Dialog.WhenDeletePressed = [&answers](ProbeDlg& dialog) {
+    Dialog.WhenDeletePressed = [&answers](InputProbeDlg& dialog) {
         answers.emplace_back(dialog.AskYesNo(text::CreateAskOverwrite) ? "yes" : "no");
     };
     Screen.Messages.ExpectQuestion(text::CreateAskOverwrite, MessageAnswer::No);
@@ -269,7 +269,7 @@ TEST_P(BaseDialogTest, QuestionIsAnsweredByTheUser) {
 
 TEST_P(BaseDialogTest, DialogOverTheDialogIsModalToIt) {
     int innerCode = 0;
-    Dialog.WhenDeletePressed = [&](ProbeDlg& dialog) {
+    Dialog.WhenDeletePressed = [&](InputProbeDlg& dialog) {
         CPMXTemplUIIconDlg picker(14, 0, std::nullopt, dialog.Window().Handle(), Screen.Services);
         innerCode = dialog.RunOver(picker);
     };
@@ -285,13 +285,15 @@ TEST_P(BaseDialogTest, DialogOverTheDialogIsModalToIt) {
 }
 
 TEST_P(BaseDialogTest, ExceptionOfAHandlerLeavesTheDialog) {
-    Dialog.WhenDeletePressed = [](ProbeDlg& /*dialog*/) { throw std::runtime_error("from a handler"); };
+    Dialog.WhenDeletePressed = [](InputProbeDlg& /*dialog*/) { throw std::runtime_error("from a handler"); };
     EXPECT_THROW(RunWith([](DialogUser& user) { user.Press(control::BasicDelete); }), std::runtime_error);
     EXPECT_EQ(RunWith([](DialogUser& user) { user.Press(control::Ok); }), CodeOk);
 }
 
 TEST_P(BaseDialogTest, DisablingTheFocusedControlMovesTheFocusOn) {
-    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.Window().Enable(control::BasicDelete, false); };
+    Dialog.WhenDeletePressed = [](InputProbeDlg& dialog) {
+        dialog.Window().Enable(control::BasicDelete, false);
+    };
     RunWith([](DialogUser& user) {
         user.Press(control::BasicDelete);
         EXPECT_FALSE(user.IsEnabled(control::BasicDelete));
@@ -303,8 +305,8 @@ TEST_P(BaseDialogTest, DisablingTheFocusedControlMovesTheFocusOn) {
 }
 
 TEST_P(BaseDialogTest, IconBoxKeepsItsIconWhenThereIsNone) {
-    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) { dialog.ShowIcon(14); };
-    Dialog.WhenOk = [](ProbeDlg& dialog) { dialog.ShowIcon(60); };
+    Dialog.WhenDeletePressed = [](InputProbeDlg& dialog) { dialog.ShowIcon(14); };
+    Dialog.WhenOk = [](InputProbeDlg& dialog) { dialog.ShowIcon(60); };
     RunWith([](DialogUser& user) {
         EXPECT_FALSE(user.HasIcon(control::BasicIcon));
         user.Press(control::BasicDelete);
@@ -354,7 +356,7 @@ TEST_P(BaseDialogTest, NameBoxTakesOneLineOfWhatIsPasted) {
 }
 
 TEST_P(BaseDialogTest, NameBoxCutsWhatTheDialogPutsIn) {
-    Dialog.WhenDeletePressed = [](ProbeDlg& dialog) {
+    Dialog.WhenDeletePressed = [](InputProbeDlg& dialog) {
         dialog.Window().SetText(control::BasicName, "a" + Sjis(u8"ソソソソソソソソソソソソソソソソ"));
     };
     RunWith([](DialogUser& user) {
