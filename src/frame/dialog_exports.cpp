@@ -37,8 +37,9 @@ std::int64_t ResultOfDialog(int code) {
 
 std::int64_t ShowEditor(const char* folder, WindowHandle owner, const DialogServices& services,
                         const StoreServices& storeServices) {
-    CPMXTemplUIMainDlg dialog(WithinLimit(folder, EditorFolderLimit, SystemLeadBytes()), DefaultListFileName,
-                              DefaultExtension, owner, services, storeServices);
+    const std::string usedFolder = WithinLimit(folder, EditorFolderLimit, SystemLeadBytes());
+    CPMXTemplUIMainDlg dialog(usedFolder.c_str(), DefaultListFileName, DefaultExtension, owner, services,
+                              storeServices);
     return ResultOfDialog(dialog.DoModal());
 }
 

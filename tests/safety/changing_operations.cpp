@@ -110,7 +110,7 @@ void RegisterOver(World& world) {
 
 void RunEditor(World& world, const MemoryDialogs::Script& script) {
     world.Desktop.Scripts[dialog::Editor] = script;
-    CPMXTemplUIMainDlg editor(world.Folder.Path(), ListFile, ".pmt", WindowHandle::None,
+    CPMXTemplUIMainDlg editor(world.Folder.Path().c_str(), ListFile, ".pmt", WindowHandle::None,
                               world.Desktop.Services, world.Store.Services);
     editor.DoModal();
 }

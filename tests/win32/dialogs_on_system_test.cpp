@@ -38,7 +38,8 @@ protected:
                                       .Images = Desktop.Services.Images,
                                       .Help = Desktop.Services.Help,
                                       .Libraries = Desktop.Services.Libraries};
-        CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", Parent, services, Store.Services);
+        CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", Parent, services,
+                                  Store.Services);
         Desktop.Dialogs.OnOpened(dialog::Editor, script);
         return editor.DoModal();
     }

@@ -3,7 +3,6 @@
 #include "dialogs/base/favorite_icons.h"
 #include "res/ids.h"
 
-#include <utility>
 
 namespace pmx {
 
@@ -43,14 +42,12 @@ constexpr FavoriteListLayout EditorLayout{.List = control::EditorList,
 
 } // namespace
 
-CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(const std::string& folder, const std::string& listFileName,
-                                       std::string extension, WindowHandle parent,
-                                       const DialogServices& services, const StoreServices& storeServices)
+CPMXTemplUIMainDlg::CPMXTemplUIMainDlg(const char* folder, const char* listFileName, const char* extension,
+                                       WindowHandle parent, const DialogServices& services,
+                                       const StoreServices& storeServices)
     : FavoriteListDlg(dialog::Editor, EditorLayout, parent, services),
-      Extension(std::move(extension)),
-      List(std::make_unique<CPMXTemplUIListDataArray>(listFileName.c_str(), Extension.c_str(),
-                                                      storeServices)) {
-    List->SetFolder(folder.c_str());
+      List(std::make_unique<CPMXTemplUIListDataArray>(listFileName, extension, storeServices)) {
+    List->SetFolder(folder);
 }
 
 CPMXTemplUIMainDlg::~CPMXTemplUIMainDlg() {

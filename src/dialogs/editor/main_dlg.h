@@ -24,9 +24,9 @@ class CPMXTemplUISelLevelDlg;
 /// list of its own; the list file is written when the user accepts.
 class CPMXTemplUIMainDlg final : public FavoriteListDlg {
 public:
-    /// The favorites `folder`, the name of its list file and the extension of favorite files with its dot.
-    /// `parent` may be none. The services must outlive the dialog.
-    CPMXTemplUIMainDlg(const std::string& folder, const std::string& listFileName, std::string extension,
+    /// `folder`, `listFileName`, `extension`: the favorites to work on; copied. `parent` may be none. The
+    /// services must outlive the dialog.
+    CPMXTemplUIMainDlg(const char* folder, const char* listFileName, const char* extension,
                        WindowHandle parent, const DialogServices& services,
                        const StoreServices& storeServices);
 
@@ -111,7 +111,6 @@ private:
     void DiscardChanges();
     void DeleteNewFavorites();
 
-    std::string Extension; ///< of favorite files, with its dot
     std::unique_ptr<CPMXTemplUIListDataArray> List;
     std::unique_ptr<DynamicLibrary> PropUILibrary; ///< null when there is none
     PmxShowPropUI ShowPropUI = nullptr;            ///< null when it cannot be used

@@ -12,7 +12,7 @@ FileRequest CPMXTemplUIMainDlg::FavoriteFileRequest() const {
     request.Owner = Window().Handle();
     request.Filters = {{StringOf(text::FileFilter), StringOf(text::FilePattern)},
                        {StringOf(text::AllFilesFilter), "*.*"}};
-    request.DefaultExtension = Extension;
+    request.DefaultExtension = List->GetExtension();
     return request;
 }
 

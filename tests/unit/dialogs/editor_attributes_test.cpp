@@ -155,8 +155,8 @@ TEST_P(EditorAttributes, RaisingDialogIsReportedAndNotCalledAgainUntilTheEditorI
 
 TEST_F(EditorAttributesInMemory, SameEditorLooksTheDialogUpAnewEachTimeItIsOpened) {
     Given({{.Name = "A"}});
-    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
-                              Store.Services);
+    CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
     Attributes.User = [](unsigned char*) -> std::int32_t { throw std::runtime_error("of the host"); };
     ExpectFailure(text::AttributeDialogMissing);
     for (int times = 0; times < 2; ++times) {

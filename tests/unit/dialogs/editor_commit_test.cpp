@@ -146,8 +146,8 @@ TEST_P(EditorCommit, ListIsEmptiedAtTheEnd) {
 
 TEST_F(EditorCommitInMemory, EditorHoldsNoRecordOnceItHasEnded) {
     GivenThree();
-    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
-                              Store.Services);
+    CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
     for (const ControlId end : {control::Ok, control::Cancel}) {
         Desktop.Dialogs.OnOpened(dialog::Editor, [this, end](MemoryUser& user) {
             user.Press(control::EditorEdit);

@@ -136,8 +136,8 @@ TEST_F(EditorMouseInMemory, DoubleClickBesideTheRowsDoesNothing) {
         user.Events().OnEvent({.Control = List, .Event = DialogEvent::ListDoubleClicked});
         user.Escape();
     });
-    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
-                              Store.Services);
+    CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
     EXPECT_EQ(editor.DoModal(), CodeCancel);
     EXPECT_TRUE(Attributes.Calls.empty());
 }

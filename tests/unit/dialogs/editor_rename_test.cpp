@@ -413,8 +413,8 @@ TEST_P(EditorRename, NameBoxOfAnEmptyListCannotBeEntered) {
 
 TEST_P(EditorRename, SecondRunOfTheSameEditorBeginsAnew) {
     GivenThree();
-    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
-                              Store.Services);
+    CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
         Rename(user, 0, "Lost");
         user.Escape();

@@ -162,7 +162,7 @@ TEST_P(EditorRows, EmptyListLeavesNewImportOkAndCancelUsable) {
 }
 
 TEST_P(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
-    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing").c_str(), test::ListFile, ".pmt", WindowHandle::None,
                               Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
         EXPECT_EQ(user.RowCount(List), 0);
@@ -175,7 +175,7 @@ TEST_P(EditorRows, FolderThatDoesNotExistGivesAnEmptyList) {
 }
 
 TEST_P(EditorRows, NewInAFolderThatDoesNotExistWritesNothingBesideIt) {
-    CPMXTemplUIMainDlg editor(Folder.Path("Missing"), test::ListFile, ".pmt", WindowHandle::None,
+    CPMXTemplUIMainDlg editor(Folder.Path("Missing").c_str(), test::ListFile, ".pmt", WindowHandle::None,
                               Desktop.Services, Store.Services);
     ExpectWarning(text::FileNotCreated);
     Desktop.Dialogs.OnOpened(dialog::Editor, [this](DialogUser& user) {
@@ -285,8 +285,8 @@ TEST_F(EditorRowsInMemory, EveryControlButTheLinesHasAHelpNote) {
 }
 
 TEST_F(EditorRowsInMemory, DialogThatCannotBeShownEndsWithNeitherCode) {
-    CPMXTemplUIMainDlg editor(Folder.Path(), test::ListFile, ".pmt", WindowHandle::None, Desktop.Services,
-                              Store.Services);
+    CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
+                              Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpenedFail(dialog::Editor);
     EXPECT_EQ(editor.DoModal(), CPmxDlg::Failed);
 }

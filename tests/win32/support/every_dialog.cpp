@@ -106,7 +106,7 @@ void ForEachDialog(Language language, const std::function<void(ResourceId id, HW
     const std::string folder = favorites.Folder.Path();
     const StoreServices& store = favorites.Store.Services;
     const unsigned char table[8657]{};
-    CPMXTemplUIMainDlg(folder, ListFile, ".pmt", WindowHandle::None, services, store).DoModal();
+    CPMXTemplUIMainDlg(folder.c_str(), ListFile, ".pmt", WindowHandle::None, services, store).DoModal();
     CPMXTemplUISelLevelDlg(nullptr, WindowHandle::None, services).DoModal();
     CPMXTemplUIIconDlg(14, 0, std::nullopt, WindowHandle::None, services).DoModal();
     CPMXTemplUIChoiceEntryDlg(folder.c_str(), ListFile, ".pmt", table, 1, WindowHandle::None, services, store)
