@@ -3,7 +3,6 @@
 #include "dialogs/base/favorite_icons.h"
 #include "res/ids.h"
 
-
 namespace pmx {
 
 namespace {

@@ -4,11 +4,11 @@
 namespace pmx::win32 {
 
 bool CallProtected(ThunkFunction function, void* context) {
-    constexpr int executeHandler = 1; // EXCEPTION_EXECUTE_HANDLER
+    constexpr int ExecuteHandler = 1; // EXCEPTION_EXECUTE_HANDLER
     __try {
         function(context);
         return true;
-    } __except (executeHandler) {
+    } __except (ExecuteHandler) {
         return false;
     }
 }
