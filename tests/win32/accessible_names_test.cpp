@@ -118,7 +118,7 @@ VARIANT Itself() {
 }
 
 std::wstring Taken(BSTR text) {
-    const std::wstring copy = text == nullptr ? L"" : std::wstring(text);
+    std::wstring copy = text == nullptr ? L"" : std::wstring(text);
     SysFreeString(text);
     return copy;
 }
