@@ -19,6 +19,7 @@ class RowDragTest : public test::EditorTestOn<RealDesktop> {
 protected:
     void GivenFavorites(int count) {
         std::vector<test::ListedFavorite> favorites;
+        favorites.reserve(static_cast<std::size_t>(count));
         for (int number = 0; number < count; ++number) {
             favorites.push_back({.Name = "F" + std::to_string(number)});
         }
