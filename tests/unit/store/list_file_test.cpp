@@ -285,6 +285,27 @@ TEST(ListContent, EveryByteOutsideTheSectionStaysAndTheSectionGoesToTheEnd) {
     EXPECT_EQ(WithSection(old + alpha + old + beta + old, section), alpha + beta + section);
     EXPECT_EQ(WithSection(old + "[Alpha]\nx=1", section), "[Alpha]\nx=1\r\n" + section);
     EXPECT_EQ(WithSection("[Alpha]\n[PMXTemplateList]", section), "[Alpha]\n" + section);
+    for (const char* const line :
+         {"x[PMXTemplateList]\r\n", " x[PMXTemplateList]\r\n", ";[PMXTemplateList]\r\n"}) {
+        EXPECT_EQ(WithSection(line, section), line + section) << "begins no section";
+    }
+}
+
+TEST(ListContent, WhatIsNotListedIsToldToo) {
+    const std::string second = "[pmxtemplatelist]\nTemplateNum=5\nTemplateData0=B\n";
+    const std::string third = "[PMXTemplateList]";
+    const std::string content = "[Alpha]\nx=1\n[PMXTemplateList]\nTemplateNum=1\nTemplateData3=C\n; mine\n"
+                                "TemplateData0=A\nTemplateData3=D\n" +
+                                second + "[Beta]\ny=2\n" + third;
+    const ListSectionContent section = ReadListSection(content);
+    EXPECT_EQ(section.Count, 1);
+    ASSERT_EQ(section.Values.size(), 3U);
+    EXPECT_EQ(section.Values[0].Number, 0);
+    EXPECT_EQ(section.Values[0].Value, "A");
+    EXPECT_EQ(section.Values[1].Value, "C");
+    EXPECT_EQ(section.Values[2].Value, "D");
+    EXPECT_THAT(section.OtherLines, ElementsAre("; mine"));
+    EXPECT_THAT(section.FurtherSections, ElementsAre(second, third));
 }
 
 // The file
