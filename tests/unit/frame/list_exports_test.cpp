@@ -344,6 +344,8 @@ TEST_F(ListExportsTest, ErrorsOfTheHostInTheStandardCommandsAndTheTablePassOn) {
     Host.Plan.FailAt(HostCall::Command, 1, HostFailure::Raise);
     EXPECT_THROW(Part(0, 1), HostError);
     EXPECT_EQ(Part(0, 1), TailOf(TableOf(TwoUpDuplexSeed), 0)) << "the next call makes the setting";
+    EXPECT_EQ(Host.Plan.Calls(HostCall::Create), 2U) << "in a new document";
+    EXPECT_EQ(Host.LiveDocuments, 1U);
     Host.Plan.FailAt(HostCall::GetTable, 2, HostFailure::Raise);
     EXPECT_THROW(Part(0, 1), HostError);
 }
