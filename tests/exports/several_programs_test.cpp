@@ -31,6 +31,7 @@ protected:
         // A separator at the end would escape the quote behind it in a command line.
         const std::string folder = Folder.Path().substr(0, Folder.Path().size() - 1);
         std::vector<std::unique_ptr<HoldingProcess>> programs;
+        programs.reserve(static_cast<std::size_t>(count));
         for (int number = 0; number < count; ++number) {
             programs.push_back(std::make_unique<HoldingProcess>("pmx_append_fifty", folder));
         }

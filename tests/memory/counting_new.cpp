@@ -47,7 +47,7 @@ void operator delete(void* block) noexcept {
     if (block != nullptr) {
         BlockHead* const head = static_cast<BlockHead*>(block) - 1;
         InUse -= head->Size;
-        std::free(head);
+        std::free(head); // NOLINT(cppcoreguidelines-owning-memory): this is what gives memory back
     }
 }
 

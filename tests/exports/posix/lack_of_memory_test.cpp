@@ -77,7 +77,7 @@ TEST_F(LackOfMemoryTest, SummariesAreCopiedOrRefused) {
     std::int64_t count = 0;
     RefuseEachAllocation([&] { return EX_GetAllTemplInfo(handle.get(), 101, summaries.data(), 548, &count); },
                          [&](bool succeeded) { EXPECT_TRUE(!succeeded || count == 3); });
-    RefuseEachAllocation([&] { return EX_GetTemplListSize(handle.get(), 101) == 3 * 548 ? 0 : -1; },
+    RefuseEachAllocation([&] { return EX_GetTemplListSize(handle.get(), 101) == 3L * 548 ? 0 : -1; },
                          [](bool) {});
 }
 
