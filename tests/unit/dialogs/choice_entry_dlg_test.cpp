@@ -226,8 +226,7 @@ TEST_P(ChoiceEntryDlgTest, CancellingThePickerKeepsTheIcon) {
 TEST_P(ChoiceEntryDlgTest, HasNoLimitOfToolbarFavorites) {
     std::string list = "[PMXTemplateList]\r\nTemplateNum=25\r\n";
     for (int number = 0; number < 25; ++number) {
-        const std::string name = "F" + std::to_string(number);
-        list += "TemplateData" + std::to_string(number) + "=0~" + name + "~1~1~14~" + name + ".pmt\r\n";
+        list += "TemplateData" + std::to_string(number) + "=0~Other~1~1~14~Other.pmt\r\n";
     }
     Folder.Write(ListFile, list);
     EXPECT_EQ(Register("New"), CodeOk);
