@@ -15,12 +15,14 @@
 namespace pmx::test {
 
 /// Runs a dialog with a list of favorites on a desktop and a real folder, with the host's libraries faked.
-template <class AnyScreen, class Dialog>
+template <class AnyScreen, class Dialog, ResourceId DialogId, ControlId ListId, ControlId NameId,
+          int ColumnOfNames>
 class ListDialogTestOn : public testing::Test, public FavoriteFolder {
 protected:
     using Script = typename decltype(AnyScreen::Dialogs)::Script;
 
-    explicit ListDialogTestOn(ResourceId dialogId) : DialogId(dialogId) {}
+    static constexpr ControlId List = ListId;
+    static constexpr ControlId Name = NameId;
 
     /// Runs the dialog with a script; its end code.
     int Run(const Script& script) {
@@ -46,41 +48,46 @@ protected:
                   CodeCancel);
     }
 
-    void GivenThree() { Given({{.Name = "A"}, {.Name = "B"}, {.Name = "C"}}); }
+    void GivenThree(const std::string& second = "B") {
+        Given({{.Name = "A"}, {.Name = second}, {.Name = "C"}});
+    }
 
     void ExpectWarning(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Exclamation); }
     void ExpectFailure(ResourceId id) { Desktop.Messages.Expect(id, MessageIcon::Stop); }
 
-    static std::vector<std::string> TextsInRows(const DialogUser& user, ControlId list, int column) {
-        const int rows = user.RowCount(list);
-        std::vector<std::string> texts;
-        texts.reserve(static_cast<std::size_t>(rows));
+    static std::vector<std::string> NamesInRows(const DialogUser& user) {
+        const int rows = user.RowCount(List);
+        std::vector<std::string> names;
+        names.reserve(static_cast<std::size_t>(rows));
         for (int row = 0; row < rows; ++row) {
-            texts.push_back(user.Cell(list, row, column));
+            names.push_back(user.Cell(List, row, ColumnOfNames));
         }
-        return texts;
+        return names;
+    }
+
+    /// Selects a row, types a name in the name box and leaves it for the list.
+    static void Rename(DialogUser& user, int row, const std::string& name) {
+        user.ClickRow(List, row);
+        user.Fill(Name, name);
+        user.TabTo(List);
     }
 
     AnyScreen Desktop;
     WindowHandle Parent = WindowHandle::None;
-
-private:
-    const ResourceId DialogId;
 };
 
 /// The columns of the editor's list.
 enum EditorColumn : int { ToolbarColumn, NameColumn, CategoryColumn, KindColumn };
 
+template <class AnyScreen>
+using EditorFixture = ListDialogTestOn<AnyScreen, CPMXTemplUIMainDlg, dialog::Editor, control::EditorList,
+                                       control::EditorName, NameColumn>;
+
 /// Runs the favorites editor.
 template <class AnyScreen>
-class EditorTestOn : public ListDialogTestOn<AnyScreen, CPMXTemplUIMainDlg> {
+class EditorTestOn : public EditorFixture<AnyScreen> {
 protected:
-    static constexpr ControlId List = control::EditorList;
-    static constexpr ControlId Name = control::EditorName;
-
-    EditorTestOn() : ListDialogTestOn<AnyScreen, CPMXTemplUIMainDlg>(dialog::Editor) {
-        FakeAttributeDialog::PutInto(this->Desktop.Libraries);
-    }
+    EditorTestOn() { FakeAttributeDialog::PutInto(this->Desktop.Libraries); }
 
     /// The next dialog is the create-favorite dialog, in which the user enters a name and presses OK.
     void AnswerName(const std::string& name) {
@@ -94,10 +101,6 @@ protected:
     void Create(DialogUser& user, const std::string& name) {
         AnswerName(name);
         user.Press(control::EditorNew);
-    }
-
-    static std::vector<std::string> NamesInRows(const DialogUser& user) {
-        return EditorTestOn::TextsInRows(user, control::EditorList, NameColumn);
     }
 
     FakeAttributeDialog Attributes;

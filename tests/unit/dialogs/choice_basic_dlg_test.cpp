@@ -18,30 +18,17 @@ using test::Standard;
 
 using Names = std::vector<std::string>;
 
+constexpr int NameInRow = 0;
+constexpr int KindInRow = 1;
+
+template <class AnyScreen>
+using BasicListFixture = test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg, dialog::BasicList,
+                                                control::BasicList, control::BasicName, NameInRow>;
+
 /// Runs the basic list.
 template <class AnyScreen>
-class BasicListTestOn : public test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg> {
+class BasicListTestOn : public BasicListFixture<AnyScreen> {
 protected:
-    static constexpr ControlId List = control::BasicList;
-    static constexpr ControlId Name = control::BasicName;
-    static constexpr int NameInRow = 0;
-    static constexpr int KindInRow = 1;
-
-    BasicListTestOn() : test::ListDialogTestOn<AnyScreen, CPMXTemplUIChoiceBasicDlg>(dialog::BasicList) {}
-
-    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
-
-    static Names NamesInRows(const DialogUser& user) {
-        return BasicListTestOn::TextsInRows(user, List, NameInRow);
-    }
-
-    /// Selects a row, types a name in the name box and leaves it for the list.
-    static void Rename(DialogUser& user, int row, const std::string& name) {
-        user.ClickRow(List, row);
-        user.Fill(Name, name);
-        user.TabTo(List);
-    }
-
     /// Opens the icon picker, which `script` then drives.
     void ChangeIcon(DialogUser& user, const std::function<void(DialogUser&)>& script) {
         this->Desktop.Dialogs.OnOpened(dialog::IconPicker, script);
@@ -103,7 +90,7 @@ TEST_P(BasicListTest, EmptyListLeavesNothingToDoToIt) {
 }
 
 TEST_P(BasicListTest, FolderThatDoesNotExistGivesAnEmptyListAndNoMessage) {
-    GivenThree();
+    GivenThree("Beta");
     CPMXTemplUIChoiceBasicDlg dialog(Folder.Path("None").c_str(), test::ListFile, ".pmt", WindowHandle::None,
                                      Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::BasicList, [](DialogUser& user) {
@@ -122,7 +109,7 @@ TEST_F(BasicListInMemoryTest, DialogThatCannotBeShownEndsWithNeitherCode) {
 }
 
 TEST_F(BasicListInMemoryTest, EveryControlButTheLineAndTheTwoButtonsHasAHelpNote) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([this](MemoryUser& user) {
         for (const ControlId id : {3003, 3004, 3006, 3025, 3027, 3037, 3039, 3041, 3047, 3048}) {
             Desktop.Help.Requests.clear();
@@ -136,7 +123,7 @@ TEST_F(BasicListInMemoryTest, EveryControlButTheLineAndTheTwoButtonsHasAHelpNote
 // What a selected row allows
 
 TEST_P(BasicListTest, UserFavoriteCanBeDeletedAndRenamed) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         for (const ControlId id : {control::BasicDelete, control::BasicUp, control::BasicDown,
@@ -174,7 +161,7 @@ TEST_F(BasicListInMemoryTest, IconOfTheFavoriteIsShownOnEveryLevel) {
 
 TEST_F(BasicListInMemoryTest, WithoutPicturesTheListStillWorks) {
     Desktop.Images.Failing = true;
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](MemoryUser& user) { user.Press(control::BasicDelete); });
     EXPECT_EQ(ListedNames(), (Names{"Beta", "C"}));
 }
@@ -182,7 +169,7 @@ TEST_F(BasicListInMemoryTest, WithoutPicturesTheListStillWorks) {
 // Mouse and keyboard
 
 TEST_P(BasicListTest, DoubleClickIsNoCommand) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([](DialogUser& user) {
         user.DoubleClickRow(List, 1);
         EXPECT_EQ(user.Text(Name), "Beta");
@@ -191,7 +178,7 @@ TEST_P(BasicListTest, DoubleClickIsNoCommand) {
 }
 
 TEST_P(BasicListTest, DeleteKeyDeletes) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Key(test::key::Delete);
@@ -203,7 +190,7 @@ TEST_P(BasicListTest, DeleteKeyDeletes) {
 }
 
 TEST_P(BasicListTest, SpaceIsNoCommand) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.TabTo(List);
         user.Key(test::key::Space);
@@ -214,7 +201,7 @@ TEST_P(BasicListTest, SpaceIsNoCommand) {
 TEST_F(BasicListInMemoryTest, KeyTakenByTheInputMethodIsNoneOfTheList) {
     constexpr std::uint32_t ScanCode = 0x53;
     Desktop.Dialogs.KeysOfScanCodes[ScanCode] = ListKey::Delete;
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([](MemoryUser& user) {
         user.TabTo(List);
         user.ProcessKey(ScanCode);
@@ -242,7 +229,7 @@ TEST_P(BasicListTest, DeletingTheOnlyRowLeavesAnEmptyListWithNothingToDoToIt) {
 }
 
 TEST_P(BasicListTest, FavoriteFileOfADeletedFavoriteStays) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
     EXPECT_EQ(ListedCount(), "2");
     EXPECT_EQ(Folder.Names(), (Names{"F0.pmt", "F1.pmt", "F2.pmt", test::ListFile}));
@@ -251,7 +238,7 @@ TEST_P(BasicListTest, FavoriteFileOfADeletedFavoriteStays) {
 // Moving
 
 TEST_P(BasicListTest, RowMovedUpChangesPlacesWithItsNeighbour) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 2);
         user.Press(control::BasicUp);
@@ -298,7 +285,7 @@ TEST_P(BasicListTest, ChosenIconIsWritten) {
 }
 
 TEST_F(BasicListInMemoryTest, ChosenIconIsShown) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([this](MemoryUser& user) {
         ChangeIcon(user, [](DialogUser& picker) { Pick(picker, 1); });
         EXPECT_EQ(user.IconIn(control::BasicIcon)->Index, 15);
@@ -314,7 +301,7 @@ TEST_P(BasicListTest, StandardFavoriteMayHaveAnotherIcon) {
 // Renaming
 
 TEST_P(BasicListTest, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "  " + Sjis(u8"ミ両面") + " ");
         EXPECT_EQ(NamesInRows(user), (Names{"A", Sjis(u8"ミ両面"), "C"}));
@@ -325,7 +312,7 @@ TEST_P(BasicListTest, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
 }
 
 TEST_P(BasicListTest, NameHasAtMost32Bytes) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, std::string(31, 'x') + Sjis(u8"表") + "yz");
         EXPECT_EQ(user.Cell(List, 1, NameInRow), std::string(31, 'x') + "y");
@@ -347,7 +334,7 @@ TEST_P(BasicListTest, NameOfAStandardOrADeletedFavoriteIsRefused) {
 }
 
 TEST_P(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
-    GivenThree();
+    GivenThree("Beta");
     for (int times = 0; times < 3; ++times) {
         ExpectWarning(1057);
     }
@@ -366,7 +353,7 @@ TEST_P(BasicListTest, ClickElsewhereWithARefusedNameIsNotCarriedOut) {
 }
 
 TEST_P(BasicListTest, EnterInTheNameBoxRenamesAndAccepts) {
-    GivenThree();
+    GivenThree("Beta");
     EXPECT_EQ(Run([](DialogUser& user) {
                   user.ClickRow(List, 1);
                   user.Fill(Name, "New");
@@ -416,7 +403,7 @@ TEST_P(BasicListTest, FocusGoesOnToTheIconButtonWhereNothingCanBeDeleted) {
 }
 
 TEST_P(BasicListTest, ListIsUsedByKeyboardAndMouseAsInTheEditor) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.TabTo(List);
         user.Type("b");
@@ -433,7 +420,7 @@ TEST_P(BasicListTest, ListIsUsedByKeyboardAndMouseAsInTheEditor) {
 }
 
 TEST_P(BasicListTest, HostThatRaisesAtTheFavoriteFileIsReported) {
-    GivenThree();
+    GivenThree("Beta");
     Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
     ExpectWarning(1020);
     RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
@@ -442,7 +429,7 @@ TEST_P(BasicListTest, HostThatRaisesAtTheFavoriteFileIsReported) {
 }
 
 TEST_P(BasicListTest, FavoriteFileIsReadForTheFirstRenamingOnly) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "New");
         Rename(user, 1, "Newer");
@@ -463,7 +450,7 @@ TEST_P(BasicListTest, AcceptingWritesEveryFieldInItsPlaceAndKeepsTheRestOfTheFil
 }
 
 TEST_P(BasicListTest, ListFileIsTheOneThatTheCallerNames) {
-    GivenThree();
+    GivenThree("Beta");
     Folder.Write("Other.ini", "[PMXTemplateList]\r\nTemplateNum=2\r\nTemplateData0=0~X~1~0~14~X.fav\r\n"
                               "TemplateData1=0~Y~1~0~14~Y.fav\r\n");
     CPMXTemplUIChoiceBasicDlg dialog(Folder.Path().c_str(), "Other.ini", ".fav", WindowHandle::None,
@@ -481,7 +468,7 @@ TEST_P(BasicListTest, ListFileIsTheOneThatTheCallerNames) {
 }
 
 TEST_P(BasicListTest, CancellingWritesNothing) {
-    GivenThree();
+    GivenThree("Beta");
     const std::string before = Folder.Read(test::ListFile);
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, "New");
@@ -492,19 +479,19 @@ TEST_P(BasicListTest, CancellingWritesNothing) {
 }
 
 TEST_P(BasicListTest, CloseBoxCancels) {
-    GivenThree();
+    GivenThree("Beta");
     EXPECT_EQ(Run([](DialogUser& user) { user.Close(); }), CodeCancel);
 }
 
 TEST_F(BasicListInMemoryTest, WaitCursorIsShownWhileTheListFileIsWritten) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](MemoryUser&) {});
     EXPECT_EQ(Desktop.Dialogs.WaitCursorsShown, 1);
     EXPECT_EQ(Desktop.Dialogs.WaitCursors, 0);
 }
 
 TEST_P(BasicListTest, ListThatCannotBeWrittenIsNotReportedAndStays) {
-    GivenThree();
+    GivenThree("Beta");
     Folder.SetReadOnly(test::ListFile, true);
     RunAndAccept([](DialogUser& user) { user.Press(control::BasicDelete); });
     EXPECT_EQ(ListedNames(), (Names{"A", "Beta", "C"}));
@@ -512,7 +499,7 @@ TEST_P(BasicListTest, ListThatCannotBeWrittenIsNotReportedAndStays) {
 }
 
 TEST_P(BasicListTest, DocumentsThatWereReadAreDestroyedAtTheEnd) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
     EXPECT_EQ(Host.LiveDocuments, 0U);
 }

@@ -14,26 +14,13 @@ using test::MemoryUser;
 using test::Sjis;
 using test::Standard;
 
-template <class AnyScreen>
-class EditorRenameOn : public EditorTestOn<AnyScreen> {
-protected:
-    void GivenThree() { this->Given({{.Name = "A"}, {.Name = "Beta"}, {.Name = "C"}}); }
-
-    /// Selects a row, types a name in the name box and leaves it for the list.
-    static void Rename(DialogUser& user, int row, const std::string& name) {
-        user.ClickRow(control::EditorList, row);
-        user.Fill(control::EditorName, name);
-        user.TabTo(control::EditorList);
-    }
-};
-
-using EditorRename = test::OnEachDesktop<EditorRenameOn>;
+using EditorRename = test::OnEachDesktop<EditorTestOn>;
 INSTANTIATE_TEST_SUITE_P(On, EditorRename, test::AllDesktops, test::NameOfDesktop);
 
-using EditorRenameInMemory = EditorRenameOn<MemoryDesktop>;
+using EditorRenameInMemory = EditorTestOn<MemoryDesktop>;
 
 TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](MemoryUser& user) {
         Rename(user, 1, "a~b");
@@ -42,7 +29,7 @@ TEST_F(EditorRenameInMemory, RefusedNameLeavesItsRowInView) {
 }
 
 TEST_P(EditorRename, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, Sjis(u8"両面印刷"));
         EXPECT_EQ(NamesInRows(user), (std::vector<std::string>{"A", Sjis(u8"両面印刷"), "C"}));
@@ -51,14 +38,14 @@ TEST_P(EditorRename, LeavingTheNameBoxRenamesTheRowAndTheListFileAtTheEnd) {
 }
 
 TEST_P(EditorRename, FavoriteFileKeepsItsNameAndItsContent) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) { Rename(user, 1, "New"); });
     EXPECT_EQ(FakeHost::ReadFavorite(Folder, "F1.pmt").Name, "Beta");
     EXPECT_EQ(ListedValues()[1], "0~New~1~0~14~F1.pmt");
 }
 
 TEST_P(EditorRename, BlanksAroundTheNameAreRemoved) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "  New name \t");
         EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "New name");
@@ -68,7 +55,7 @@ TEST_P(EditorRename, BlanksAroundTheNameAreRemoved) {
 }
 
 TEST_P(EditorRename, FullWidthBlanksAroundTheNameAreRemovedToo) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, Sjis(u8"　 表　紙 　"));
         EXPECT_EQ(user.Text(Name), Sjis(u8"表　紙"));
@@ -77,7 +64,7 @@ TEST_P(EditorRename, FullWidthBlanksAroundTheNameAreRemovedToo) {
 }
 
 TEST_P(EditorRename, BlanksOnlyChangeNothing) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, Sjis(u8" 　 "));
         EXPECT_EQ(user.Cell(List, 1, test::NameColumn), "Beta");
@@ -87,7 +74,7 @@ TEST_P(EditorRename, BlanksOnlyChangeNothing) {
 }
 
 TEST_P(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, std::string(40, 'x'));
         EXPECT_EQ(user.Cell(List, 1, test::NameColumn), std::string(32, 'x'));
@@ -97,7 +84,7 @@ TEST_P(EditorRename, NameHasAtMost32BytesAndNoHalfCharacter) {
 }
 
 TEST_P(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         Rename(user, 1, "a~b");
@@ -109,13 +96,13 @@ TEST_P(EditorRename, SeparatorIsRefusedAndTheUserStaysInTheNameBox) {
 }
 
 TEST_P(EditorRename, SecondByteOfACharacterIsNoSeparator) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) { Rename(user, 1, Sjis(u8"ミ")); });
     EXPECT_EQ(ListedNames()[1], Sjis(u8"ミ"));
 }
 
 TEST_P(EditorRename, NameOfAnotherFavoriteInAnotherCaseIsRefused) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         Rename(user, 0, "bETA");
@@ -132,7 +119,7 @@ TEST_P(EditorRename, DoubleByteLettersOfOtherCaseAreAnotherName) {
 }
 
 TEST_P(EditorRename, NameOfAFavoriteDeletedMeanwhileIsRefused) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -142,13 +129,13 @@ TEST_P(EditorRename, NameOfAFavoriteDeletedMeanwhileIsRefused) {
 }
 
 TEST_P(EditorRename, OwnNameInAnotherCaseIsAccepted) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) { Rename(user, 1, "BETA"); });
     EXPECT_EQ(ListedNames()[1], "BETA");
 }
 
 TEST_P(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.ClickBesideRows(List);
@@ -160,7 +147,7 @@ TEST_P(EditorRename, MarkedRowIsRenamedAlsoWhenItIsNotSelectedAnyMore) {
 }
 
 TEST_P(EditorRename, RefusedNameSelectsItsRowAgain) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -173,7 +160,7 @@ TEST_P(EditorRename, RefusedNameSelectsItsRowAgain) {
 }
 
 TEST_P(EditorRename, RefusedNameCanBeMended) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "C");
@@ -184,7 +171,7 @@ TEST_P(EditorRename, RefusedNameCanBeMended) {
 }
 
 TEST_P(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -197,7 +184,7 @@ TEST_P(EditorRename, ClickOnAnotherRowWithARefusedNameStaysOnTheRow) {
 }
 
 TEST_P(EditorRename, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "New");
@@ -208,7 +195,7 @@ TEST_P(EditorRename, ClickOnAnotherRowRenamesTheRowThatTheNameBoxWasEnteredFor) 
 }
 
 TEST_P(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::NameHasSeparator);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -220,7 +207,7 @@ TEST_P(EditorRename, ButtonPressedWithARefusedNameDoesNothing) {
 }
 
 TEST_P(EditorRename, EnterInTheNameBoxRenamesAndAccepts) {
-    GivenThree();
+    GivenThree("Beta");
     EXPECT_EQ(Run([](DialogUser& user) {
                   user.ClickRow(List, 1);
                   user.Fill(Name, "New");
@@ -231,7 +218,7 @@ TEST_P(EditorRename, EnterInTheNameBoxRenamesAndAccepts) {
 }
 
 TEST_P(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -245,7 +232,7 @@ TEST_P(EditorRename, EnterInTheNameBoxWithARefusedNameKeepsTheEditorOpen) {
 }
 
 TEST_P(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -256,7 +243,7 @@ TEST_P(EditorRename, OkWithARefusedNameKeepsTheEditorOpen) {
 }
 
 TEST_P(EditorRename, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "C");
@@ -265,7 +252,7 @@ TEST_P(EditorRename, EscapeInTheNameBoxCancelsWithoutLookingAtTheName) {
 }
 
 TEST_P(EditorRename, CancelButtonIsLeavingTheNameBoxToo) {
-    GivenThree();
+    GivenThree("Beta");
     ExpectWarning(text::RenameNameExists);
     RunAndCancel([](DialogUser& user) {
         user.ClickRow(List, 1);
@@ -317,7 +304,7 @@ TEST_P(EditorRename, FavoriteFileOutsideTheFolderCountsAsMissing) {
 }
 
 TEST_P(EditorRename, LoadedDocumentGetsTheNameAndIsNotReadAgain) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndCancel([this](DialogUser& user) {
         Rename(user, 1, "New");
         Rename(user, 1, "Newer");
@@ -328,7 +315,7 @@ TEST_P(EditorRename, LoadedDocumentGetsTheNameAndIsNotReadAgain) {
 }
 
 TEST_P(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
-    GivenThree();
+    GivenThree("Beta");
     Host.Plan.FailFrom(HostCall::SetName, 1, HostFailure::Raise);
     RunAndAccept([](DialogUser& user) {
         Rename(user, 1, "New");
@@ -338,7 +325,7 @@ TEST_P(EditorRename, HostThatRaisesAtTheNameChangesNothingElse) {
 }
 
 TEST_P(EditorRename, HostThatRaisesAtTheFileIsReported) {
-    GivenThree();
+    GivenThree("Beta");
     Host.Plan.FailFrom(HostCall::Load, 1, HostFailure::Raise);
     ExpectWarning(text::EditorFavoriteUnreadable);
     RunAndCancel([](DialogUser& user) { Rename(user, 1, "New"); });
@@ -383,7 +370,7 @@ TEST_P(EditorRename, AnotherWindowLeavesWhatIsBeingTypedAsItIs) {
 }
 
 TEST_P(EditorRename, NameTypedBeforeAndAfterAVisitElsewhereIsTakenAsOne) {
-    GivenThree();
+    GivenThree("Beta");
     RunAndAccept([](DialogUser& user) {
         user.ClickRow(List, 1);
         user.Fill(Name, "New");
@@ -412,7 +399,7 @@ TEST_P(EditorRename, NameBoxOfAnEmptyListCannotBeEntered) {
 }
 
 TEST_P(EditorRename, SecondRunOfTheSameEditorBeginsAnew) {
-    GivenThree();
+    GivenThree("Beta");
     CPMXTemplUIMainDlg editor(Folder.Path().c_str(), test::ListFile, ".pmt", WindowHandle::None,
                               Desktop.Services, Store.Services);
     Desktop.Dialogs.OnOpened(dialog::Editor, [](DialogUser& user) {
